@@ -1,0 +1,248 @@
+#include "core/numtext.h"
+
+#include <QLocale>
+#include <QRegularExpression>
+#include <cfenv>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+#include "core/apperror.h"
+
+namespace {
+
+// Lays out a number with at most `digits` significant digits the classic way: fixed notation
+// for decimal exponents from -4 to layout-1, scientific ("1.5E-07", "1E+15") beyond.
+QString formatGeneral(double value, int digits, int layout = 0) {
+  if (layout == 0) layout = digits;
+  if (value == 0.0 || !std::isfinite(value)) return QStringLiteral("0");
+  char buf[64];
+  std::snprintf(buf, sizeof buf, "%.*e", digits - 1, value);
+  // buf: [-]d.ddddde[+-]xx
+  QString s = QString::fromLatin1(buf);
+  const bool negative = s.startsWith(QLatin1Char('-'));
+  if (negative) s.remove(0, 1);
+  const int ePos = s.indexOf(QLatin1Char('e'));
+  QString mant = s.left(ePos);
+  int exponent = s.mid(ePos + 1).toInt();
+  mant.remove(QLatin1Char('.'));
+  while (mant.size() > 1 && mant.endsWith(QLatin1Char('0'))) mant.chop(1);
+
+  QString out;
+  if (exponent < -4 || exponent >= layout) {
+    out = mant.left(1);
+    if (mant.size() > 1) out += QLatin1Char('.') + mant.mid(1);
+    out += QLatin1Char('E');
+    out += exponent < 0 ? QLatin1Char('-') : QLatin1Char('+');
+    out += QString::number(std::abs(exponent)).rightJustified(2, QLatin1Char('0'));
+  } else if (exponent < 0) {
+    out = QStringLiteral("0.") + QString(-exponent - 1, QLatin1Char('0')) + mant;
+  } else if (mant.size() <= exponent + 1) {
+    out = mant + QString(exponent + 1 - mant.size(), QLatin1Char('0'));
+  } else {
+    out = mant.left(exponent + 1) + QLatin1Char('.') + mant.mid(exponent + 1);
+  }
+  return negative ? QLatin1Char('-') + out : out;
+}
+
+bool isStripped(QChar c) {
+  return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\n');
+}
+
+std::optional<double> parseStrict(const QString& text) {
+  static const QRegularExpression re(
+      QStringLiteral("^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eEdD][+-]?\\d+)?$"));
+  const QString t = text.trimmed();
+  if (!re.match(t).hasMatch()) return std::nullopt;
+  QString n = t;
+  n.replace(QLatin1Char('d'), QLatin1Char('e')).replace(QLatin1Char('D'), QLatin1Char('e'));
+  bool ok = false;
+  const double v = QLocale::c().toDouble(n, &ok);
+  if (!ok || !std::isfinite(v)) return std::nullopt;
+  return v;
+}
+
+}  // namespace
+
+double Val(const QString& text) {
+  QString s;
+  s.reserve(text.size());
+  for (QChar c : text)
+    if (!isStripped(c)) s += c;
+
+  if (s.size() >= 2 && s[0] == QLatin1Char('&')) {
+    const QChar kind = s[1].toUpper();
+    const int base = kind == QLatin1Char('H') ? 16 : kind == QLatin1Char('O') ? 8 : 0;
+    if (base == 0) return 0;
+    quint64 v = 0;
+    int n = 0;
+    for (int i = 2; i < s.size() && n < 11; ++i, ++n) {
+      const QChar c = s[i].toUpper();
+      int d = -1;
+      if (c >= QLatin1Char('0') && c <= QLatin1Char('9')) d = c.unicode() - '0';
+      else if (c >= QLatin1Char('A') && c <= QLatin1Char('F')) d = c.unicode() - 'A' + 10;
+      if (d < 0 || d >= base) break;
+      v = v * base + d;
+    }
+    if (n == 0) return 0;
+    if (v <= 0xFFFF && n <= (base == 16 ? 4 : 6)) return static_cast<qint16>(v);
+    return static_cast<qint32>(static_cast<quint32>(v));
+  }
+
+  QByteArray num;
+  int i = 0;
+  if (i < s.size() && (s[i] == QLatin1Char('+') || s[i] == QLatin1Char('-'))) {
+    if (s[i] == QLatin1Char('-')) num += '-';
+    ++i;
+  }
+  bool digits = false;
+  while (i < s.size() && s[i].isDigit() && s[i].unicode() < 128) {
+    num += char(s[i].unicode());
+    ++i;
+    digits = true;
+  }
+  if (i < s.size() && s[i] == QLatin1Char('.')) {
+    num += '.';
+    ++i;
+    while (i < s.size() && s[i].isDigit() && s[i].unicode() < 128) {
+      num += char(s[i].unicode());
+      ++i;
+      digits = true;
+    }
+  }
+  if (!digits) return 0;
+  if (i < s.size() && QStringLiteral("eEdD").contains(s[i])) {
+    int j = i + 1;
+    QByteArray ex = "e";
+    if (j < s.size() && (s[j] == QLatin1Char('+') || s[j] == QLatin1Char('-'))) {
+      ex += char(s[j].unicode());
+      ++j;
+    }
+    bool expDigits = false;
+    while (j < s.size() && s[j].isDigit() && s[j].unicode() < 128) {
+      ex += char(s[j].unicode());
+      ++j;
+      expDigits = true;
+    }
+    if (expDigits) num += ex;
+  }
+  if (num.endsWith('.')) num.chop(1);
+  bool ok = false;
+  const double v = num.toDouble(&ok);
+  return ok && std::isfinite(v) ? v : 0.0;
+}
+
+bool IsNumeric(const QString& text) { return parseStrict(text).has_value(); }
+
+QString PlainNumber(double value) { return formatGeneral(value, 15); }
+
+QString PlainSingle(float value) { return formatGeneral(static_cast<double>(value), 7); }
+
+QString PrintedNumber(double value) {
+  QString s = PlainNumber(value);
+  if (s.startsWith(QStringLiteral("0."))) s.remove(0, 1);
+  else if (s.startsWith(QStringLiteral("-0."))) s.remove(1, 1);
+  return value < 0 ? s : QLatin1Char(' ') + s;
+}
+
+QString ShortestSingle(float value) {
+  if (value == 0.0f || !std::isfinite(value)) return QStringLiteral("0");
+  for (int p = 1; p <= 9; ++p) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.*e", p - 1, static_cast<double>(value));
+    if (QByteArray(buf).toFloat() == value) return formatGeneral(static_cast<double>(value), p, 7);
+  }
+  return formatGeneral(static_cast<double>(value), 9, 7);
+}
+
+double RoundHalfEven(double value, int decimals) {
+  const double scale = std::pow(10.0, decimals);
+  const int saved = std::fegetround();
+  std::fesetround(FE_TONEAREST);
+  const double r = std::nearbyint(value * scale) / scale;
+  std::fesetround(saved);
+  return r;
+}
+
+double Int(double value) { return std::floor(value); }
+double Fix(double value) { return std::trunc(value); }
+
+qint16 CInt(double value) {
+  const double r = RoundHalfEven(value);
+  if (!std::isfinite(r) || r < -32768.0 || r > 32767.0) throw AppError::of(ErrNo::Overflow);
+  return static_cast<qint16>(r);
+}
+
+qint16 CInt(const QString& text) {
+  std::optional<double> v = parseStrict(text);
+  if (!v) {
+    bool ok = false;
+    const double lv = QLocale::system().toDouble(text.trimmed(), &ok);
+    if (!ok) throw AppError::of(ErrNo::TypeMismatch);
+    v = lv;
+  }
+  return CInt(*v);
+}
+
+qint32 CLng(double value) {
+  const double r = RoundHalfEven(value);
+  if (!std::isfinite(r) || r < -2147483648.0 || r > 2147483647.0)
+    throw AppError::of(ErrNo::Overflow);
+  return static_cast<qint32>(r);
+}
+
+QString FormatMask(double value, const QString& mask) {
+  const int dot = mask.indexOf(QLatin1Char('.'));
+  const int intDigits = dot < 0 ? mask.size() : dot;
+  const int decimals = dot < 0 ? 0 : mask.size() - dot - 1;
+  const double scale = std::pow(10.0, decimals);
+  const double magnitude = std::floor(std::fabs(value) * scale + 0.5) / scale;
+  QString s = QString::number(magnitude, 'f', decimals);
+  const int point = s.indexOf(QLatin1Char('.'));
+  const int have = point < 0 ? s.size() : point;
+  if (have < intDigits) s.prepend(QString(intDigits - have, QLatin1Char('0')));
+  if (intDigits == 0 && s.startsWith(QStringLiteral("0."))) s.remove(0, 1);
+  return value < 0 && magnitude != 0.0 ? QLatin1Char('-') + s : s;
+}
+
+QString PadLeft(const QString& text, int width) {
+  return text.size() >= width ? text : QString(width - text.size(), QLatin1Char(' ')) + text;
+}
+
+QString ShortDate(const QDate& date) {
+  return QLocale::system().toString(date, QLocale::ShortFormat);
+}
+
+QString ShortTime(const QTime& time) {
+  return QLocale::system().toString(time, QLocale::ShortFormat);
+}
+
+QDateTime CDate(const QString& text) {
+  // A time, when there is one, stands at the end after a blank; the date format of the
+  // locale may hold blanks of its own ("21 Nov 2026").
+  static const QRegularExpression timeRe(
+      QStringLiteral("^(.*\\S)\\s+(\\d{1,2}):(\\d{1,2})(?::(\\d{1,2}))?$"));
+  QString datePart = text.trimmed();
+  QTime tm(0, 0);
+  const auto m = timeRe.match(datePart);
+  if (m.hasMatch()) {
+    datePart = m.captured(1);
+    tm = QTime(m.captured(2).toInt(), m.captured(3).toInt(),
+               m.captured(4).isEmpty() ? 0 : m.captured(4).toInt());
+    if (!tm.isValid()) throw AppError::of(ErrNo::TypeMismatch);
+  }
+  const QLocale loc = QLocale::system();
+  const QString fmt = loc.dateFormat(QLocale::ShortFormat);
+  QDate d = loc.toDate(datePart, fmt);
+  if (!d.isValid()) d = QDate::fromString(datePart, Qt::ISODate);
+  if (!d.isValid()) throw AppError::of(ErrNo::TypeMismatch);
+  // Two-digit years: 00-29 are this century, 30-99 the last.
+  if (!fmt.contains(QStringLiteral("yyyy")) && d.year() < 1930) d = d.addYears(100);
+  return QDateTime(d, tm);
+}
+
+double DateSerial(const QDateTime& local) {
+  static const QDate epoch(1899, 12, 30);
+  return static_cast<double>(epoch.daysTo(local.date())) +
+         local.time().msecsSinceStartOfDay() / 86400000.0;
+}

@@ -1,0 +1,140 @@
+#include "core/recordfile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <cmath>
+
+#include "core/apperror.h"
+#include "core/numtext.h"
+
+void RecordWriter::separate() {
+  if (fieldInRecord_) data_ += ',';
+  fieldInRecord_ = true;
+}
+
+RecordWriter& RecordWriter::text(const QString& value) {
+  separate();
+  data_ += '"';
+  data_ += value.toLatin1();
+  data_ += '"';
+  return *this;
+}
+
+RecordWriter& RecordWriter::integer(qint64 value) {
+  separate();
+  data_ += QByteArray::number(value);
+  return *this;
+}
+
+RecordWriter& RecordWriter::single(float value) {
+  separate();
+  data_ += ShortestSingle(value).toLatin1();
+  return *this;
+}
+
+RecordWriter& RecordWriter::boolean(bool value) {
+  separate();
+  data_ += value ? "#TRUE#" : "#FALSE#";
+  return *this;
+}
+
+RecordWriter& RecordWriter::endRecord() {
+  data_ += "\r\n";
+  fieldInRecord_ = false;
+  return *this;
+}
+
+namespace {
+bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
+}  // namespace
+
+bool RecordReader::atEnd() const {
+  int p = pos_;
+  while (p < data_.size() && (isLineEnd(data_[p]) || data_[p] == ' ' || data_[p] == '\t')) ++p;
+  return p >= data_.size();
+}
+
+QByteArray RecordReader::field(bool* quoted) {
+  // Line ends and blanks in front of a field are skipped.
+  while (pos_ < data_.size() &&
+         (isLineEnd(data_[pos_]) || data_[pos_] == ' ' || data_[pos_] == '\t'))
+    ++pos_;
+  if (pos_ >= data_.size()) throw AppError::of(ErrNo::InputPastEnd);
+
+  QByteArray out;
+  *quoted = data_[pos_] == '"';
+  if (*quoted) {
+    ++pos_;
+    while (pos_ < data_.size() && data_[pos_] != '"') out += data_[pos_++];
+    if (pos_ < data_.size()) ++pos_;  // the closing quote
+    // Anything up to the separator is dropped.
+    while (pos_ < data_.size() && data_[pos_] != ',' && !isLineEnd(data_[pos_])) ++pos_;
+  } else {
+    while (pos_ < data_.size() && data_[pos_] != ',' && !isLineEnd(data_[pos_]))
+      out += data_[pos_++];
+    out = out.trimmed();
+  }
+  if (pos_ < data_.size() && data_[pos_] == ',') {
+    ++pos_;
+  } else if (pos_ < data_.size() && data_[pos_] == '\r') {
+    ++pos_;
+    if (pos_ < data_.size() && data_[pos_] == '\n') ++pos_;
+  } else if (pos_ < data_.size() && data_[pos_] == '\n') {
+    ++pos_;
+  }
+  return out;
+}
+
+QString RecordReader::text() {
+  bool quoted = false;
+  return QString::fromLatin1(field(&quoted));
+}
+
+double RecordReader::number() {
+  bool quoted = false;
+  const QByteArray f = field(&quoted);
+  if (f == "#TRUE#") return -1;
+  if (f == "#FALSE#" || f.isEmpty()) return 0;
+  const QString s = QString::fromLatin1(f);
+  if (!IsNumeric(s)) throw AppError::of(ErrNo::TypeMismatch);
+  return Val(s);
+}
+
+qint16 RecordReader::int16() { return CInt(number()); }
+qint32 RecordReader::int32() { return CLng(number()); }
+
+float RecordReader::single() {
+  const double v = number();
+  if (std::fabs(v) > 3.402823e38) throw AppError::of(ErrNo::Overflow);
+  return static_cast<float>(v);
+}
+
+bool RecordReader::boolean() {
+  bool quoted = false;
+  const QByteArray f = field(&quoted);
+  if (f == "#TRUE#") return true;
+  if (f == "#FALSE#" || f.isEmpty()) return false;
+  const QString s = QString::fromLatin1(f);
+  if (!quoted && IsNumeric(s)) return Val(s) != 0;
+  if (s.compare(QStringLiteral("True"), Qt::CaseInsensitive) == 0) return true;
+  if (s.compare(QStringLiteral("False"), Qt::CaseInsensitive) == 0) return false;
+  throw AppError::of(ErrNo::TypeMismatch);
+}
+
+QByteArray ReadWholeFile(const QString& path) {
+  QFile f(path);
+  if (!f.open(QIODevice::ReadOnly)) {
+    if (!QFileInfo::exists(path)) throw AppError::of(ErrNo::FileNotFound);
+    throw AppError::of(ErrNo::PathFileAccess);
+  }
+  return f.readAll();
+}
+
+void WriteWholeFile(const QString& path, const QByteArray& bytes) {
+  QDir().mkpath(QFileInfo(path).absolutePath());
+  QSaveFile f(path);
+  if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size() || !f.commit())
+    throw AppError::of(ErrNo::PathFileAccess);
+}

@@ -1,0 +1,222 @@
+#include "core/settings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "core/apperror.h"
+#include "core/numtext.h"
+#include "core/prompter.h"
+#include "core/recordfile.h"
+
+QByteArray SettingsRecord(const ProgramSettings& s, bool withObjectColor) {
+  RecordWriter w;
+  w.text(s.ScopeType).text(s.CommPort).text(s.DataDir).integer(s.FirstRun);
+  w.boolean(s.UseWindowsTimeZone).single(s.MyTimeZone).text(s.LongHemi);
+  w.integer(s.LongDeg).integer(s.LongMin).text(s.LatHemi).integer(s.LatDeg).integer(s.LatMin);
+  w.integer(s.MinAlt).integer(s.MaxAlt).boolean(s.UseAltLimit);
+  if (withObjectColor) w.integer(s.ObjectColor);
+  return w.endRecord().bytes();
+}
+
+void SaveSettings(const AppState& state, bool withObjectColor) {
+  WriteWholeFile(state.settingsPath(), SettingsRecord(state.settings, withObjectColor));
+}
+
+QByteArray FilterRecord(const FilterSettings& f) {
+  RecordWriter w;
+  w.boolean(f.FltAlt).integer(f.FltMinAlt);
+  w.boolean(f.FltGal).single(f.FltGalMax).single(f.FltGalMin);
+  w.boolean(f.FltGC).single(f.FltGCMax).single(f.FltGCMin);
+  w.boolean(f.FltOC).single(f.FltOCMax).single(f.FltOCMin);
+  w.boolean(f.FltPN).single(f.FltPNMax).single(f.FltPNMin);
+  w.boolean(f.FltNeb).single(f.FltNebMax).single(f.FltNebMin);
+  w.single(f.FltDSSepMax).single(f.FltDSSepMin);
+  w.single(f.FltDSMagMax).single(f.FltDSMagMin);
+  w.single(f.FltDSMagDifMax).single(f.FltDSMagDifMin);
+  w.single(f.FltUserMagMax).single(f.FltUserMagMin);
+  return w.endRecord().bytes();
+}
+
+void WriteFilterFile(const QString& path, const FilterSettings& f) {
+  WriteWholeFile(path, FilterRecord(f));
+}
+
+void SaveFilterDefaults(const AppState& state) { WriteFilterFile(state.filterPath(), state.filter); }
+
+using FieldReaders = std::vector<std::function<void(RecordReader&)>>;
+
+FieldReaders SettingsFieldReaders(ProgramSettings& s) {
+  return {
+      [&](RecordReader& r) { s.ScopeType = r.text(); },
+      [&](RecordReader& r) { s.CommPort = r.text(); },
+      [&](RecordReader& r) { s.DataDir = r.text(); },
+      [&](RecordReader& r) { s.FirstRun = r.int16(); },
+      [&](RecordReader& r) { s.UseWindowsTimeZone = r.boolean(); },
+      [&](RecordReader& r) { s.MyTimeZone = r.single(); },
+      [&](RecordReader& r) { s.LongHemi = r.text(); },
+      [&](RecordReader& r) { s.LongDeg = r.int16(); },
+      [&](RecordReader& r) { s.LongMin = r.int16(); },
+      [&](RecordReader& r) { s.LatHemi = r.text(); },
+      [&](RecordReader& r) { s.LatDeg = r.int16(); },
+      [&](RecordReader& r) { s.LatMin = r.int16(); },
+      [&](RecordReader& r) { s.MinAlt = r.int16(); },
+      [&](RecordReader& r) { s.MaxAlt = r.int16(); },
+      [&](RecordReader& r) { s.UseAltLimit = r.boolean(); },
+      [&](RecordReader& r) { s.ObjectColor = r.int32(); },
+  };
+}
+
+FieldReaders FilterFieldReaders(FilterSettings& f) {
+  auto b = [](bool& v) { return [&v](RecordReader& r) { v = r.boolean(); }; };
+  auto x = [](float& v) { return [&v](RecordReader& r) { v = r.single(); }; };
+  return {b(f.FltAlt),        [&](RecordReader& r) { f.FltMinAlt = r.int16(); },
+          b(f.FltGal),        x(f.FltGalMax),      x(f.FltGalMin),
+          b(f.FltGC),         x(f.FltGCMax),       x(f.FltGCMin),
+          b(f.FltOC),         x(f.FltOCMax),       x(f.FltOCMin),
+          b(f.FltPN),         x(f.FltPNMax),       x(f.FltPNMin),
+          b(f.FltNeb),        x(f.FltNebMax),      x(f.FltNebMin),
+          x(f.FltDSSepMax),   x(f.FltDSSepMin),    x(f.FltDSMagMax),
+          x(f.FltDSMagMin),   x(f.FltDSMagDifMax), x(f.FltDSMagDifMin),
+          x(f.FltUserMagMax), x(f.FltUserMagMin)};
+}
+
+void ReadFilterFile(const QString& path, FilterSettings& f) {
+  RecordReader reader(ReadWholeFile(path));
+  FilterSettings read = f;
+  for (auto& step : FilterFieldReaders(read)) step(reader);
+  f = read;
+}
+
+QDateTime InitialUserDate(const QDateTime& now) {
+  if (now.time().hour() < 6) return now;
+  return QDateTime(now.date(), QTime(22, 0));
+}
+
+namespace {
+
+// The start-up trap: reading past the end of any file repairs the settings file; every
+// other error is shown; either way start-up goes on with the next step.
+void trapped(AppState& state, const std::function<void()>& step) {
+  try {
+    step();
+  } catch (const AppError& e) {
+    if (e.number == ErrNo::InputPastEnd) {
+      state.settings.ObjectColor = 200;
+      try {
+        SaveSettings(state, true);
+      } catch (const AppError& w) {
+        state.prompter().message(AppTitle(), w.text());
+      }
+    } else {
+      state.prompter().message(AppTitle(), e.text());
+    }
+  }
+}
+
+// Reads the fields of one record; once the file has run out the remaining fields are not
+// tried again, so they keep what they held.
+void readFields(AppState& state, RecordReader& reader, const FieldReaders& steps) {
+  bool pastEnd = false;
+  for (const auto& step : steps) {
+    if (pastEnd) break;
+    trapped(state, [&] {
+      try {
+        step(reader);
+      } catch (const AppError& e) {
+        if (e.number == ErrNo::InputPastEnd) pastEnd = true;
+        throw;
+      }
+    });
+  }
+}
+
+}  // namespace
+
+void LoadStartupState(AppState& state) {
+  // 1. The default data folder.
+  trapped(state, [&] {
+    if (!QFileInfo::exists(state.defaultDataDir) && !QDir().mkpath(state.defaultDataDir))
+      throw AppError::of(ErrNo::PathNotFound);
+  });
+  // 2. Run-time variables.
+  state.RedScreenOn = false;
+  state.FilterOn = false;
+  state.OpenFileCount = 0;
+  state.ImportHasHeader = true;
+  state.PrintCopies = 1;
+  state.resetPages();
+  // 3, 4. The observing date; the user-object search field.
+  state.UserDate = InitialUserDate(state.now());
+  state.UserSearchField = QStringLiteral("ObjectNum");
+
+  // 5. TavorineList.ini.
+  if (!QFileInfo::exists(state.settingsPath())) {
+    state.settings = ProgramSettings{};
+    state.settings.FirstRun = 1;
+    state.settings.DataDir = state.defaultDataDir;
+  } else {
+    QByteArray bytes;
+    trapped(state, [&] { bytes = ReadWholeFile(state.settingsPath()); });
+    RecordReader reader(bytes);
+    readFields(state, reader, SettingsFieldReaders(state.settings));
+  }
+
+  // 6. Filter.ini.
+  if (!QFileInfo::exists(state.filterPath())) {
+    state.filter = FilterSettings{};
+    trapped(state, [&] { SaveFilterDefaults(state); });
+  } else {
+    QByteArray bytes;
+    trapped(state, [&] { bytes = ReadWholeFile(state.filterPath()); });
+    RecordReader reader(bytes);
+    readFields(state, reader, FilterFieldReaders(state.filter));
+  }
+
+  // 7. TVRNMRU.dat: up to five rows.
+  state.MRUSeparatorShown = false;
+  state.MRUShown.fill(false);
+  for (auto& row : state.MRUFiles) row = FileEntry{};
+  if (QFileInfo::exists(state.recentFilesPath())) {
+    QByteArray bytes;
+    trapped(state, [&] { bytes = ReadWholeFile(state.recentFilesPath()); });
+    RecordReader reader(bytes);
+    for (int i = 0; i < 5 && !reader.atEnd(); ++i) {
+      FileEntry& row = state.MRUFiles[i];
+      readFields(state, reader,
+                 {[&](RecordReader& r) { row.title = r.text(); },
+                  [&](RecordReader& r) { row.path = r.text(); }});
+      state.MRUSeparatorShown = true;
+      state.MRUShown[i] = true;
+    }
+  }
+
+  // 8. The folders of the file dialogs.
+  state.LastListFolder = state.settings.DataDir;
+  state.LastImportFolder = state.settings.DataDir;
+
+  // 9 (the colour snapshot) belongs to the window system; 10. all slots free.
+  for (auto& slot : state.OpenSlotFile) slot.clear();
+}
+
+void RecordRecentFile(AppState& state, const QString& title, const QString& path) {
+  auto& rows = state.MRUFiles;
+  for (int i = 0; i < 5; ++i) {
+    if (rows[i].path == path && !path.isEmpty()) {
+      for (int j = i; j < 4; ++j) rows[j] = rows[j + 1];
+      rows[4] = FileEntry{};
+      break;
+    }
+  }
+  for (int j = 4; j > 0; --j) rows[j] = rows[j - 1];
+  rows[0] = FileEntry{title, path};
+  state.MRUSeparatorShown = true;
+
+  RecordWriter w;
+  for (int i = 0; i < 5; ++i) {
+    if (rows[i].title.isEmpty()) break;
+    w.text(rows[i].title).text(rows[i].path).endRecord();
+    state.MRUShown[i] = true;
+  }
+  WriteWholeFile(state.recentFilesPath(), w.bytes());
+}

@@ -1,0 +1,32 @@
+#include "support/testenv.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+TestEnv::TestEnv() {
+  state = std::make_unique<AppState>(prompter);
+  state->programFolder = QStringLiteral(TAVORINE_SOURCE_DATA_DIR);
+  state->configFolder = dir.filePath(QStringLiteral("config"));
+  state->defaultDataDir = dir.filePath(QStringLiteral("data/Data"));
+  state->settings.DataDir = state->defaultDataDir;
+  QDir().mkpath(state->configFolder);
+  state->clock = [this] { return fixedNow; };
+  state->systemUtcOffsetHours = [this]() -> std::optional<double> { return fixedOffsetHours; };
+}
+
+QString TestEnv::path(const QString& name) const { return dir.filePath(name); }
+
+void TestEnv::writeFile(const QString& relPath, const QByteArray& bytes) const {
+  const QString p = path(relPath);
+  QDir().mkpath(QFileInfo(p).absolutePath());
+  QFile f(p);
+  f.open(QIODevice::WriteOnly);
+  f.write(bytes);
+}
+
+QByteArray TestEnv::readFile(const QString& relPath) const {
+  QFile f(path(relPath));
+  f.open(QIODevice::ReadOnly);
+  return f.readAll();
+}
