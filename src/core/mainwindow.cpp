@@ -1,15 +1,386 @@
 #include "core/mainwindow.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
+
 #include "core/appstate.h"
+#include "core/handler.h"
+#include "core/prompter.h"
+#include "core/selectall.h"
 #include "core/settings.h"
+
+namespace {
+
+QLineEdit* field(QWidget* parent, const char* name, int width, bool readOnly = false) {
+  auto* e = new QLineEdit(parent);
+  e->setObjectName(QString::fromLatin1(name));
+  e->setFixedWidth(width);
+  e->setReadOnly(readOnly);
+  e->setAlignment(Qt::AlignRight);
+  return e;
+}
+
+QLabel* label(QWidget* parent, const QString& text) {
+  auto* l = new QLabel(text, parent);
+  l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  return l;
+}
+
+}  // namespace
 
 TavorineListMain::TavorineListMain(AppState& state, QWidget* parent)
     : QMainWindow(parent), state_(state) {
   setObjectName(QStringLiteral("TavorineListMain"));
   setWindowTitle(QStringLiteral("Tavorine"));
+  quitApplication = [] { QCoreApplication::exit(0); };
+
+  mdi_ = new QMdiArea(this);
+  mdi_->setObjectName(QStringLiteral("mdiArea"));
+  setCentralWidget(mdi_);
+
+  buildMenus();
+  buildToolbar();
+
+  // Hand-over fields through which an opening command tells a new list window its document.
+  for (const char* name : {"txtFileName", "txtFileTitle"}) {
+    auto* hidden = new QLineEdit(this);
+    hidden->setObjectName(QString::fromLatin1(name));
+    hidden->hide();
+  }
+  // Two timers kept from the old read-back; they have no action and never start by themselves.
+  timerGetRADec_ = new QTimer(this);
+  timerGetRADec_->setObjectName(QStringLiteral("timerGetRADec"));
+  timerGetRADec_->setInterval(10000);
+  timerRestartGetRADec_ = new QTimer(this);
+  timerRestartGetRADec_->setObjectName(QStringLiteral("timerRestartGetRADec"));
+  timerRestartGetRADec_->setInterval(60000);
+
+  resize(1000, 720);
+}
+
+TavorineListMain::~TavorineListMain() = default;
+
+QAction* TavorineListMain::addAction(QMenu* menu, const char* name, const QString& caption,
+                                     const QKeySequence& shortcut,
+                                     void (TavorineListMain::*slot)()) {
+  QAction* a = menu->addAction(caption);
+  a->setObjectName(QString::fromLatin1(name));
+  if (!shortcut.isEmpty()) a->setShortcut(shortcut);
+  if (slot) connect(a, &QAction::triggered, this, [this, slot] { (this->*slot)(); });
+  return a;
+}
+
+void TavorineListMain::buildMenus() {
+  QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+  file->setObjectName(QStringLiteral("mnuFile"));
+  addAction(file, "mnuNew", QStringLiteral("&New List"), QKeySequence(Qt::CTRL | Qt::Key_N),
+            &TavorineListMain::mnuNew_Click);
+  addAction(file, "mnuOpen", QStringLiteral("&Open Existing List"),
+            QKeySequence(Qt::CTRL | Qt::Key_O), &TavorineListMain::mnuOpen_Click);
+  file->addSeparator()->setObjectName(QStringLiteral("mnuSep5"));
+
+  QMenu* import = file->addMenu(QStringLiteral("&Import"));
+  import->menuAction()->setObjectName(QStringLiteral("mnuImport"));
+  mnuImporthcTour_ = addAction(import, "mnuImporthcTour",
+                               QStringLiteral("from &NexTour/hcTour File to Current List"), {},
+                               &TavorineListMain::mnuImporthcTour_Click);
+  mnuImportCurrent_ = addAction(import, "mnuImportCurrent",
+                                QStringLiteral("from &CSV File to Current List"), {},
+                                &TavorineListMain::mnuImportCurrent_Click);
+  addAction(import, "mnuImportUser", QStringLiteral("from CSV File to &User Supplied List"), {},
+            &TavorineListMain::mnuImportUser_Click);
+
+  QMenu* exportMenu = file->addMenu(QStringLiteral("&Export to"));
+  mnuExport_ = exportMenu->menuAction();
+  mnuExport_->setObjectName(QStringLiteral("mnuExport"));
+  addAction(exportMenu, "mnuExportBRLT", QStringLiteral("&Brillet"), {},
+            &TavorineListMain::mnuExportBRLT_Click);
+  QAction* hc = addAction(exportMenu, "mnuExportHC", QStringLiteral("NexStar &Hand Control"), {},
+                          &TavorineListMain::mnuExportHC_Click);
+  hc->setVisible(false);  // a planned export that never came; the entry stays hidden
+  addAction(exportMenu, "mnuExportPlanetarium", QStringLiteral("P&lanetarium for Palm"), {},
+            &TavorineListMain::mnuExportPlanetarium_Click);
+  addAction(exportMenu, "mnuExporthcTour", QStringLiteral("&NexRemote/hcAnywhere"), {},
+            &TavorineListMain::mnuExporthcTour_Click);
+  addAction(exportMenu, "mnuExportCSV", QStringLiteral("&CSV (Spreadsheet) File"), {},
+            &TavorineListMain::mnuExportCSV_Click);
+  file->addSeparator()->setObjectName(QStringLiteral("mnuSep3"));
+  mnuPrint_ = addAction(file, "mnuPrint", QStringLiteral("&Print"),
+                        QKeySequence(Qt::CTRL | Qt::Key_P), &TavorineListMain::mnuPrint_Click);
+  mnuPrint_->setEnabled(false);
+  mnuSepMRU_ = file->addSeparator();
+  mnuSepMRU_->setObjectName(QStringLiteral("mnuSepMRU"));
+  mnuSepMRU_->setVisible(false);
+  for (int i = 0; i < 5; ++i) {
+    QAction* a = file->addAction(QStringLiteral("File"));
+    a->setObjectName(QStringLiteral("mnuMRU%1").arg(i));
+    a->setVisible(false);
+    connect(a, &QAction::triggered, this, [this, i] { mnuMRU_Click(i); });
+    mnuMRU_[i] = a;
+  }
+  file->addSeparator()->setObjectName(QStringLiteral("mnuSep1"));
+  addAction(file, "mnuExit", QStringLiteral("E&xit"), {}, &TavorineListMain::mnuExit_Click);
+
+  QMenu* tools = menuBar()->addMenu(QStringLiteral("&Tools"));
+  tools->setObjectName(QStringLiteral("mnuTools"));
+  addAction(tools, "mnuHHC", QStringLiteral("&Hyper Hand Control"),
+            QKeySequence(Qt::CTRL | Qt::Key_H), &TavorineListMain::mnuHHC_Click);
+  addAction(tools, "mnuEditUserList", QStringLiteral("&Edit User Supplied Objects"), {},
+            &TavorineListMain::mnuEditUserList_Click);
+  addAction(tools, "mnuAlignStars", QStringLiteral("&Alignment Star Chart"), {},
+            &TavorineListMain::mnuAlignStars_Click);
+  mnuRedScreen_ = addAction(tools, "mnuRedScreen", QStringLiteral("&Red Screen"),
+                            QKeySequence(Qt::CTRL | Qt::Key_R),
+                            &TavorineListMain::mnuRedScreen_Click);
+  mnuRedScreen_->setCheckable(true);
+  tools->addSeparator()->setObjectName(QStringLiteral("mnuSep"));
+  addAction(tools, "mnuSetup", QStringLiteral("&Setup"), {}, &TavorineListMain::mnuSetup_Click);
+
+  windowMenu_ = menuBar()->addMenu(QStringLiteral("&Window"));
+  windowMenu_->setObjectName(QStringLiteral("mnuWindow"));
+  connect(windowMenu_, &QMenu::aboutToShow, this, &TavorineListMain::fillWindowMenu);
+  fillWindowMenu();
+
+  QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+  help->setObjectName(QStringLiteral("mnuHelp"));
+  addAction(help, "mnuHelpTopics", QStringLiteral("&Help Topics"), QKeySequence(Qt::Key_F1),
+            &TavorineListMain::mnuHelpTopics_Click);
+  help->addSeparator()->setObjectName(QStringLiteral("mnuSep2"));
+  addAction(help, "mnuTechSupport", QStringLiteral("&Technical Support"), {},
+            &TavorineListMain::mnuTechSupport_Click);
+  addAction(help, "mnuLicense", QStringLiteral("Software &License"), {},
+            &TavorineListMain::mnuLicense_Click);
+  help->addSeparator()->setObjectName(QStringLiteral("mnuSep4"));
+  addAction(help, "mnuAbout", QStringLiteral("&About Tavorine..."), {},
+            &TavorineListMain::mnuAbout_Click);
+}
+
+void TavorineListMain::fillWindowMenu() {
+  windowMenu_->clear();
+  addAction(windowMenu_, "mnuCascade", QStringLiteral("&Cascade"), {},
+            &TavorineListMain::mnuCascade_Click);
+  addAction(windowMenu_, "mnuTile", QStringLiteral("&Tile"), {},
+            &TavorineListMain::mnuTile_Click);
+  const QList<QMdiSubWindow*> children = mdi_->subWindowList();
+  if (!children.isEmpty()) windowMenu_->addSeparator();
+  int n = 1;
+  for (QMdiSubWindow* child : children) {
+    QAction* a = windowMenu_->addAction(
+        QStringLiteral("&%1 %2").arg(n++).arg(child->windowTitle()));
+    a->setCheckable(true);
+    a->setChecked(child == mdi_->activeSubWindow());
+    connect(a, &QAction::triggered, this, [this, child] { mdi_->setActiveSubWindow(child); });
+  }
+}
+
+void TavorineListMain::buildToolbar() {
+  QToolBar* bar = addToolBar(QStringLiteral("Toolbar"));
+  bar->setObjectName(QStringLiteral("tbToolbar"));
+  bar->setMovable(false);
+  bar->setIconSize(QSize(28, 28));
+
+  struct Button {
+    const char* name;
+    const char* tip;
+    void (TavorineListMain::*slot)();
+  };
+  const Button buttons[] = {
+      {"cmdNew", "New List", &TavorineListMain::mnuNew_Click},
+      {"cmdOpen", "Open Existing List", &TavorineListMain::mnuOpen_Click},
+      {"cmdPrint", "Print", &TavorineListMain::mnuPrint_Click},
+      {"cmdHHC", "Hyper Hand Control", &TavorineListMain::mnuHHC_Click},
+      {"cmdAlignStars", "Alignment Star Chart", &TavorineListMain::mnuAlignStars_Click},
+      {"cmdRedScreen", "Red Screen", nullptr},
+  };
+  for (const Button& b : buttons) {
+    auto* button = new QToolButton(bar);
+    button->setObjectName(QString::fromLatin1(b.name));
+    button->setToolTip(QString::fromLatin1(b.tip));
+    button->setText(QString::fromLatin1(b.tip));
+    button->setAutoRaise(true);
+    button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    if (b.slot) {
+      auto slot = b.slot;
+      connect(button, &QToolButton::clicked, this, [this, slot] { (this->*slot)(); });
+    } else {
+      // The Red Screen button goes through the menu entry, which keeps the check mark.
+      connect(button, &QToolButton::clicked, mnuRedScreen_, &QAction::trigger);
+    }
+    bar->addWidget(button);
+    if (QByteArray(b.name) == "cmdPrint") {
+      cmdPrint_ = button;
+      button->setEnabled(false);
+    }
+  }
+  bar->addSeparator();
+  bar->addWidget(buildPositionPanel());
+}
+
+QWidget* TavorineListMain::buildPositionPanel() {
+  auto* panel = new QWidget(this);
+  panel->setObjectName(QStringLiteral("picPosition"));
+  auto* grid = new QGridLayout(panel);
+  grid->setContentsMargins(6, 0, 6, 0);
+  grid->setHorizontalSpacing(4);
+  grid->setVerticalSpacing(2);
+
+  // Last read position.
+  grid->addWidget(label(panel, QStringLiteral("RA")), 0, 0);
+  grid->addWidget(field(panel, "txtRAHour", 32, true), 0, 1);
+  grid->addWidget(field(panel, "txtRAMin", 44, true), 0, 2);
+  grid->addWidget(label(panel, QStringLiteral("Dec")), 0, 4);
+  grid->addWidget(field(panel, "txtDecSign", 22, true), 0, 5);
+  grid->addWidget(field(panel, "txtDecDeg", 32, true), 0, 6);
+  grid->addWidget(field(panel, "txtDecMin", 32, true), 0, 7);
+  auto* getRA = new QPushButton(QStringLiteral("Get Scope &Position"), panel);
+  getRA->setObjectName(QStringLiteral("cmdGetRA"));
+  connect(getRA, &QPushButton::clicked, this, [this] { cmdGetRA_Click(); });
+  grid->addWidget(getRA, 0, 9);
+
+  // Quick GoTo target.
+  grid->addWidget(label(panel, QStringLiteral("RA")), 1, 0);
+  QLineEdit* raHour = field(panel, "txtGotoRAHour", 32);
+  QLineEdit* raMin = field(panel, "txtGotoRAMin", 44);
+  QLineEdit* raSec = field(panel, "txtGoToRASec", 32);
+  grid->addWidget(raHour, 1, 1);
+  grid->addWidget(raMin, 1, 2);
+  grid->addWidget(raSec, 1, 3);
+  grid->addWidget(label(panel, QStringLiteral("Dec")), 1, 4);
+  auto* sign = new QPushButton(QStringLiteral("+"), panel);
+  sign->setObjectName(QStringLiteral("cmdDecSign"));
+  sign->setFixedWidth(24);
+  connect(sign, &QPushButton::clicked, this, [this] { cmdDecSign_Click(); });
+  grid->addWidget(sign, 1, 5);
+  QLineEdit* decSign = field(panel, "txtGotoDecSign", 22);
+  decSign->setText(QStringLiteral("+"));
+  decSign->hide();  // the button shows the sign it holds
+  QLineEdit* decDeg = field(panel, "txtGotoDecDeg", 32);
+  QLineEdit* decMin = field(panel, "txtGotoDecMin", 32);
+  QLineEdit* decSec = field(panel, "txtGotoDecSec", 32);
+  grid->addWidget(decDeg, 1, 6);
+  grid->addWidget(decMin, 1, 7);
+  grid->addWidget(decSec, 1, 8);
+  for (QLineEdit* e : {raHour, raMin, decDeg, decMin, decSec}) SelectAllOnFocus(e);
+  auto* quick = new QPushButton(QStringLiteral("&Quick GoTo"), panel);
+  quick->setObjectName(QStringLiteral("cmdQuickGoto"));
+  connect(quick, &QPushButton::clicked, this, [this] { cmdQuickGoto_Click(); });
+  grid->addWidget(quick, 1, 9);
+  return panel;
 }
 
 void TavorineListMain::start() {
   LoadStartupState(state_);
+  refreshRecentMenu();
   show();
+  if (state_.settings.FirstRun == 1) mnuSetup_Click();
+  setListCommandsEnabled(state_.OpenFileCount > 0);
+}
+
+void TavorineListMain::setListCommandsEnabled(bool enabled) {
+  mnuPrint_->setEnabled(enabled);
+  cmdPrint_->setEnabled(enabled);
+  mnuExport_->setEnabled(enabled);
+  mnuImportCurrent_->setEnabled(enabled);
+  mnuImporthcTour_->setEnabled(enabled);
+}
+
+void TavorineListMain::refreshRecentMenu() {
+  mnuSepMRU_->setVisible(state_.MRUSeparatorShown);
+  for (int i = 0; i < 5; ++i) {
+    if (state_.MRUShown[i]) mnuMRU_[i]->setText(state_.MRUFiles[i].title);
+    mnuMRU_[i]->setVisible(state_.MRUShown[i]);
+  }
+}
+
+void TavorineListMain::notYetAvailable(const QString& what) {
+  state_.prompter().message(AppTitle(),
+                            what + QStringLiteral(" is not available in this version yet."));
+}
+
+// Exit ends the process at once: open lists are not closed one by one, so they do not enter
+// the recent-file table (the close box does that).
+void TavorineListMain::mnuExit_Click() {
+  RunGuarded(state_.prompter(), [&] {
+    // Red Screen colours are put back before the end.
+    quitApplication();
+  });
+}
+
+void TavorineListMain::closeEvent(QCloseEvent* event) {
+  mdi_->closeAllSubWindows();
+  if (!mdi_->subWindowList().isEmpty()) {
+    event->ignore();
+    return;
+  }
+  event->accept();
+  mnuExit_Click();
+}
+
+void TavorineListMain::mnuNew_Click() { notYetAvailable(QStringLiteral("New List")); }
+void TavorineListMain::mnuOpen_Click() { notYetAvailable(QStringLiteral("Open Existing List")); }
+void TavorineListMain::mnuMRU_Click(int) { notYetAvailable(QStringLiteral("Opening a list")); }
+void TavorineListMain::mnuImporthcTour_Click() { notYetAvailable(QStringLiteral("Tour import")); }
+void TavorineListMain::mnuImportCurrent_Click() { notYetAvailable(QStringLiteral("CSV import")); }
+void TavorineListMain::mnuImportUser_Click() { notYetAvailable(QStringLiteral("CSV import")); }
+void TavorineListMain::mnuExportBRLT_Click() { notYetAvailable(QStringLiteral("Brillet export")); }
+void TavorineListMain::mnuExportHC_Click() {
+  state_.prompter().message(AppTitle(), QStringLiteral("For future developments."));
+}
+void TavorineListMain::mnuExportPlanetarium_Click() {
+  notYetAvailable(QStringLiteral("Planetarium for Palm export"));
+}
+void TavorineListMain::mnuExporthcTour_Click() { notYetAvailable(QStringLiteral("Tour export")); }
+void TavorineListMain::mnuExportCSV_Click() { notYetAvailable(QStringLiteral("CSV export")); }
+void TavorineListMain::mnuPrint_Click() { notYetAvailable(QStringLiteral("Printing")); }
+void TavorineListMain::mnuHHC_Click() { notYetAvailable(QStringLiteral("Hyper Hand Control")); }
+void TavorineListMain::mnuEditUserList_Click() {
+  state_.EditUserListCaller = QStringLiteral("Menu");
+  notYetAvailable(QStringLiteral("Editing user supplied objects"));
+}
+void TavorineListMain::mnuAlignStars_Click() {
+  notYetAvailable(QStringLiteral("The Alignment Star Chart"));
+}
+void TavorineListMain::mnuRedScreen_Click() {}
+void TavorineListMain::mnuSetup_Click() {}
+void TavorineListMain::mnuCascade_Click() { mdi_->cascadeSubWindows(); }
+// Horizontal tiles: the children stacked one above the other, each the full width.
+void TavorineListMain::mnuTile_Click() {
+  const QList<QMdiSubWindow*> children = mdi_->subWindowList();
+  if (children.isEmpty()) return;
+  const QRect area = mdi_->viewport()->rect();
+  const int height = area.height() / children.size();
+  int top = 0;
+  for (QMdiSubWindow* child : children) {
+    if (child->isMaximized() || child->isMinimized()) child->showNormal();
+    child->setGeometry(0, top, area.width(), height);
+    top += height;
+  }
+}
+void TavorineListMain::mnuHelpTopics_Click() {}
+void TavorineListMain::mnuTechSupport_Click() {}
+void TavorineListMain::mnuLicense_Click() {}
+void TavorineListMain::mnuAbout_Click() {}
+void TavorineListMain::cmdGetRA_Click() {}
+void TavorineListMain::cmdQuickGoto_Click() {}
+
+void TavorineListMain::cmdDecSign_Click() {
+  auto* sign = findChild<QLineEdit*>(QStringLiteral("txtGotoDecSign"));
+  auto* button = findChild<QPushButton*>(QStringLiteral("cmdDecSign"));
+  const QString next = sign->text() == QLatin1String("+") ? QStringLiteral("-")
+                                                          : QStringLiteral("+");
+  sign->setText(next);
+  button->setText(next);
 }

@@ -1,17 +1,96 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
+#include <array>
+#include <functional>
 
 class AppState;
+class QAction;
+class QLineEdit;
+class QMdiArea;
+class QMenu;
+class QPushButton;
+class QTimer;
+class QToolButton;
 
-// The frame of the program: menu, toolbar, position panel and the list windows inside.
+// TavorineListMain: the frame of the program. Its menu, its toolbar and position panel, and
+// the list windows inside its child area.
 class TavorineListMain : public QMainWindow {
   Q_OBJECT
  public:
   explicit TavorineListMain(AppState& state, QWidget* parent = nullptr);
-  // The load step: start-up state, then Setup on a first run.
+  ~TavorineListMain() override;
+
+  // The load step: start-up state, the recent-file menu, Setup on a first run, the commands
+  // that need a list disabled.
   void start();
 
+  // Enables or disables the five commands that need an open list.
+  void setListCommandsEnabled(bool enabled);
+  // Shows the recent-file entries as the shared table says.
+  void refreshRecentMenu();
+
+  QMdiArea* mdiArea() const { return mdi_; }
+  AppState& state() const { return state_; }
+
+  // What ends the process; tests replace it.
+  std::function<void()> quitApplication;
+
+ public slots:
+  void mnuExit_Click();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
  private:
+  void buildMenus();
+  void buildToolbar();
+  QWidget* buildPositionPanel();
+  QAction* addAction(QMenu* menu, const char* name, const QString& caption,
+                     const QKeySequence& shortcut, void (TavorineListMain::*slot)());
+  void fillWindowMenu();
+  void notYetAvailable(const QString& what);
+
+  // Menu handlers.
+  void mnuNew_Click();
+  void mnuOpen_Click();
+  void mnuMRU_Click(int index);
+  void mnuImporthcTour_Click();
+  void mnuImportCurrent_Click();
+  void mnuImportUser_Click();
+  void mnuExportBRLT_Click();
+  void mnuExportHC_Click();
+  void mnuExportPlanetarium_Click();
+  void mnuExporthcTour_Click();
+  void mnuExportCSV_Click();
+  void mnuPrint_Click();
+  void mnuHHC_Click();
+  void mnuEditUserList_Click();
+  void mnuAlignStars_Click();
+  void mnuRedScreen_Click();
+  void mnuSetup_Click();
+  void mnuCascade_Click();
+  void mnuTile_Click();
+  void mnuHelpTopics_Click();
+  void mnuTechSupport_Click();
+  void mnuLicense_Click();
+  void mnuAbout_Click();
+  void cmdGetRA_Click();
+  void cmdQuickGoto_Click();
+  void cmdDecSign_Click();
+
   AppState& state_;
+  QMdiArea* mdi_ = nullptr;
+  QMenu* windowMenu_ = nullptr;
+  QAction* mnuExport_ = nullptr;
+  QAction* mnuImportCurrent_ = nullptr;
+  QAction* mnuImporthcTour_ = nullptr;
+  QAction* mnuPrint_ = nullptr;
+  QAction* mnuRedScreen_ = nullptr;
+  QAction* mnuSepMRU_ = nullptr;
+  std::array<QAction*, 5> mnuMRU_{};
+  QToolButton* cmdPrint_ = nullptr;
+  QTimer* timerGetRADec_ = nullptr;
+  QTimer* timerRestartGetRADec_ = nullptr;
 };

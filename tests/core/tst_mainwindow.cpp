@@ -1,0 +1,187 @@
+#include <QtTest>
+
+#include <QAction>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPushButton>
+#include <QToolButton>
+
+#include "core/mainwindow.h"
+#include "core/settings.h"
+#include "support/testenv.h"
+
+namespace {
+QAction* action(QWidget* w, const QString& name) { return w->findChild<QAction*>(name); }
+
+// A child window that notes when it is closed the usual way.
+class ClosingChild : public QWidget {
+ public:
+  explicit ClosingChild(int* closed) : closed_(closed) {}
+  void closeEvent(QCloseEvent* e) override {
+    ++*closed_;
+    e->accept();
+  }
+  int* closed_;
+};
+
+// An environment whose settings file exists, so start-up does not open Setup.
+std::unique_ptr<TestEnv> configuredEnv() {
+  auto env = std::make_unique<TestEnv>();
+  ProgramSettings s;
+  s.FirstRun = 0;
+  s.DataDir = env->path("lists/");
+  env->writeFile("config/TavorineList.ini", SettingsRecord(s, true));
+  return env;
+}
+}  // namespace
+
+class TestMainWindow : public QObject {
+  Q_OBJECT
+ private slots:
+  void menuTree_data();
+  void menuTree();
+  void listCommandsStartDisabled();
+  void recentMenu();
+  void exitLeavesChildrenOpen();
+  void closeBoxClosesChildrenFirst();
+  void windowMenuListsChildren();
+  void decSignFlips();
+  void futureExportSaysSo();
+};
+
+void TestMainWindow::menuTree_data() {
+  QTest::addColumn<QString>("name");
+  QTest::addColumn<QString>("caption");
+  QTest::addColumn<QString>("shortcut");
+  QTest::newRow("new") << "mnuNew" << "&New List" << "Ctrl+N";
+  QTest::newRow("open") << "mnuOpen" << "&Open Existing List" << "Ctrl+O";
+  QTest::newRow("import") << "mnuImport" << "&Import" << "";
+  QTest::newRow("import tour") << "mnuImporthcTour" << "from &NexTour/hcTour File to Current List"
+                               << "";
+  QTest::newRow("import csv") << "mnuImportCurrent" << "from &CSV File to Current List" << "";
+  QTest::newRow("import user") << "mnuImportUser" << "from CSV File to &User Supplied List" << "";
+  QTest::newRow("export") << "mnuExport" << "&Export to" << "";
+  QTest::newRow("brillet") << "mnuExportBRLT" << "&Brillet" << "";
+  QTest::newRow("hand control") << "mnuExportHC" << "NexStar &Hand Control" << "";
+  QTest::newRow("palm") << "mnuExportPlanetarium" << "P&lanetarium for Palm" << "";
+  QTest::newRow("tour") << "mnuExporthcTour" << "&NexRemote/hcAnywhere" << "";
+  QTest::newRow("csv") << "mnuExportCSV" << "&CSV (Spreadsheet) File" << "";
+  QTest::newRow("print") << "mnuPrint" << "&Print" << "Ctrl+P";
+  QTest::newRow("exit") << "mnuExit" << "E&xit" << "";
+  QTest::newRow("hhc") << "mnuHHC" << "&Hyper Hand Control" << "Ctrl+H";
+  QTest::newRow("user objects") << "mnuEditUserList" << "&Edit User Supplied Objects" << "";
+  QTest::newRow("align") << "mnuAlignStars" << "&Alignment Star Chart" << "";
+  QTest::newRow("red") << "mnuRedScreen" << "&Red Screen" << "Ctrl+R";
+  QTest::newRow("setup") << "mnuSetup" << "&Setup" << "";
+  QTest::newRow("help") << "mnuHelpTopics" << "&Help Topics" << "F1";
+  QTest::newRow("support") << "mnuTechSupport" << "&Technical Support" << "";
+  QTest::newRow("license") << "mnuLicense" << "Software &License" << "";
+  QTest::newRow("about") << "mnuAbout" << "&About Tavorine..." << "";
+}
+
+void TestMainWindow::menuTree() {
+  QFETCH(QString, name);
+  QFETCH(QString, caption);
+  QFETCH(QString, shortcut);
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  QAction* a = action(&w, name);
+  QVERIFY2(a, qPrintable(name));
+  QCOMPARE(a->text(), caption);
+  QCOMPARE(a->shortcut().toString(), shortcut);
+}
+
+void TestMainWindow::listCommandsStartDisabled() {
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  w.start();
+  for (const char* off : {"mnuExport", "mnuImportCurrent", "mnuImporthcTour", "mnuPrint"})
+    QVERIFY2(!action(&w, QString::fromLatin1(off))->isEnabled(), off);
+  QVERIFY(!w.findChild<QToolButton*>(QStringLiteral("cmdPrint"))->isEnabled());
+  QVERIFY(action(&w, QStringLiteral("mnuImport"))->isEnabled());
+  QVERIFY(action(&w, QStringLiteral("mnuImportUser"))->isEnabled());
+  QVERIFY(!action(&w, QStringLiteral("mnuExportHC"))->isVisible());
+  w.setListCommandsEnabled(true);
+  for (const char* on : {"mnuExport", "mnuImportCurrent", "mnuImporthcTour", "mnuPrint"})
+    QVERIFY2(action(&w, QString::fromLatin1(on))->isEnabled(), on);
+  QVERIFY(w.findChild<QToolButton*>(QStringLiteral("cmdPrint"))->isEnabled());
+}
+
+void TestMainWindow::recentMenu() {
+  auto env = configuredEnv();
+  env->writeFile("config/TVRNMRU.dat", "\"Tonight\",\"/l/a.tlf\"\r\n\"Globulars\",\"/l/b.tlf\"\r\n");
+  TavorineListMain w(*env->state);
+  w.start();
+  QVERIFY(action(&w, QStringLiteral("mnuSepMRU"))->isVisible());
+  QCOMPARE(action(&w, QStringLiteral("mnuMRU0"))->text(), QStringLiteral("Tonight"));
+  QCOMPARE(action(&w, QStringLiteral("mnuMRU1"))->text(), QStringLiteral("Globulars"));
+  QVERIFY(action(&w, QStringLiteral("mnuMRU1"))->isVisible());
+  QVERIFY(!action(&w, QStringLiteral("mnuMRU2"))->isVisible());
+}
+
+void TestMainWindow::exitLeavesChildrenOpen() {
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  int quits = 0, closed = 0;
+  w.quitApplication = [&] { ++quits; };
+  w.start();
+  w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
+  w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
+  action(&w, QStringLiteral("mnuExit"))->trigger();
+  QCOMPARE(quits, 1);
+  QCOMPARE(closed, 0);
+}
+
+void TestMainWindow::closeBoxClosesChildrenFirst() {
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  int quits = 0, closed = 0;
+  w.quitApplication = [&] { ++quits; };
+  w.start();
+  w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
+  w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
+  w.close();
+  QCOMPARE(closed, 2);
+  QCOMPARE(quits, 1);
+}
+
+void TestMainWindow::windowMenuListsChildren() {
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  w.start();
+  auto* child = new QWidget;
+  child->setWindowTitle(QStringLiteral("Objects - Tonight"));
+  w.mdiArea()->addSubWindow(child)->show();
+  auto* menu = w.findChild<QMenu*>(QStringLiteral("mnuWindow"));
+  QMetaObject::invokeMethod(menu, "aboutToShow");
+  QStringList texts;
+  for (QAction* a : menu->actions()) texts << a->text();
+  QVERIFY(texts.contains(QStringLiteral("&Cascade")));
+  QVERIFY(texts.contains(QStringLiteral("&Tile")));
+  QVERIFY(texts.contains(QStringLiteral("&1 Objects - Tonight")));
+}
+
+void TestMainWindow::decSignFlips() {
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  auto* button = w.findChild<QPushButton*>(QStringLiteral("cmdDecSign"));
+  auto* sign = w.findChild<QLineEdit*>(QStringLiteral("txtGotoDecSign"));
+  button->click();
+  QCOMPARE(sign->text(), QStringLiteral("-"));
+  QCOMPARE(button->text(), QStringLiteral("-"));
+  sign->setText(QStringLiteral("x"));
+  button->click();
+  QCOMPARE(sign->text(), QStringLiteral("+"));
+}
+
+void TestMainWindow::futureExportSaysSo() {
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  action(&w, QStringLiteral("mnuExportHC"))->trigger();
+  QCOMPARE(env->prompter.texts(), QStringList{QStringLiteral("For future developments.")});
+}
+
+QTEST_MAIN(TestMainWindow)
+#include "tst_mainwindow.moc"
