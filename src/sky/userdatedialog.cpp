@@ -15,7 +15,7 @@
 UpDownField::UpDownField(int maximum, const QString& mask, QWidget* parent)
     : QAbstractSpinBox(parent), maximum_(maximum), mask_(mask) {
   setAlignment(Qt::AlignRight);
-  setMaximumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000")) + 40);
+  setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000")) + 32);
 }
 
 void UpDownField::setText(const QString& text) { lineEdit()->setText(text); }
