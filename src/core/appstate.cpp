@@ -7,7 +7,8 @@ AppState::AppState(Prompter& prompter) : prompter_(&prompter) {
   clock = [] { return QDateTime::currentDateTime(); };
   systemUtcOffsetHours = []() -> std::optional<double> {
     const QDateTime now = QDateTime::currentDateTime();
-    if (!now.timeZone().isValid() && now.timeSpec() != Qt::LocalTime) return std::nullopt;
+    // An unknown zone (TZ naming no zone) leaves the offset undetermined.
+    if (!now.timeZone().isValid()) return std::nullopt;
     return now.offsetFromUtc() / 3600.0;
   };
   resetPages();

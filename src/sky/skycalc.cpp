@@ -40,10 +40,9 @@ double latitude(const ProgramSettings& s) {
 }
 
 // Local sidereal time in degrees for a clock reading, from the polynomial at 0h of today.
-double sidereal(const AppState& state, const QDateTime& clock) {
+// Other days are reached through the hours alone: the day count never moves.
+double sidereal(const AppState& state, const QDateTime& clock, const QDate& today) {
   const double tz = GetTimeZoneHours(state);
-  const QDateTime now = state.now();
-  const QDate today = now.date();
   const double Y = today.year(), M = today.month(), D = today.day();
   const double jd = 367 * Y - Int(1.75 * (Y + Int((M + 9) / 12))) -
                     Int(0.75 * (Int(0.01 * (Y + Int((M - 9) / 7))) + 1)) + Int(275 * M / 9) +
@@ -58,8 +57,9 @@ double sidereal(const AppState& state, const QDateTime& clock) {
   return (x / 360 - whole) * 360;
 }
 
-double altitudeAt(const AppState& state, const QDateTime& clock, const SkyPosition& p) {
-  const double lst = sidereal(state, clock);
+double altitudeAt(const AppState& state, const QDateTime& clock, const QDate& today,
+                  const SkyPosition& p) {
+  const double lst = sidereal(state, clock, today);
   const double h = rad(lst - raDegrees(p));
   const double dec = rad(decDegreesAbs(p));
   const double lat = rad(latitude(state.settings));
@@ -69,8 +69,9 @@ double altitudeAt(const AppState& state, const QDateTime& clock, const SkyPositi
   return RoundHalfEven(std::atan(s / root) * 180 / kPi, 1);
 }
 
-double azimuthAt(const AppState& state, const QDateTime& clock, const SkyPosition& p) {
-  const double lst = sidereal(state, clock);
+double azimuthAt(const AppState& state, const QDateTime& clock, const QDate& today,
+                 const SkyPosition& p) {
+  const double lst = sidereal(state, clock, today);
   const double h = rad(lst - raDegrees(p));
   const double dec = rad(decDegreesAbs(p));
   const double lat = rad(latitude(state.settings));
@@ -110,7 +111,8 @@ double GetTimeZoneHours(const AppState& state) {
 
 double AltitudeNow(const AppState& state, const SkyPosition& p) {
   try {
-    return altitudeAt(state, state.now(), p);
+    const QDateTime now = state.now();
+    return altitudeAt(state, now, now.date(), p);
   } catch (const AppError&) {
     return invalidCoordinates(state);
   }
@@ -118,7 +120,8 @@ double AltitudeNow(const AppState& state, const SkyPosition& p) {
 
 double AzimuthNow(const AppState& state, const SkyPosition& p) {
   try {
-    return azimuthAt(state, state.now(), p);
+    const QDateTime now = state.now();
+    return azimuthAt(state, now, now.date(), p);
   } catch (const AppError&) {
     return invalidCoordinates(state);
   }
@@ -127,7 +130,7 @@ double AzimuthNow(const AppState& state, const SkyPosition& p) {
 // The observing-date routines must not stop a list for one bad row: a failure gives 0.
 double AltitudeAtUserDate(const AppState& state, const SkyPosition& p) {
   try {
-    return altitudeAt(state, state.UserDate, p);
+    return altitudeAt(state, state.UserDate, state.now().date(), p);
   } catch (const AppError&) {
     return 0;
   }
@@ -135,7 +138,7 @@ double AltitudeAtUserDate(const AppState& state, const SkyPosition& p) {
 
 double AzimuthAtUserDate(const AppState& state, const SkyPosition& p) {
   try {
-    return azimuthAt(state, state.UserDate, p);
+    return azimuthAt(state, state.UserDate, state.now().date(), p);
   } catch (const AppError&) {
     return 0;
   }
@@ -143,7 +146,8 @@ double AzimuthAtUserDate(const AppState& state, const SkyPosition& p) {
 
 double SiderealDegreesNow(const AppState& state) {
   try {
-    return sidereal(state, state.now());
+    const QDateTime now = state.now();
+    return sidereal(state, now, now.date());
   } catch (const AppError& e) {
     state.prompter().message(AppTitle(), e.text());
     return 0;
@@ -152,7 +156,7 @@ double SiderealDegreesNow(const AppState& state) {
 
 double SiderealDegreesAtUserDate(const AppState& state) {
   try {
-    return sidereal(state, state.UserDate);
+    return sidereal(state, state.UserDate, state.now().date());
   } catch (const AppError& e) {
     state.prompter().message(AppTitle(), e.text());
     return 0;
@@ -169,8 +173,10 @@ double AngularSeparation(const AppState& state, const SkyPosition& a, const SkyP
     const double d1 = dec(a) * factor, d2 = dec(b) * factor;
     const double c = std::sin(d1) * std::sin(d2) +
                      std::cos(d1) * std::cos(d2) * std::cos((raDegrees(a) - raDegrees(b)) * factor);
+    // The same star twice (or its opposite point) leaves no room for the arc tangent's
+    // quotient; the answer is still plain.
+    if (1 - c * c <= 0) return c > 0 ? 0.0 : 180.0;
     const double root = std::sqrt(1 - c * c);
-    if (root == 0 || std::isnan(root)) throw AppError(11, QStringLiteral("Division by zero"));
     return (2 * std::atan(1.0) + std::atan(-c / root)) * (180 / kPi);
   } catch (const AppError& e) {
     state.prompter().message(AppTitle(), e.text());
