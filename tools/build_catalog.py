@@ -84,7 +84,10 @@ def split_position(ra_deg, dec_deg):
 
 
 def mag_text(v):
-    return "" if v is None else "%.1f" % v
+    if v is None:
+        return ""
+    t = "%.1f" % v
+    return "0.0" if t == "-0.0" else t
 
 
 def sep_text(s):
@@ -145,6 +148,9 @@ class ConstellationFinder:
             feats = json.load(f)["features"]
         self.full = {ft["id"]: ft["properties"]["name"] for ft in feats}
         self.genitive = {ft["id"]: ft["properties"]["gen"] for ft in feats}
+        # Serpens is one constellation in two parts; the list gives each part its own name.
+        self.full["Ser"] = "Serpens"
+        self.genitive["Ser"] = "Serpentis"
         with open(bounds_path, encoding="utf-8") as f:
             feats = json.load(f)["features"]
         self.polys = []
@@ -355,6 +361,17 @@ NAME_PREFIX_FIELD = {"M": "M", "C": "C", "NGC": "NGC", "IC": "IC", "B": "B", "SH
                      "ST": "St", "RU": "Ru", "VDBHA": "VdBHa"}
 
 
+GREEK_LETTERS = dict(zip("αβγδεζηθικλμνξοπρστυφχψω",
+                         ["Alpha", "Beta", "Gamma", "Delta", "Epsilon", "Zeta", "Eta", "Theta",
+                          "Iota", "Kappa", "Lambda", "Mu", "Nu", "Xi", "Omicron", "Pi", "Rho",
+                          "Sigma", "Sigma", "Tau", "Upsilon", "Phi", "Chi", "Psi", "Omega"]))
+
+
+def latin_text(text):
+    # Lists are exported in a single-byte code page: spell Greek letters out.
+    return "".join(GREEK_LETTERS.get(ch, ch) for ch in text)
+
+
 def read_dso_names(path, recs):
     index = {}
     for r in recs:
@@ -372,7 +389,7 @@ def read_dso_names(path, recs):
             rest = line[20:]
             if '_("' not in rest:
                 continue
-            name = rest.split('_("', 1)[1].split('")', 1)[0].strip()
+            name = latin_text(rest.split('_("', 1)[1].split('")', 1)[0].strip())
             field = NAME_PREFIX_FIELD.get(prefix)
             rid = index.get((field, ident)) if field else None
             if rid is None or not name:
@@ -463,7 +480,7 @@ def build_deep_sky(recs, names, con):
 
         for v, r in sorted(seen.items(), key=key):
             typ, remark = dso_type(r, "Deep-sky")
-            info = dso_info(r, None, remark)
+            info = dso_info(r, field, remark)
             rows.append(object_row(category, numeric_or_text(v), dso_name(names, r), typ,
                                    con.name(r["ra"], r["dec"]), dso_mag(r), info,
                                    r["ra"], r["dec"]))
