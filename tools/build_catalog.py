@@ -673,8 +673,16 @@ def build_doubles(bsc, cross, wds, stars14, starnames, discoverers, con):
         if key in seen_pairs and bsc[seen_pairs[key]]["v"] <= s["v"]:
             continue
         seen_pairs[key] = hr
-    for key in sorted(seen_pairs, key=lambda k: seen_pairs[k]):
-        hr = seen_pairs[key]
+    # Both components of a pair may carry the pair's data; keep the brighter one.
+    kept = []
+    for hr in sorted(seen_pairs.values(), key=lambda h: (bsc[h]["v"], h)):
+        s = bsc[hr]
+        if any(abs(bsc[k]["sep"] - s["sep"]) <= 0.1 and
+               angular_sep(s["ra"], s["dec"], bsc[k]["ra"], bsc[k]["dec"]) * 3600 <= s["sep"] + 2
+               for k in kept):
+            continue
+        kept.append(hr)
+    for hr in sorted(kept):
         s = bsc[hr]
         hip = hr_to_hip.get(hr)
         w = wds.get(hip) if hip else None
@@ -688,6 +696,8 @@ def build_doubles(bsc, cross, wds, stars14, starnames, discoverers, con):
             names.append("WDS %s" % w["wds"])
             covered_wds.add(w["wds"])
         names += discoverers.get(hip, [])[:3]
+        if not names:
+            names.append("HR %d" % hr)
         info = ['%s"' % sep_text(s["sep"])]
         if w and w["pa"] >= 0 and w["sep"] > 0 and abs(w["sep"] - s["sep"]) <= 0.1 * s["sep"] + 0.2:
             info[0] += " PA %d" % w["pa"]
@@ -880,8 +890,9 @@ StarObjects: Hipparcos stars brighter than magnitude 8.0 that have an SAO
 number; one row per SAO number (the brightest star where two share one).
 
 DoubleStarObjects: the double stars of the Bright Star Catalogue that give a
-separation and a magnitude difference (one row per pair: components of the same
-ADS pair are merged), then the Hipparcos doubles of wds_hip_part.dat whose two
+separation and a magnitude difference (one row per pair: where both components
+carry the pair, as ADS pairs or by position and separation, the brighter one is
+kept), then the Hipparcos doubles of wds_hip_part.dat whose two
 brightest components both are in stars.14.json, where the separation and position
 angle are computed from the two positions. A WDS pair already given by the Bright
 Star Catalogue is not repeated. ObjectNum is a running number in RA order.
