@@ -30,7 +30,10 @@ SkyWidget::SkyWidget(ChartWindow window, SkyChart::AltAzFunction altitude,
   setAttribute(Qt::WA_OpaquePaintEvent);
   setFixedSize(surface_.image().size());
 
+  // The compass letters have always been in a bold fixed-pitch screen font.
   QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  fixed.setStyleHint(QFont::TypeWriter);
+  fixed.setFixedPitch(true);
   fixed.setBold(true);
   for (const CompassLetter& l : constants().letters) {
     auto* label = new QLabel(l.letter, this);
