@@ -1,5 +1,7 @@
 #include "core/opendocuments.h"
 
+#include <algorithm>
+
 bool IsAlreadyOpen(const AppState& state, const QString& path) {
   if (path.isEmpty()) return false;
   for (int row = 1; row <= 10; ++row)
@@ -36,9 +38,12 @@ bool RegisterClose(AppState& state, const QString& path, int slot) {
 }
 
 QString ListFolderOf(const QString& fullName, const QString& fileTitle) {
-  if (fileTitle.isEmpty()) return fullName;
-  const int at = fullName.indexOf(fileTitle, 0, Qt::CaseInsensitive);
-  return at < 0 ? fullName : fullName.left(at);
+  const int at = fileTitle.isEmpty() ? -1 : fullName.indexOf(fileTitle, 0, Qt::CaseInsensitive);
+  if (at >= 0) return fullName.left(at);
+  // A title that is not in the name: the folder up to the last separator.
+  const int sep = std::max(fullName.lastIndexOf(QLatin1Char('/')),
+                           fullName.lastIndexOf(QLatin1Char('\\')));
+  return fullName.left(sep + 1);
 }
 
 bool UseCompactListWindow(int screenHeightTwips) { return screenHeightTwips < 10000; }

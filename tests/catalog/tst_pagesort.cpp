@@ -21,7 +21,6 @@ class TestPageSort : public QObject {
   void otherColumnInBetweenStartsAfresh();
   void clickOutsideTableChangesNothing_data();
   void clickOutsideTableChangesNothing();
-  void sortSurvivesInSharedState();
 };
 
 void TestPageSort::criteria_data() {
@@ -228,19 +227,6 @@ void TestPageSort::clickOutsideTableChangesNothing() {
   QVERIFY(!PageHeaderClick(q, page, column));
   QCOMPARE(q.OrderBy, before.OrderBy);
   QCOMPARE(q.SortField, before.SortField);
-}
-
-void TestPageSort::sortSurvivesInSharedState() {
-  // Pages are shared state: a window that comes later continues the toggling where it stood.
-  ScriptedPrompter prompter;
-  AppState state(prompter);
-  PageHeaderClick(state.Pages[QuerySet::IC], QuerySet::IC, 5);
-  const AppState& later = state;
-  QCOMPARE(later.Pages[QuerySet::IC].SortField, QStringLiteral("Info"));
-  PageHeaderClick(state.Pages[QuerySet::IC], QuerySet::IC, 5);
-  QCOMPARE(state.Pages[QuerySet::IC].OrderBy, QStringLiteral("ORDER BY Info DESC"));
-  // The other pages are untouched.
-  QCOMPARE(state.Pages[QuerySet::NGC].OrderBy, QStringLiteral("ORDER BY ObjectNum"));
 }
 
 QTEST_GUILESS_MAIN(TestPageSort)

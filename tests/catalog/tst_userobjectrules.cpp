@@ -109,10 +109,7 @@ void TestUserObjectRules::captions() {
   QCOMPARE(UserNewRecordPosition(0), QStringLiteral(" Record: New of 1"));
   QCOMPARE(ToggleButtonsCaption(true), QStringLiteral("&Save"));
   QCOMPARE(ToggleButtonsCaption(false), QStringLiteral("&Re-sort"));
-  QCOMPARE(DecSignCaption(QStringLiteral("+")), QStringLiteral("+"));
   QCOMPARE(DecSignCaption(QString()), QStringLiteral("-"));
-  QCOMPARE(ToggledDecSign(QStringLiteral("+")), QStringLiteral("-"));
-  QCOMPARE(ToggledDecSign(QStringLiteral("-")), QStringLiteral("+"));
   QCOMPARE(ToggledDecSign(QString()), QStringLiteral("+"));
 }
 

@@ -31,7 +31,6 @@ class TestSkyChart : public QObject {
  private slots:
   void projection_data();
   void projection();
-  void windowConstants();
   void drawSkyChart();
   void noStarsRingOnly();
   void markerRules();
@@ -78,24 +77,6 @@ void TestSkyChart::projection() {
   const QPointF p = ProjectSky(c, alt, az);
   QVERIFY2(std::abs(p.x() - (c.cx + dx * c.radius)) < 1e-6, qPrintable(QString::number(p.x())));
   QVERIFY2(std::abs(p.y() - (c.cy + dy * c.radius)) < 1e-6, qPrintable(QString::number(p.y())));
-}
-
-void TestSkyChart::windowConstants() {
-  const ChartConstants& hhc = ChartConstantsFor(ChartWindow::HHC);
-  QCOMPARE(hhc.cx, 2000.0);
-  QCOMPARE(hhc.radius, 1800.0);
-  QCOMPARE(hhc.ringColour, SystemColour3DHighlight);
-  QCOMPARE(hhc.width, 4020);
-  QCOMPARE(ChartConstantsFor(ChartWindow::CurrentListFixed).left, 7680);
-  const ChartConstants& edit = ChartConstantsFor(ChartWindow::EditList);
-  QCOMPARE(edit.cx, 1550.0);
-  QCOMPARE(edit.cy, 1550.0);
-  QCOMPARE(edit.radius, 1350.0);
-  QCOMPARE(edit.ringColour, ChartWhite);
-  QCOMPARE(edit.letterColour, 0x00E0E0E0u);
-  const ChartConstants& align = ChartConstantsFor(ChartWindow::AlignStars);
-  QCOMPARE(align.cx, 3200.0);
-  QCOMPARE(align.radius, 2800.0);
 }
 
 void TestSkyChart::drawSkyChart() {

@@ -89,6 +89,7 @@ void TestOpenDocuments::listFolder_data() {
   QTest::newRow("folder holds the name")
       << "/home/ann/messier.tlf.d/messier.tlf" << "messier.tlf" << "/home/ann/";
   QTest::newRow("windows") << "D:\\Lists\\a.tlf" << "a.tlf" << "D:\\Lists\\";
+  QTest::newRow("title not in the name") << "/home/ann/Data/a.tlf" << "b.tlf" << "/home/ann/Data/";
 }
 
 void TestOpenDocuments::listFolder() {
