@@ -107,10 +107,16 @@ bool SkyChart::PlotObject(const SkyPosition& position, quint32 markerColour) {
   return true;
 }
 
-void RecordingChartSurface::clear() { ops.push_back({QStringLiteral("clear")}); }
+static RecordingChartSurface::Op opOf(const char* kind) {
+  RecordingChartSurface::Op op;
+  op.kind = QString::fromLatin1(kind);
+  return op;
+}
+
+void RecordingChartSurface::clear() { ops.push_back(opOf("clear")); }
 
 void RecordingChartSurface::point(float x, float y, quint32 colour) {
-  Op op{QStringLiteral("point")};
+  Op op = opOf("point");
   op.x = x;
   op.y = y;
   op.colour = colour;
@@ -118,7 +124,7 @@ void RecordingChartSurface::point(float x, float y, quint32 colour) {
 }
 
 void RecordingChartSurface::circle(float x, float y, float radius, quint32 colour, float aspect) {
-  Op op{QStringLiteral("circle")};
+  Op op = opOf("circle");
   op.x = x;
   op.y = y;
   op.radius = radius;
@@ -128,7 +134,7 @@ void RecordingChartSurface::circle(float x, float y, float radius, quint32 colou
 }
 
 void RecordingChartSurface::line(float x1, float y1, float x2, float y2, quint32 colour) {
-  Op op{QStringLiteral("line")};
+  Op op = opOf("line");
   op.x = x1;
   op.y = y1;
   op.x2 = x2;
@@ -138,26 +144,26 @@ void RecordingChartSurface::line(float x1, float y1, float x2, float y2, quint32
 }
 
 void RecordingChartSurface::setLineWidth(int width) {
-  Op op{QStringLiteral("width")};
+  Op op = opOf("width");
   op.value = width;
   ops.push_back(op);
 }
 
 void RecordingChartSurface::setLineStyle(int style) {
-  Op op{QStringLiteral("style")};
+  Op op = opOf("style");
   op.value = style;
   ops.push_back(op);
 }
 
 void RecordingChartSurface::setTextPosition(float x, float y) {
-  Op op{QStringLiteral("textpos")};
+  Op op = opOf("textpos");
   op.x = x;
   op.y = y;
   ops.push_back(op);
 }
 
 void RecordingChartSurface::text(const QString& text, quint32 colour) {
-  Op op{QStringLiteral("text")};
+  Op op = opOf("text");
   op.text = text;
   op.colour = colour;
   ops.push_back(op);
