@@ -1,0 +1,153 @@
+#include "catalog/filterlogic.h"
+
+#include "catalog/queryset.h"
+#include "core/numtext.h"
+#include "core/prompter.h"
+#include "core/settings.h"
+
+FilterForm FilterFormFrom(const FilterSettings& f) {
+  FilterForm form;
+  form.chkAltFilter = f.FltAlt;
+  form.txtMinAltFilter = PlainNumber(f.FltMinAlt);
+  form.chkGal = f.FltGal;
+  form.txtGalMin = PlainSingle(f.FltGalMin);
+  form.txtGalMax = PlainSingle(f.FltGalMax);
+  form.chkGC = f.FltGC;
+  form.txtGCMin = PlainSingle(f.FltGCMin);
+  form.txtGCMax = PlainSingle(f.FltGCMax);
+  form.chkOC = f.FltOC;
+  form.txtOCMin = PlainSingle(f.FltOCMin);
+  form.txtOCMax = PlainSingle(f.FltOCMax);
+  form.chkPN = f.FltPN;
+  form.txtPNMin = PlainSingle(f.FltPNMin);
+  form.txtPNMax = PlainSingle(f.FltPNMax);
+  form.chkNeb = f.FltNeb;
+  form.txtNebMin = PlainSingle(f.FltNebMin);
+  form.txtNebMax = PlainSingle(f.FltNebMax);
+  form.txtDSSepMin = PlainSingle(f.FltDSSepMin);
+  form.txtDSSepMax = PlainSingle(f.FltDSSepMax);
+  form.txtDSMagMin = PlainSingle(f.FltDSMagMin);
+  form.txtDSMagMax = PlainSingle(f.FltDSMagMax);
+  form.txtDSMagDifMin = PlainSingle(f.FltDSMagDifMin);
+  form.txtDSMagDifMax = PlainSingle(f.FltDSMagDifMax);
+  form.txtUserMagMin = PlainSingle(f.FltUserMagMin);
+  form.txtUserMagMax = PlainSingle(f.FltUserMagMax);
+  return form;
+}
+
+static float single(const QString& text) { return static_cast<float>(Val(text)); }
+
+FilterSettings FilterFormToSettings(const FilterForm& form) {
+  FilterSettings f;
+  f.FltAlt = form.chkAltFilter;
+  f.FltMinAlt = CInt(Val(form.txtMinAltFilter));
+  f.FltGal = form.chkGal;
+  f.FltGalMax = single(form.txtGalMax);
+  f.FltGalMin = single(form.txtGalMin);
+  f.FltGC = form.chkGC;
+  f.FltGCMax = single(form.txtGCMax);
+  f.FltGCMin = single(form.txtGCMin);
+  f.FltOC = form.chkOC;
+  f.FltOCMax = single(form.txtOCMax);
+  f.FltOCMin = single(form.txtOCMin);
+  f.FltPN = form.chkPN;
+  f.FltPNMax = single(form.txtPNMax);
+  f.FltPNMin = single(form.txtPNMin);
+  f.FltNeb = form.chkNeb;
+  f.FltNebMax = single(form.txtNebMax);
+  f.FltNebMin = single(form.txtNebMin);
+  f.FltDSSepMax = single(form.txtDSSepMax);
+  f.FltDSSepMin = single(form.txtDSSepMin);
+  f.FltDSMagMax = single(form.txtDSMagMax);
+  f.FltDSMagMin = single(form.txtDSMagMin);
+  f.FltDSMagDifMax = single(form.txtDSMagDifMax);
+  f.FltDSMagDifMin = single(form.txtDSMagDifMin);
+  f.FltUserMagMax = single(form.txtUserMagMax);
+  f.FltUserMagMin = single(form.txtUserMagMin);
+  return f;
+}
+
+// A bound goes into the text in printed form, leading blank and all, untrimmed.
+static QString bound(const QString& text) { return PrintedNumber(Val(text)); }
+
+static QString range(const QString& minText, const QString& maxText) {
+  return bound(minText) + QStringLiteral(" and ") + bound(maxText) + QLatin1Char(')');
+}
+
+static QString orFalseWhere(QString clause) {
+  clause += QLatin1Char(')');
+  // With nothing ticked the page shows everything rather than nothing.
+  if (clause == QLatin1String("WHERE (False)")) return QStringLiteral("WHERE True");
+  return clause;
+}
+
+static QString objectClause(const FilterForm& form, bool withClusterNebulosity) {
+  QString c = QStringLiteral("WHERE (False");
+  if (form.chkGal)
+    c += QStringLiteral(" or (Type = 'Galaxy' and val(Magnitude) between ") +
+         range(form.txtGalMin, form.txtGalMax);
+  if (form.chkGC)
+    c += QStringLiteral(" or (Type = 'Globular Cluster' and val(Magnitude) between ") +
+         range(form.txtGCMin, form.txtGCMax);
+  if (form.chkOC)
+    c += (withClusterNebulosity
+              ? QStringLiteral(" or ((Type = 'Open Cluster' or Type = 'Cluster Nebulosity') and "
+                               "val(Magnitude) between ")
+              : QStringLiteral(" or (Type = 'Open Cluster' and val(Magnitude) between ")) +
+         range(form.txtOCMin, form.txtOCMax);
+  if (form.chkPN)
+    c += QStringLiteral(" or (Type = 'Planetary Nebula' and val(Magnitude) between ") +
+         range(form.txtPNMin, form.txtPNMax);
+  if (form.chkNeb)
+    c += QStringLiteral(" or (Type = 'Nebula' and val(Magnitude) between ") +
+         range(form.txtNebMin, form.txtNebMax);
+  return orFalseWhere(c);
+}
+
+std::array<QString, 8> FilterClauses(const FilterForm& form) {
+  std::array<QString, 8> clauses;
+  clauses[QuerySet::SAO] = QStringLiteral("WHERE True");
+  clauses[QuerySet::Messier] = objectClause(form, false);
+  clauses[QuerySet::Caldwell] = objectClause(form, false);
+  clauses[QuerySet::NGC] = objectClause(form, true);
+  clauses[QuerySet::IC] = objectClause(form, true);
+
+  // Deep-sky is driven by the galaxy controls alone and does not look at Type.
+  QString dso = QStringLiteral("WHERE (False");
+  if (form.chkGal)
+    dso += QStringLiteral(" or (val(Magnitude) between ") + range(form.txtGalMin, form.txtGalMax);
+  clauses[QuerySet::DeepSky] = orFalseWhere(dso);
+
+  clauses[QuerySet::User] = QStringLiteral("WHERE (val(Magnitude) between ") +
+                            range(form.txtUserMagMin, form.txtUserMagMax);
+
+  // Magnitude holds "primary,secondary" and Info starts with the separation.
+  clauses[QuerySet::DoubleStars] =
+      QStringLiteral("WHERE (val(Magnitude) between ") +
+      range(form.txtDSMagMin, form.txtDSMagMax) +
+      QStringLiteral(" and ((Val(Mid(Magnitude, Instr(Magnitude, ',') + 1, 100)) - "
+                     "Val(Magnitude)) between ") +
+      range(form.txtDSMagDifMin, form.txtDSMagDifMax) +
+      QStringLiteral(" and (val(Info) between ") + range(form.txtDSSepMin, form.txtDSSepMax);
+  return clauses;
+}
+
+QString FilterAltitudeMessage() { return QStringLiteral("Please select a value between 0 and 80"); }
+
+bool FilterAltitudeInRange(const FilterForm& form) {
+  const double v = Val(form.txtMinAltFilter);
+  return !(v < 0 || v > 80);
+}
+
+bool FilterOk(AppState& state, const FilterForm& form) {
+  if (!FilterAltitudeInRange(form)) {
+    state.prompter().message(QStringLiteral("Error"), FilterAltitudeMessage());
+    return false;
+  }
+  const std::array<QString, 8> clauses = FilterClauses(form);
+  for (int i = 0; i < QuerySet::Count; ++i) state.Pages[i].Filter = clauses[i];
+  state.filter = FilterFormToSettings(form);
+  SaveFilterDefaults(state);
+  state.FilterCancelled = false;
+  return true;
+}
