@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QColor>
+#include <QMdiArea>
 
 #include "core/appstate.h"
 #include "core/handler.h"
@@ -125,6 +126,14 @@ void RedScreen::applyOn(const QList<QAbstractButton*>& buttons) {
   QApplication::setPalette(paletteFor(tables_.RedSysColors, savedPalette_));
   qApp->setStyleSheet(savedStyleSheet_ + QLatin1Char('\n') +
                       SysColorStyleSheet(tables_.RedSysColors));
+  const QBrush workspace(toColor(tables_.RedSysColors[SysColor::AppWorkspace]));
+  const auto widgets = QApplication::allWidgets();
+  for (QWidget* w : widgets) {
+    if (auto* area = qobject_cast<QMdiArea*>(w)) {
+      workspaces_.append({area, area->background()});
+      area->setBackground(workspace);
+    }
+  }
   for (QAbstractButton* b : buttons) {
     if (!b) continue;
     if (!buttonSheets_.contains(b)) buttonSheets_.insert(b, b->styleSheet());
@@ -146,4 +155,7 @@ void RedScreen::applyOff(const QList<QAbstractButton*>& buttons) {
 void RedScreen::putBackSnapshot() {
   qApp->setStyleSheet(savedStyleSheet_);
   QApplication::setPalette(savedPalette_);
+  for (const auto& [area, brush] : workspaces_)
+    if (area) area->setBackground(brush);
+  workspaces_.clear();
 }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QBrush>
 #include <QHash>
+#include <QPair>
 #include <QList>
 #include <QPalette>
 #include <QPointer>
@@ -10,6 +12,7 @@
 
 class AppState;
 class QAbstractButton;
+class QMdiArea;
 
 // Night vision. Linux has no system colours to rewrite, so while the mode is on every window of
 // the program takes the 25-colour scheme: a palette for what the style draws from it, and an
@@ -51,4 +54,6 @@ class RedScreen {
   bool snapshotTaken_ = false;
   // Each button's own style sheet, from before it turned red.
   QHash<QAbstractButton*, QString> buttonSheets_;
+  // The workspaces paint their own brush, which no style sheet reaches: their own brushes.
+  QList<QPair<QPointer<QMdiArea>, QBrush>> workspaces_;
 };

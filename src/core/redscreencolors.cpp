@@ -33,7 +33,6 @@ QString SysColorStyleSheet(const SysColorTable& c) {
                   col(HighlightText), col(GrayText));
   css += QStringLiteral("QToolTip { background-color: %1; color: %2; border: 1px solid %3; }\n")
              .arg(col(InfoBackground), col(InfoText), col(WindowFrame));
-  css += QStringLiteral("QMdiArea { background: %1; }\n").arg(col(AppWorkspace));
   css += QStringLiteral(
              "QScrollBar { background: %1; border: none; }\n"
              "QScrollBar:vertical { width: 16px; margin: 16px 0 16px 0; }\n"

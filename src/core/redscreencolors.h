@@ -70,5 +70,5 @@ inline qint32 RedLowValue(int red, int green, int blue) {
 QString CssColor(qint32 value);
 
 // The style sheet that carries a colour table to what a palette does not reach: menus and the
-// menu bar, tool tips, the workspace behind the list windows, scroll bars and grid headers.
+// menu bar, tool tips, scroll bars, grid headers and the frames of the list windows.
 QString SysColorStyleSheet(const SysColorTable& colors);
