@@ -1,0 +1,349 @@
+#include "core/setupdialog.h"
+
+#include <QCheckBox>
+#include <QColorDialog>
+#include <QComboBox>
+#include <QEvent>
+#include <QFileDialog>
+#include <QFrame>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSerialPortInfo>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "core/appstate.h"
+#include "core/handler.h"
+#include "core/redscreencolors.h"
+
+UpDownButtons::UpDownButtons(QWidget* parent) : QWidget(parent) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  auto make = [&](Qt::ArrowType arrow, int delta) {
+    auto* b = new QToolButton(this);
+    b->setArrowType(arrow);
+    b->setAutoRepeat(true);
+    b->setFixedSize(18, 12);
+    b->setFocusPolicy(Qt::NoFocus);
+    connect(b, &QToolButton::clicked, this, [this, delta] { emit stepped(delta); });
+    layout->addWidget(b);
+  };
+  make(Qt::UpArrow, 1);
+  make(Qt::DownArrow, -1);
+}
+
+namespace {
+
+template <typename W>
+W* named(W* w, const char* name) {
+  w->setObjectName(QLatin1String(name));
+  return w;
+}
+
+QLineEdit* numberField(QWidget* parent, const char* name, int width = 48) {
+  auto* e = named(new QLineEdit(parent), name);
+  e->setFixedWidth(width);
+  return e;
+}
+
+}  // namespace
+
+Setup::Setup(AppState& state, QWidget* parent) : QDialog(parent), state_(state) {
+  setObjectName(QStringLiteral("Setup"));
+  setWindowTitle(QStringLiteral("Setup"));
+  setModal(true);
+  pickFolder_ = [](QWidget* p, const QString& start) {
+    return QFileDialog::getExistingDirectory(p, QStringLiteral("Select Directory"), start);
+  };
+  chooseColor_ = [](QWidget* p, qint32 initial) -> qint32 {
+    const QColor c = QColorDialog::getColor(
+        QColor(RedOf(initial), GreenOf(initial), BlueOf(initial)), p);
+    return c.isValid() ? RedLowValue(c.red(), c.green(), c.blue()) : -1;
+  };
+  build();
+  RunGuarded(state_.prompter(), [this] { load(); });
+}
+
+void Setup::build() {
+  auto* root = new QVBoxLayout(this);
+
+  // Communication Settings.
+  auto* comm = named(new QGroupBox(QStringLiteral("Communication Settings"), this), "fraComm");
+  auto* commGrid = new QGridLayout(comm);
+  commGrid->addWidget(new QLabel(QStringLiteral("Telescope Type:"), comm), 0, 0);
+  cmbScopeType_ = named(new QComboBox(comm), "cmbScopeType");
+  commGrid->addWidget(cmbScopeType_, 0, 1, 1, 3);
+  optCommPort_ = named(new QRadioButton(QStringLiteral("Comm Port:"), comm), "optCommPort");
+  commGrid->addWidget(optCommPort_, 1, 0);
+  auto* portRow = new QHBoxLayout;
+  portRow->setSpacing(2);
+  txtCommPort_ = numberField(comm, "txtCommPort", 140);
+  txtCommPort_->setToolTip(
+      QStringLiteral("A port number, a device such as /dev/ttyUSB0, or HCD host:port"));
+  upDown1_ = named(new UpDownButtons(comm), "UpDown1");
+  portRow->addWidget(txtCommPort_);
+  portRow->addWidget(upDown1_);
+  commGrid->addLayout(portRow, 1, 1);
+  cmbFoundPorts_ = named(new QComboBox(comm), "cmbFoundPorts");
+  cmbFoundPorts_->setMinimumWidth(150);
+  commGrid->addWidget(cmbFoundPorts_, 1, 2, 1, 2);
+  optHCD_ = named(new QRadioButton(QStringLiteral("NexRemote/hcAnywhere Direct"), comm), "optHCD");
+  commGrid->addWidget(optHCD_, 2, 0, 1, 4);
+  commGrid->setColumnStretch(3, 1);
+  root->addWidget(comm);
+
+  auto* middle = new QHBoxLayout;
+  // Observing Location.
+  auto* site = named(new QGroupBox(QStringLiteral("Observing Location"), this), "fraLocation");
+  auto* siteGrid = new QGridLayout(site);
+  siteGrid->addWidget(new QLabel(QStringLiteral("Longitude"), site), 0, 0);
+  cmdEastWest_ = named(new QPushButton(site), "cmdEastWest");
+  cmdEastWest_->setFixedWidth(64);
+  txtLongDeg_ = numberField(site, "txtLongDeg");
+  txtLongMin_ = numberField(site, "txtLongMin");
+  siteGrid->addWidget(cmdEastWest_, 0, 1);
+  siteGrid->addWidget(txtLongDeg_, 0, 2);
+  siteGrid->addWidget(new QLabel(QStringLiteral("\u00B0"), site), 0, 3);
+  siteGrid->addWidget(txtLongMin_, 0, 4);
+  siteGrid->addWidget(new QLabel(QStringLiteral("'"), site), 0, 5);
+  siteGrid->addWidget(new QLabel(QStringLiteral("Latitude"), site), 1, 0);
+  cmdNorthSouth_ = named(new QPushButton(site), "cmdNorthSouth");
+  cmdNorthSouth_->setFixedWidth(64);
+  txtLatDeg_ = numberField(site, "txtLatDeg");
+  txtLatMin_ = numberField(site, "txtLatMin");
+  siteGrid->addWidget(cmdNorthSouth_, 1, 1);
+  siteGrid->addWidget(txtLatDeg_, 1, 2);
+  siteGrid->addWidget(new QLabel(QStringLiteral("\u00B0"), site), 1, 3);
+  siteGrid->addWidget(txtLatMin_, 1, 4);
+  siteGrid->addWidget(new QLabel(QStringLiteral("'"), site), 1, 5);
+  siteGrid->setColumnStretch(6, 1);
+  middle->addWidget(site);
+
+  // Altitude Controls.
+  auto* alt = named(new QGroupBox(QStringLiteral("Altitude Controls"), this), "fraAltitude");
+  auto* altGrid = new QGridLayout(alt);
+  chkUseAltLimit_ = named(
+      new QCheckBox(QStringLiteral("Use Altitude Controls? (Warns you prior to GoTo operations)"),
+                    alt),
+      "chkUseAltLimit");
+  altGrid->addWidget(chkUseAltLimit_, 0, 0, 1, 3);
+  lblMinAlt_ = named(new QLabel(QStringLiteral("Minimum Altitude:"), alt), "lblMinAlt");
+  txtMinAlt_ = numberField(alt, "txtMinAlt");
+  lblMaxAlt_ = named(new QLabel(QStringLiteral("Maximum Altitude:"), alt), "lblMaxAlt");
+  txtMaxAlt_ = numberField(alt, "txtMaxAlt");
+  altGrid->addWidget(lblMinAlt_, 1, 0);
+  altGrid->addWidget(txtMinAlt_, 1, 1);
+  altGrid->addWidget(lblMaxAlt_, 2, 0);
+  altGrid->addWidget(txtMaxAlt_, 2, 1);
+  altGrid->setColumnStretch(2, 1);
+  middle->addWidget(alt);
+  root->addLayout(middle);
+
+  // Time Zone Information.
+  auto* tz = named(new QGroupBox(QStringLiteral("Time Zone Information"), this), "fraTimeZone");
+  auto* tzGrid = new QGridLayout(tz);
+  chkUseWindowsTimeZone_ = named(
+      new QCheckBox(QStringLiteral("Use Windows Time Zone Setting?"), tz), "chkUseWindowsTimeZone");
+  tzGrid->addWidget(chkUseWindowsTimeZone_, 0, 0, 1, 2);
+  lblMyTimeZone_ = named(
+      new QLabel(QStringLiteral(
+                     "Enter Hours from UTC (+ for East Hemisphere, - for West Hemisphere):"),
+                 tz),
+      "lblMyTimeZone");
+  txtMyTimeZone_ = numberField(tz, "txtMyTimeZone");
+  tzGrid->addWidget(lblMyTimeZone_, 1, 0);
+  tzGrid->addWidget(txtMyTimeZone_, 1, 1);
+  tzGrid->setColumnStretch(2, 1);
+  root->addWidget(tz);
+
+  // Location of Tavorine Lists.
+  auto* lists = named(new QGroupBox(QStringLiteral("Location of Tavorine Lists"), this), "fraDataDir");
+  auto* listsRow = new QHBoxLayout(lists);
+  txtDataDir_ = named(new QLineEdit(lists), "txtDataDir");
+  cmmdBrowse_ = named(new QPushButton(QStringLiteral("&Browse"), lists), "cmmdBrowse");
+  listsRow->addWidget(txtDataDir_, 1);
+  listsRow->addWidget(cmmdBrowse_);
+  root->addWidget(lists);
+
+  // Object colour, then OK and Cancel.
+  auto* bottom = new QHBoxLayout;
+  bottom->addWidget(new QLabel(QStringLiteral("Object Color in Sky Charts: "), this));
+  shpObjectColor_ = named(new QFrame(this), "shpObjectColor");
+  shpObjectColor_->setFixedSize(24, 24);
+  bottom->addWidget(shpObjectColor_);
+  cmdColor_ = named(new QPushButton(QStringLiteral("Change"), this), "cmdColor");
+  bottom->addWidget(cmdColor_);
+  bottom->addStretch(1);
+  OKButton_ = named(new QPushButton(QStringLiteral("OK"), this), "OKButton");
+  CancelButton_ = named(new QPushButton(QStringLiteral("Cancel"), this), "CancelButton");
+  OKButton_->setDefault(true);
+  bottom->addWidget(OKButton_);
+  bottom->addWidget(CancelButton_);
+  root->addLayout(bottom);
+
+  // Each text field selects its whole content when it gets the focus.
+  for (QLineEdit* e : {txtCommPort_, txtDataDir_, txtLatDeg_, txtLatMin_, txtLongDeg_, txtLongMin_,
+                       txtMaxAlt_, txtMinAlt_, txtMyTimeZone_})
+    e->installEventFilter(this);
+
+  connect(optCommPort_, &QRadioButton::clicked, this, [this] {
+    setCommPortRoute(true);
+    txtCommPort_->setText(CommPortTextOnSelect(txtCommPort_->text()));
+  });
+  connect(optHCD_, &QRadioButton::clicked, this, [this] { setCommPortRoute(false); });
+  connect(upDown1_, &UpDownButtons::stepped, this,
+          [this](int delta) { txtCommPort_->setText(StepCommPort(txtCommPort_->text(), delta)); });
+  connect(cmbFoundPorts_, qOverload<int>(&QComboBox::activated), this, [this](int index) {
+    const QString location = cmbFoundPorts_->itemData(index).toString();
+    if (location.isEmpty()) return;
+    optCommPort_->setChecked(true);
+    setCommPortRoute(true);
+    txtCommPort_->setText(location);
+  });
+  connect(cmdEastWest_, &QPushButton::clicked, this,
+          [this] { cmdEastWest_->setText(ToggleLongHemi(state_.settings)); });
+  connect(cmdNorthSouth_, &QPushButton::clicked, this,
+          [this] { cmdNorthSouth_->setText(ToggleLatHemi(state_.settings)); });
+  connect(chkUseWindowsTimeZone_, &QCheckBox::clicked, this, [this](bool checked) {
+    state_.settings.UseWindowsTimeZone = checked;
+    setTimeZoneControls(checked);
+  });
+  connect(chkUseAltLimit_, &QCheckBox::clicked, this, [this](bool checked) {
+    state_.settings.UseAltLimit = checked;
+    setAltitudeControls(checked);
+  });
+  connect(cmmdBrowse_, &QPushButton::clicked, this, &Setup::onBrowse);
+  connect(cmdColor_, &QPushButton::clicked, this, &Setup::onColor);
+  connect(OKButton_, &QPushButton::clicked, this, &Setup::onOk);
+  connect(CancelButton_, &QPushButton::clicked, this, &Setup::onCancel);
+}
+
+void Setup::load() {
+  const SetupFields f = SetupOpeningFields(state_.settings);
+  cmbScopeType_->clear();
+  cmbScopeType_->addItems(ScopeTypeCaptions());
+  optCommPort_->setChecked(f.commPortSelected);
+  optHCD_->setChecked(!f.commPortSelected);
+  txtCommPort_->setText(f.commPort);
+  setCommPortRoute(f.commPortSelected);
+  fillFoundPorts();
+  cmbScopeType_->setCurrentIndex(f.scopeIndex);
+  cmdEastWest_->setText(f.eastWest);
+  cmdNorthSouth_->setText(f.northSouth);
+  txtLongDeg_->setText(f.longDeg);
+  txtLongMin_->setText(f.longMin);
+  txtLatDeg_->setText(f.latDeg);
+  txtLatMin_->setText(f.latMin);
+  chkUseWindowsTimeZone_->setChecked(f.useWindowsTimeZone);
+  txtMyTimeZone_->setText(f.myTimeZone);
+  setTimeZoneControls(f.useWindowsTimeZone);
+  txtMinAlt_->setText(f.minAlt);
+  txtMaxAlt_->setText(f.maxAlt);
+  chkUseAltLimit_->setChecked(f.useAltLimit);
+  setAltitudeControls(f.useAltLimit);
+  txtDataDir_->setText(f.dataDir);
+  showObjectColor();
+}
+
+void Setup::fillFoundPorts() {
+  cmbFoundPorts_->clear();
+  const auto ports = QSerialPortInfo::availablePorts();
+  for (const QSerialPortInfo& p : ports) {
+    const QString description = p.description().isEmpty() ? p.portName() : p.description();
+    cmbFoundPorts_->addItem(p.systemLocation() + QStringLiteral(" (") + description +
+                                QLatin1Char(')'),
+                            p.systemLocation());
+    if (p.systemLocation() == txtCommPort_->text().trimmed())
+      cmbFoundPorts_->setCurrentIndex(cmbFoundPorts_->count() - 1);
+  }
+  if (cmbFoundPorts_->count() == 0) cmbFoundPorts_->addItem(QStringLiteral("(no ports found)"));
+}
+
+void Setup::setCommPortRoute(bool serial) {
+  txtCommPort_->setEnabled(serial);
+  upDown1_->setEnabled(serial);
+}
+
+void Setup::setTimeZoneControls(bool useWindows) {
+  lblMyTimeZone_->setEnabled(!useWindows);
+  txtMyTimeZone_->setEnabled(!useWindows);
+}
+
+void Setup::setAltitudeControls(bool useLimit) {
+  for (QWidget* w : {static_cast<QWidget*>(lblMinAlt_), static_cast<QWidget*>(txtMinAlt_),
+                     static_cast<QWidget*>(lblMaxAlt_), static_cast<QWidget*>(txtMaxAlt_)})
+    w->setEnabled(useLimit);
+}
+
+void Setup::showObjectColor() {
+  shpObjectColor_->setStyleSheet(QStringLiteral("QFrame#shpObjectColor { background-color: %1; "
+                                                "border: 1px solid black; }")
+                                     .arg(CssColor(state_.settings.ObjectColor)));
+}
+
+SetupFields Setup::fields() const {
+  SetupFields f;
+  f.scopeIndex = cmbScopeType_->currentIndex();
+  f.commPortSelected = optCommPort_->isChecked();
+  f.commPort = txtCommPort_->text();
+  f.eastWest = cmdEastWest_->text();
+  f.longDeg = txtLongDeg_->text();
+  f.longMin = txtLongMin_->text();
+  f.northSouth = cmdNorthSouth_->text();
+  f.latDeg = txtLatDeg_->text();
+  f.latMin = txtLatMin_->text();
+  f.useWindowsTimeZone = chkUseWindowsTimeZone_->isChecked();
+  f.myTimeZone = txtMyTimeZone_->text();
+  f.useAltLimit = chkUseAltLimit_->isChecked();
+  f.minAlt = txtMinAlt_->text();
+  f.maxAlt = txtMaxAlt_->text();
+  f.dataDir = txtDataDir_->text();
+  return f;
+}
+
+bool Setup::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn) {
+    if (auto* edit = qobject_cast<QLineEdit*>(watched)) {
+      // After the click that gave the focus has placed the cursor.
+      QTimer::singleShot(0, edit, [edit] { edit->setSelection(0, qMin(100, int(edit->text().size()))); });
+    }
+  }
+  return QDialog::eventFilter(watched, event);
+}
+
+void Setup::onOk() {
+  RunGuarded(state_.prompter(), [this] {
+    SetupFields f = fields();
+    const bool accepted = SetupOk(state_, f);
+    txtDataDir_->setText(f.dataDir);
+    if (accepted) accept();
+  });
+}
+
+void Setup::onCancel() {
+  RunGuarded(state_.prompter(), [this] {
+    SetupCancel(state_);
+    QDialog::reject();
+  });
+}
+
+void Setup::reject() { onCancel(); }
+
+void Setup::onBrowse() {
+  const QString folder = pickFolder_(this, state_.settings.DataDir);
+  if (!folder.isEmpty()) txtDataDir_->setText(folder);
+}
+
+void Setup::onColor() {
+  const qint32 chosen = chooseColor_(this, state_.settings.ObjectColor);
+  if (chosen < 0) return;
+  state_.settings.ObjectColor = chosen;
+  showObjectColor();
+}

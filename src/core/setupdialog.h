@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QDialog>
+#include <functional>
+
+#include "core/setuplogic.h"
+
+class AppState;
+class QCheckBox;
+class QComboBox;
+class QFrame;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class QToolButton;
+
+// The up-down arrows beside the Comm Port field.
+class UpDownButtons : public QWidget {
+  Q_OBJECT
+ public:
+  explicit UpDownButtons(QWidget* parent = nullptr);
+ signals:
+  void stepped(int delta);
+};
+
+// Setup: the telescope, its port, the site, the time zone, the altitude limits, the list folder
+// and the object colour. Most fields take effect on OK; the hemisphere buttons, the two check
+// boxes and the colour write to the settings at once.
+class Setup : public QDialog {
+  Q_OBJECT
+ public:
+  explicit Setup(AppState& state, QWidget* parent = nullptr);
+
+  // The folder picker and the colour dialog, replaceable for tests. The picker gets the start
+  // folder and returns the chosen one ("" on cancel); the colour chooser gets the red-low
+  // colour and returns the new one, or -1 on cancel.
+  using FolderPicker = std::function<QString(QWidget* parent, const QString& start)>;
+  using ColorChooser = std::function<qint32(QWidget* parent, qint32 initial)>;
+  void setFolderPicker(FolderPicker picker) { pickFolder_ = std::move(picker); }
+  void setColorChooser(ColorChooser chooser) { chooseColor_ = std::move(chooser); }
+
+  // The texts and states of the fields as they stand.
+  SetupFields fields() const;
+
+ public slots:
+  // Escape and the close box leave as Cancel does.
+  void reject() override;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void build();
+  void load();
+  void fillFoundPorts();
+  void setCommPortRoute(bool serial);
+  void setTimeZoneControls(bool useWindows);
+  void setAltitudeControls(bool useLimit);
+  void showObjectColor();
+
+  void onOk();
+  void onCancel();
+  void onBrowse();
+  void onColor();
+
+  AppState& state_;
+  FolderPicker pickFolder_;
+  ColorChooser chooseColor_;
+
+  QComboBox* cmbScopeType_ = nullptr;
+  QRadioButton* optCommPort_ = nullptr;
+  QLineEdit* txtCommPort_ = nullptr;
+  UpDownButtons* upDown1_ = nullptr;
+  QComboBox* cmbFoundPorts_ = nullptr;
+  QRadioButton* optHCD_ = nullptr;
+  QPushButton* cmdEastWest_ = nullptr;
+  QLineEdit* txtLongDeg_ = nullptr;
+  QLineEdit* txtLongMin_ = nullptr;
+  QPushButton* cmdNorthSouth_ = nullptr;
+  QLineEdit* txtLatDeg_ = nullptr;
+  QLineEdit* txtLatMin_ = nullptr;
+  QCheckBox* chkUseWindowsTimeZone_ = nullptr;
+  QLabel* lblMyTimeZone_ = nullptr;
+  QLineEdit* txtMyTimeZone_ = nullptr;
+  QCheckBox* chkUseAltLimit_ = nullptr;
+  QLabel* lblMinAlt_ = nullptr;
+  QLineEdit* txtMinAlt_ = nullptr;
+  QLabel* lblMaxAlt_ = nullptr;
+  QLineEdit* txtMaxAlt_ = nullptr;
+  QLineEdit* txtDataDir_ = nullptr;
+  QPushButton* cmmdBrowse_ = nullptr;
+  QPushButton* cmdColor_ = nullptr;
+  QFrame* shpObjectColor_ = nullptr;
+  QPushButton* OKButton_ = nullptr;
+  QPushButton* CancelButton_ = nullptr;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QWidget>
+
+class AppState;
+class QTextBrowser;
+
+// "Tavorine Online Help": the help page in a browser window of its own, not modal. The main
+// window keeps one and raises it when asked again.
+class HelpWindow : public QWidget {
+  Q_OBJECT
+ public:
+  explicit HelpWindow(AppState& state, QWidget* parent = nullptr);
+
+  // Shows the window, or brings it to the top when it is already open.
+  void showAndRaise();
+  // Shows the section with this anchor ("setup", "redscreen"...).
+  void showSection(const QString& anchor);
+
+ private:
+  AppState& state_;
+  QTextBrowser* txtHelp_ = nullptr;
+};

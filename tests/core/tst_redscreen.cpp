@@ -1,0 +1,223 @@
+#include <QtTest>
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QTableWidget>
+#include <QToolBar>
+#include <QToolButton>
+#include <memory>
+#include <vector>
+
+#include "core/icons.h"
+#include "core/redscreen.h"
+#include "core/redscreencolors.h"
+#include "support/testenv.h"
+
+class TestRedScreen : public QObject {
+  Q_OBJECT
+ private slots:
+  void init();
+  void colorValues_data();
+  void colorValues();
+  void tables();
+  void roundTrip();
+  void exitWhileOn();
+  void exitWhileOff();
+  void workspaceTurnsBlack();
+  void screenshot();
+
+ private:
+  struct Buttons {
+    std::vector<std::unique_ptr<QToolButton>> owned;
+    QList<QAbstractButton*> list;
+  };
+  static Buttons makeButtons();
+  QString startSheet_ = QStringLiteral("QLabel#lblNote { color: blue; }");
+};
+
+namespace {
+const char* const kNames[] = {"cmdNew", "cmdOpen", "cmdPrint", "cmdHHC", "cmdAlignStars",
+                              "cmdRedScreen"};
+const char* const kTips[] = {"New List", "Open Existing List", "Print", "Hyper Hand Control",
+                             "Alignment Star Chart", "Red Screen"};
+}  // namespace
+
+TestRedScreen::Buttons TestRedScreen::makeButtons() {
+  Buttons b;
+  for (const char* name : kNames) {
+    b.owned.push_back(std::make_unique<QToolButton>());
+    b.owned.back()->setObjectName(QLatin1String(name));
+    b.owned.back()->setToolTip(QStringLiteral("old"));
+    b.list << b.owned.back().get();
+  }
+  b.owned[2]->setStyleSheet(QStringLiteral("padding: 3px;"));
+  return b;
+}
+
+void TestRedScreen::init() {
+  qApp->setStyleSheet(startSheet_);
+}
+
+void TestRedScreen::colorValues_data() {
+  QTest::addColumn<int>("value");
+  QTest::addColumn<QString>("css");
+  QTest::addColumn<int>("red");
+  QTest::addColumn<int>("blue");
+  QTest::newRow("red low byte") << 0x0000FF << "#ff0000" << 255 << 0;
+  QTest::newRow("dark red") << 0x000080 << "#800000" << 128 << 0;
+  QTest::newRow("tool tip yellow") << 0xE1FFFF << "#ffffe1" << 255 << 0xE1;
+  QTest::newRow("object colour default") << 200 << "#c80000" << 200 << 0;
+  QTest::newRow("mixed") << 0x123456 << "#563412" << 0x56 << 0x12;
+}
+
+void TestRedScreen::colorValues() {
+  QFETCH(int, value);
+  QTEST(CssColor(value), "css");
+  QTEST(RedOf(value), "red");
+  QTEST(BlueOf(value), "blue");
+  QCOMPARE(RedLowValue(RedOf(value), GreenOf(value), BlueOf(value)), value);
+}
+
+void TestRedScreen::tables() {
+  TestEnv env;
+  RedScreen red(*env.state);
+  red.snapshot();
+  const SysColorTables& t = red.tables();
+  for (int i = 0; i < SysColor::Count; ++i) QCOMPARE(t.SysColorIds[i], i);
+  QCOMPARE(t.RedSysColors[SysColor::GrayText], 0x808080);
+  QCOMPARE(t.RedSysColors[SysColor::Light3D], 0xDFDFDF);
+  QCOMPARE(t.RedSysColors[SysColor::InfoBackground], 0xE1FFFF);
+  // The snapshot reads what the palette holds: the window colour is the base role.
+  const QColor base = QApplication::palette().color(QPalette::Active, QPalette::Base);
+  QCOMPARE(t.SavedSysColors[SysColor::Window], RedLowValue(base.red(), base.green(), base.blue()));
+  // The red palette paints forms in button face and edit fields in window colour.
+  const QPalette p = RedScreen::paletteFor(t.RedSysColors, QApplication::palette());
+  QCOMPARE(p.color(QPalette::Active, QPalette::Window), QColor(128, 0, 0));
+  QCOMPARE(p.color(QPalette::Active, QPalette::HighlightedText), QColor(255, 0, 0));
+  QCOMPARE(p.color(QPalette::Disabled, QPalette::Text), QColor(128, 128, 128));
+  QCOMPARE(p.color(QPalette::Active, QPalette::ToolTipBase), QColor(255, 255, 225));
+}
+
+void TestRedScreen::roundTrip() {
+  TestEnv env;
+  Buttons b = makeButtons();
+  const QPalette startPalette = QApplication::palette();
+  RedScreen red(*env.state);
+  red.snapshot();
+
+  red.toggle(b.list);
+  QVERIFY(env.state->RedScreenOn);
+  QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(128, 0, 0));
+  QVERIFY(qApp->styleSheet().startsWith(startSheet_));
+  QVERIFY(qApp->styleSheet().contains(QLatin1String("QToolTip")));
+  for (QAbstractButton* button : b.list) {
+    QCOMPARE(button->toolTip(), QString());
+    QVERIFY(button->styleSheet().contains(QLatin1String("rgb(127, 0, 0)")));
+  }
+
+  red.toggle(b.list);
+  QVERIFY(!env.state->RedScreenOn);
+  QVERIFY(QApplication::palette() == startPalette);
+  QCOMPARE(qApp->styleSheet(), startSheet_);
+  for (int i = 0; i < 6; ++i) {
+    QCOMPARE(b.list[i]->toolTip(), QString::fromLatin1(kTips[i]));
+    QCOMPARE(b.list[i]->styleSheet(), i == 2 ? QStringLiteral("padding: 3px;") : QString());
+  }
+
+  // A second round gives the same.
+  red.toggle(b.list);
+  red.toggle(b.list);
+  QVERIFY(QApplication::palette() == startPalette);
+  QCOMPARE(qApp->styleSheet(), startSheet_);
+  QVERIFY(env.prompter.entries.isEmpty());
+}
+
+void TestRedScreen::exitWhileOn() {
+  TestEnv env;
+  Buttons b = makeButtons();
+  const QPalette startPalette = QApplication::palette();
+  RedScreen red(*env.state);
+  red.snapshot();
+  red.toggle(b.list);
+  red.restoreForExit();
+  QVERIFY(QApplication::palette() == startPalette);
+  QCOMPARE(qApp->styleSheet(), startSheet_);
+  // The process ends next: the flag and the buttons are left alone.
+  QVERIFY(env.state->RedScreenOn);
+  QCOMPARE(b.list[0]->toolTip(), QString());
+}
+
+void TestRedScreen::exitWhileOff() {
+  TestEnv env;
+  RedScreen red(*env.state);
+  red.snapshot();
+  // Whatever the desktop did since start-up is not undone on exit while off.
+  const QPalette before = QApplication::palette();
+  QPalette changed = before;
+  changed.setColor(QPalette::Window, QColor(1, 2, 3));
+  QApplication::setPalette(changed);
+  red.restoreForExit();
+  QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(1, 2, 3));
+  QApplication::setPalette(before);
+}
+
+void TestRedScreen::workspaceTurnsBlack() {
+  TestEnv env;
+  RedScreen red(*env.state);
+  red.snapshot();
+  QMdiArea area;
+  area.resize(200, 150);
+  area.show();
+  const QRgb before = area.grab().toImage().pixel(100, 75);
+  red.toggle({});
+  QCOMPARE(QColor(area.grab().toImage().pixel(100, 75)), QColor(0, 0, 0));
+  red.toggle({});
+  QCOMPARE(area.grab().toImage().pixel(100, 75), before);
+}
+
+void TestRedScreen::screenshot() {
+  const QString dir = qEnvironmentVariable("TAVORINE_SCREENSHOTS");
+  if (dir.isEmpty()) QSKIP("set TAVORINE_SCREENSHOTS to a folder to look at the night colours");
+  InitIconResources();
+  TestEnv env;
+  RedScreen red(*env.state);
+  red.snapshot();
+  QMainWindow frame;
+  frame.resize(640, 420);
+  auto* file = frame.menuBar()->addMenu(QStringLiteral("&File"));
+  file->addAction(QStringLiteral("&New List"));
+  frame.menuBar()->addMenu(QStringLiteral("&Tools"));
+  auto* bar = frame.addToolBar(QStringLiteral("Toolbar"));
+  QList<QAbstractButton*> buttons;
+  const char* icons[] = {"new", "open", "print", "hhc", "align", "redscreen"};
+  for (int i = 0; i < 6; ++i) {
+    auto* b = new QToolButton(bar);
+    b->setObjectName(QLatin1String(kNames[i]));
+    b->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(icons[i]))));
+    b->setIconSize(QSize(24, 24));
+    bar->addWidget(b);
+    buttons << b;
+  }
+  auto* area = new QMdiArea(&frame);
+  frame.setCentralWidget(area);
+  auto* grid = new QTableWidget(40, 6);
+  for (int r = 0; r < 40; ++r)
+    for (int c = 0; c < 6; ++c) grid->setItem(r, c, new QTableWidgetItem(QString::number(r * c)));
+  QMdiSubWindow* sub = area->addSubWindow(grid);
+  sub->setWindowTitle(QStringLiteral("Messier Marathon"));
+  sub->resize(360, 240);
+  frame.show();
+  QVERIFY(frame.grab().save(dir + QStringLiteral("/frame.png")));
+  red.toggle(buttons);
+  QVERIFY(frame.grab().save(dir + QStringLiteral("/frame-red.png")));
+  file->popup(QPoint(10, 10));
+  QVERIFY(file->grab().save(dir + QStringLiteral("/menu-red.png")));
+  file->close();
+  red.toggle(buttons);
+}
+
+QTEST_MAIN(TestRedScreen)
+#include "tst_redscreen.moc"

@@ -1,0 +1,198 @@
+#include <QtTest>
+
+#include <QAbstractButton>
+#include <QIcon>
+#include <QLabel>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QSvgRenderer>
+#include <QTextBrowser>
+#include <sqlite3.h>
+
+#include "core/icons.h"
+#include "info/aboutinfo.h"
+#include "info/frmabout.h"
+#include "info/frmlicense.h"
+#include "info/frmsupport.h"
+#include "info/helpwindow.h"
+#include "support/testenv.h"
+
+class TestInfo : public QObject {
+  Q_OBJECT
+ private slots:
+  void initTestCase();
+  void catalogInfo_data();
+  void catalogInfo();
+  void aboutWindow();
+  void supportWindow();
+  void licenseWindow();
+  void helpWindow();
+  void icons_data();
+  void icons();
+
+ private:
+  void shoot(QWidget& w, const QString& name);
+};
+
+namespace {
+
+void makeDatabase(const QString& path, const QStringList& statements) {
+  sqlite3* db = nullptr;
+  QCOMPARE(sqlite3_open(path.toUtf8().constData(), &db), SQLITE_OK);
+  for (const QString& sql : statements)
+    QCOMPARE(sqlite3_exec(db, sql.toUtf8().constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(db);
+}
+
+}  // namespace
+
+void TestInfo::initTestCase() { InitIconResources(); }
+
+void TestInfo::shoot(QWidget& w, const QString& name) {
+  const QString dir = qEnvironmentVariable("TAVORINE_SCREENSHOTS");
+  if (!dir.isEmpty()) QVERIFY(w.grab().save(dir + QLatin1Char('/') + name));
+}
+
+void TestInfo::catalogInfo_data() {
+  QTest::addColumn<QStringList>("statements");  // empty: no file at all
+  QTest::addColumn<QStringList>("rows");
+  QTest::newRow("no file") << QStringList() << QStringList();
+  QTest::newRow("no table") << QStringList{"CREATE TABLE Messier(ObjectNum INTEGER)"}
+                            << QStringList();
+  QTest::newRow("rows in order")
+      << QStringList{"CREATE TABLE CatalogInfo(Key TEXT, Value TEXT)",
+                     "INSERT INTO CatalogInfo VALUES('Built', '2026-11-01')",
+                     "INSERT INTO CatalogInfo VALUES('Objects', '12345')",
+                     "INSERT INTO CatalogInfo VALUES('Note', NULL)"}
+      << QStringList{"Built=2026-11-01", "Objects=12345", "Note="};
+}
+
+void TestInfo::catalogInfo() {
+  QFETCH(QStringList, statements);
+  TestEnv env;
+  const QString path = env.path(QStringLiteral("TavorineList.mdb"));
+  if (!statements.isEmpty()) makeDatabase(path, statements);
+  QStringList rows;
+  for (const auto& row : ReadCatalogInfo(path)) rows << row.first + QLatin1Char('=') + row.second;
+  QTEST(rows, "rows");
+  if (statements.isEmpty()) QVERIFY(!QFile::exists(path));  // never created by looking
+}
+
+void TestInfo::aboutWindow() {
+  TestEnv env;
+  env.state->programFolder = env.dir.path();
+  makeDatabase(env.path(QStringLiteral("TavorineList.mdb")),
+               {"CREATE TABLE CatalogInfo(Key TEXT, Value TEXT)",
+                "INSERT INTO CatalogInfo VALUES('Built', '2026-11-01')"});
+  frmAbout about(*env.state);
+  QCOMPARE(about.windowTitle(), QStringLiteral("About Tavorine"));
+  QVERIFY(about.isModal());
+  QCOMPARE(about.findChild<QLabel*>(QStringLiteral("lblProgram"))->text(), QStringLiteral("Tavorine"));
+  const QStringList lines =
+      about.findChild<QLabel*>(QStringLiteral("lblInfo"))->text().split(QLatin1Char('\n'));
+  QVERIFY(lines.contains(QStringLiteral("Version " TAVORINE_VERSION)));
+  QVERIFY(lines.contains(QStringLiteral("Qt ") + QLatin1String(qVersion())));
+  QVERIFY(lines.contains(QStringLiteral("SQLite ") + QLatin1String(sqlite3_libversion())));
+  QVERIFY(lines.contains(QStringLiteral("Operating system: ") + QSysInfo::prettyProductName()));
+  QVERIFY(lines.contains(QStringLiteral("  Built: 2026-11-01")));
+  QCOMPARE(lines.last(), QStringLiteral("Licence: GNU General Public License v3.0 or later"));
+  QVERIFY(!about.findChild<QLabel*>(QStringLiteral("imgIcon"))->pixmap().isNull());
+  about.show();
+  shoot(about, QStringLiteral("about.png"));
+  QTest::mouseClick(about.findChild<QAbstractButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
+  QVERIFY(!about.isVisible());
+
+  // Without a catalog database the window still opens, without its lines.
+  env.state->programFolder = env.path(QStringLiteral("empty"));
+  frmAbout bare(*env.state);
+  QVERIFY(!bare.findChild<QLabel*>(QStringLiteral("lblInfo"))->text().contains(
+      QLatin1String("Catalog database")));
+}
+
+void TestInfo::supportWindow() {
+  frmSupport support;
+  QCOMPARE(support.windowTitle(), QStringLiteral("Technical Support"));
+  QVERIFY(support.isModal());
+  const QString text = support.findChild<QLabel*>(QStringLiteral("lblContact"))->text();
+  QVERIFY(text.contains(QLatin1String("issue tracker")));
+  QVERIFY(!text.contains(QLatin1Char('@')));
+  support.show();
+  shoot(support, QStringLiteral("support.png"));
+}
+
+void TestInfo::licenseWindow() {
+  TestEnv env;
+  frmLicense license(*env.state);
+  QCOMPARE(license.windowTitle(), QStringLiteral("Software License"));
+  auto* text = license.findChild<QPlainTextEdit*>(QStringLiteral("txtLicense"));
+  QVERIFY(text->isReadOnly());
+  QVERIFY(text->toPlainText().contains(QLatin1String("GNU GENERAL PUBLIC LICENSE")));
+  license.show();
+  shoot(license, QStringLiteral("license.png"));
+
+  env.state->programFolder = env.path(QStringLiteral("nowhere"));
+  frmLicense missing(*env.state);
+  QVERIFY(missing.findChild<QPlainTextEdit*>(QStringLiteral("txtLicense"))
+              ->toPlainText()
+              .startsWith(QLatin1String("The licence text was not found at ")));
+}
+
+void TestInfo::helpWindow() {
+  TestEnv env;
+  HelpWindow help(*env.state);
+  QCOMPARE(help.windowTitle(), QStringLiteral("Tavorine Online Help"));
+  QVERIFY(help.isWindow());
+  auto* browser = help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
+  QCOMPARE(browser->source(), QUrl::fromLocalFile(env.state->helpPath()));
+  QCOMPARE(browser->documentTitle(), QStringLiteral("Tavorine Help"));
+  // Every link inside the page leads to an anchor of the page.
+  const QString html = browser->toHtml();
+  QRegularExpression link(QStringLiteral("href=\"#([^\"]+)\""));
+  int links = 0;
+  for (auto it = link.globalMatch(html); it.hasNext(); ++links) {
+    const QString anchor = it.next().captured(1);
+    QVERIFY2(html.contains(QStringLiteral("name=\"") + anchor + QLatin1Char('"')),
+             qPrintable(anchor));
+  }
+  QVERIFY(links > 10);
+  help.showAndRaise();
+  QVERIFY(help.isVisible());
+  shoot(help, QStringLiteral("help.png"));
+  help.showSection(QStringLiteral("setup"));
+  shoot(help, QStringLiteral("help-setup.png"));
+
+  env.state->programFolder = env.path(QStringLiteral("nowhere"));
+  HelpWindow missing(*env.state);
+  QVERIFY(missing.findChild<QTextBrowser*>(QStringLiteral("txtHelp"))
+              ->toPlainText()
+              .startsWith(QLatin1String("The help file was not found")));
+}
+
+void TestInfo::icons_data() {
+  QTest::addColumn<QString>("name");
+  for (const char* n : {"new", "open", "print", "hhc", "align", "redscreen", "tavorine"})
+    QTest::newRow(n) << QString::fromLatin1(n);
+}
+
+void TestInfo::icons() {
+  QFETCH(QString, name);
+  QSvgRenderer svg(QStringLiteral(":/icons/") + name + QStringLiteral(".svg"));
+  QVERIFY(svg.isValid());
+  for (int size : {24, 32, 64}) {
+    QImage image(size, size, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    QPainter p(&image);
+    svg.render(&p);
+    p.end();
+    int painted = 0;
+    for (int y = 0; y < size; ++y)
+      for (int x = 0; x < size; ++x) painted += qAlpha(image.pixel(x, y)) > 0;
+    QVERIFY2(painted > size * size / 4, qPrintable(name));
+    const QString dir = qEnvironmentVariable("TAVORINE_SCREENSHOTS");
+    if (!dir.isEmpty())
+      image.save(QStringLiteral("%1/icon-%2-%3.png").arg(dir, name).arg(size));
+  }
+}
+
+QTEST_MAIN(TestInfo)
+#include "tst_info.moc"
