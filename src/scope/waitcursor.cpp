@@ -1,5 +1,6 @@
 #include "scope/waitcursor.h"
 
+#include <QCursor>
 #include <QGuiApplication>
 
 #include "scope/scopecontrol.h"
@@ -7,7 +8,7 @@
 void UseWaitCursor(ScopeLink& link) {
   link.busy = [](bool on) {
     if (on)
-      QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+      QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
     else
       QGuiApplication::restoreOverrideCursor();
   };
