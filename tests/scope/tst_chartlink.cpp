@@ -1,3 +1,4 @@
+#include <QSemaphore>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
@@ -16,19 +17,16 @@ class ChartServer : public QThread {
  public:
   enum Style { AnswerOk, Greet, Refuse, Silent, HangUp };
 
-  explicit ChartServer(Style style) : style_(style) {
-    server_.moveToThread(this);
-  }
+  explicit ChartServer(Style style) : style_(style) {}
   ~ChartServer() override {
     stop_ = true;
     wait(5000);
   }
 
   quint16 listen() {
-    server_.listen(QHostAddress::LocalHost);
-    const quint16 port = server_.serverPort();
     start();
-    return port;
+    listening_.acquire();
+    return port_;
   }
 
   QStringList lines() {
@@ -39,9 +37,13 @@ class ChartServer : public QThread {
 
  protected:
   void run() override {
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    port_ = server.serverPort();
+    listening_.release();
     while (!stop_) {
-      if (!server_.waitForNewConnection(50)) continue;
-      std::unique_ptr<QTcpSocket> s(server_.nextPendingConnection());
+      if (!server.waitForNewConnection(50)) continue;
+      std::unique_ptr<QTcpSocket> s(server.nextPendingConnection());
       if (style_ == HangUp) {
         s->close();
         continue;
@@ -64,12 +66,12 @@ class ChartServer : public QThread {
         }
       }
     }
-    server_.close();
   }
 
  private:
   Style style_;
-  QTcpServer server_;
+  QSemaphore listening_;
+  quint16 port_ = 0;
   std::atomic<bool> stop_{false};
   QStringList received_;
 };
