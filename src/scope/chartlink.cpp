@@ -1,0 +1,107 @@
+#include "scope/chartlink.h"
+
+#include <QDeadlineTimer>
+#include <QTcpSocket>
+
+#include "core/apperror.h"
+#include "core/appstate.h"
+#include "core/handler.h"
+#include "core/numtext.h"
+#include "core/prompter.h"
+#include "scope/scopecontrol.h"
+
+namespace {
+
+// The planetarium link keeps the classic numbers of its conversation errors.
+constexpr int kPeerRefused = 285;  // the planetarium answered something other than OK
+constexpr int kPeerTimeout = 286;  // no answer in time
+constexpr int kPeerQuit = 291;     // the planetarium closed the conversation
+
+QString whole(double value) { return PlainNumber(value).trimmed(); }
+
+QString minutes(double value) { return PlainNumber(RoundHalfEven(value)); }
+
+// Reads one answer line of the server, within the deadline.
+QByteArray answerLine(QTcpSocket& socket, QByteArray& pending, const QDeadlineTimer& deadline) {
+  for (;;) {
+    const int eol = pending.indexOf('\n');
+    if (eol >= 0) {
+      const QByteArray line = pending.left(eol).trimmed();
+      pending.remove(0, eol + 1);
+      if (line.isEmpty()) continue;
+      return line;
+    }
+    if (socket.state() != QAbstractSocket::ConnectedState && socket.bytesAvailable() == 0)
+      throw AppError(kPeerQuit, QStringLiteral("Foreign application quit"));
+    if (deadline.hasExpired() ||
+        !socket.waitForReadyRead(static_cast<int>(qMax<qint64>(1, deadline.remainingTime())))) {
+      pending += socket.readAll();
+      if (pending.contains('\n')) continue;
+      if (socket.state() != QAbstractSocket::ConnectedState)
+        throw AppError(kPeerQuit, QStringLiteral("Foreign application quit"));
+      throw AppError(kPeerTimeout, QStringLiteral("Timeout while waiting for DDE response"));
+    }
+    pending += socket.readAll();
+  }
+}
+
+}  // namespace
+
+QByteArray MoveChartCommand(double raHours, double raMinutes, const QString& decSign,
+                            double decDegrees, double decMinutes, double fieldDegrees) {
+  const QString text = QStringLiteral("MOVE RA:") + whole(raHours) + QLatin1Char('h') +
+                       minutes(raMinutes) + QStringLiteral("m00.00s DEC:") + decSign +
+                       whole(decDegrees) + QChar(0xB0) + minutes(decMinutes) +
+                       QStringLiteral("'00\" FOV:+") + whole(fieldDegrees) + QChar(0xB0) +
+                       QStringLiteral("00'00\"");
+  return text.toLatin1();
+}
+
+QStringList ChartServerCommands(double raHours, double raMinutes, const QString& decSign,
+                                double decDegrees, double decMinutes, double fieldDegrees) {
+  return {QStringLiteral("SETRA RA:") + whole(raHours) + QLatin1Char('h') + minutes(raMinutes) +
+              QStringLiteral("m00.00s"),
+          QStringLiteral("SETDEC DEC:") + decSign + whole(decDegrees) + QLatin1Char('d') +
+              minutes(decMinutes) + QStringLiteral("m00s"),
+          QStringLiteral("SETFOV FOV:+") + whole(fieldDegrees) + QStringLiteral("d00m00s"),
+          QStringLiteral("REDRAW")};
+}
+
+bool MoveChart(AppState& state, const ScopeLink& link, double raHours, double raMinutes,
+               const QString& decSign, double decDegrees, double decMinutes,
+               double fieldDegrees) {
+  return RunGuarded(
+      [&] {
+        const QStringList commands = ChartServerCommands(raHours, raMinutes, decSign, decDegrees,
+                                                         decMinutes, fieldDegrees);
+        QTcpSocket socket;
+        socket.connectToHost(link.chartHost, link.chartPort);
+        if (!socket.waitForConnected(link.chartTimeoutMs)) {
+          socket.abort();
+          throw AppError::of(ErrNo::NoDdePeer);
+        }
+        QByteArray pending;
+        for (const QString& command : commands) {
+          socket.write(command.toLatin1() + "\r\n");
+          if (!socket.waitForBytesWritten(link.chartTimeoutMs) && socket.bytesToWrite() > 0)
+            throw AppError(kPeerTimeout, QStringLiteral("Timeout while waiting for DDE response"));
+          // The server greets a new client with an "OK!" line too; any OK line will do.
+          const QByteArray answer = answerLine(socket, pending, QDeadlineTimer(link.chartTimeoutMs));
+          if (!answer.startsWith("OK!"))
+            throw AppError(kPeerRefused,
+                           QStringLiteral("Foreign application won't perform DDE method or operation"));
+        }
+        socket.disconnectFromHost();
+        if (socket.state() != QAbstractSocket::UnconnectedState) socket.abort();
+      },
+      [&](const AppError& e) {
+        if (e.number == ErrNo::NoDdePeer)
+          state.prompter().message(QStringLiteral("Error"),
+                                   QStringLiteral("Start CDC before using this feature."));
+        else
+          state.prompter().message(QStringLiteral("Error"),
+                                   QStringLiteral("Unable to communicate with CDC -") +
+                                       e.description + QStringLiteral(" - ") +
+                                       QString::number(e.number));
+      });
+}

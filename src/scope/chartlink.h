@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+class AppState;
+class ScopeLink;
+
+// Centring the planetarium Cartes du Ciel on an object.
+
+// The one-line centring command, in the single-byte code page (degree sign B0):
+// MOVE RA:5h34m00.00s DEC:-22°1'00" FOV:+5°00'00"
+// Minutes are rounded to whole numbers, half to even; nothing is padded.
+QByteArray MoveChartCommand(double raHours, double raMinutes, const QString& decSign,
+                            double decDegrees, double decMinutes, double fieldDegrees);
+
+// The same centring as the planetarium's network server takes it, one command a line
+// (without line ends): SETRA, SETDEC, SETFOV, REDRAW.
+QStringList ChartServerCommands(double raHours, double raMinutes, const QString& decSign,
+                                double decDegrees, double decMinutes, double fieldDegrees);
+
+// Sends the centring to the planetarium's server (link.chartHost, link.chartPort), each
+// command answered before the next, every step within link.chartTimeoutMs. True when all of
+// it went through. Nothing listening: "Start CDC before using this feature."; any other
+// failure: "Unable to communicate with CDC -<description> - <number>"; both titled "Error".
+bool MoveChart(AppState& state, const ScopeLink& link, double raHours, double raMinutes,
+               const QString& decSign, double decDegrees, double decMinutes,
+               double fieldDegrees);
