@@ -18,9 +18,17 @@
 
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/icons.h"
 #include "core/prompter.h"
 #include "core/selectall.h"
 #include "core/settings.h"
+#include "core/setupdialog.h"
+#include "info/frmabout.h"
+#include "info/frmlicense.h"
+#include "info/frmsupport.h"
+#include "info/helpwindow.h"
+#include "scope/gotoflow.h"
+#include "scope/waitcursor.h"
 
 namespace {
 
@@ -42,9 +50,12 @@ QLabel* label(QWidget* parent, const QString& text) {
 }  // namespace
 
 TavorineListMain::TavorineListMain(AppState& state, QWidget* parent)
-    : QMainWindow(parent), state_(state) {
+    : QMainWindow(parent), state_(state), redScreen_(state) {
+  InitIconResources();
   setObjectName(QStringLiteral("TavorineListMain"));
   setWindowTitle(QStringLiteral("Tavorine"));
+  setWindowIcon(QIcon(QStringLiteral(":/icons/tavorine.svg")));
+  UseWaitCursor(link_);
   quitApplication = [] { QCoreApplication::exit(0); };
 
   mdi_ = new QMdiArea(this);
@@ -195,23 +206,25 @@ void TavorineListMain::buildToolbar() {
   struct Button {
     const char* name;
     const char* tip;
+    const char* icon;
     void (TavorineListMain::*slot)();
   };
   const Button buttons[] = {
-      {"cmdNew", "New List", &TavorineListMain::mnuNew_Click},
-      {"cmdOpen", "Open Existing List", &TavorineListMain::mnuOpen_Click},
-      {"cmdPrint", "Print", &TavorineListMain::mnuPrint_Click},
-      {"cmdHHC", "Hyper Hand Control", &TavorineListMain::mnuHHC_Click},
-      {"cmdAlignStars", "Alignment Star Chart", &TavorineListMain::mnuAlignStars_Click},
-      {"cmdRedScreen", "Red Screen", nullptr},
+      {"cmdNew", "New List", "new", &TavorineListMain::mnuNew_Click},
+      {"cmdOpen", "Open Existing List", "open", &TavorineListMain::mnuOpen_Click},
+      {"cmdPrint", "Print", "print", &TavorineListMain::mnuPrint_Click},
+      {"cmdHHC", "Hyper Hand Control", "hhc", &TavorineListMain::mnuHHC_Click},
+      {"cmdAlignStars", "Alignment Star Chart", "align", &TavorineListMain::mnuAlignStars_Click},
+      {"cmdRedScreen", "Red Screen", "redscreen", nullptr},
   };
   for (const Button& b : buttons) {
     auto* button = new QToolButton(bar);
     button->setObjectName(QString::fromLatin1(b.name));
     button->setToolTip(QString::fromLatin1(b.tip));
     button->setText(QString::fromLatin1(b.tip));
+    button->setIcon(QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(b.icon))));
     button->setAutoRaise(true);
-    button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    button->setToolButtonStyle(Qt::ToolButtonIconOnly);
     if (b.slot) {
       auto slot = b.slot;
       connect(button, &QToolButton::clicked, this, [this, slot] { (this->*slot)(); });
@@ -283,6 +296,7 @@ QWidget* TavorineListMain::buildPositionPanel() {
 
 void TavorineListMain::start() {
   LoadStartupState(state_);
+  redScreen_.snapshot();
   refreshRecentMenu();
   show();
   if (state_.settings.FirstRun == 1) mnuSetup_Click();
@@ -314,7 +328,7 @@ void TavorineListMain::notYetAvailable(const QString& what) {
 // the recent-file table (the close box does that).
 void TavorineListMain::mnuExit_Click() {
   RunGuarded(state_.prompter(), [&] {
-    // Red Screen colours are put back before the end.
+    redScreen_.restoreForExit();
     quitApplication();
   });
 }
@@ -353,8 +367,25 @@ void TavorineListMain::mnuEditUserList_Click() {
 void TavorineListMain::mnuAlignStars_Click() {
   notYetAvailable(QStringLiteral("The Alignment Star Chart"));
 }
-void TavorineListMain::mnuRedScreen_Click() {}
-void TavorineListMain::mnuSetup_Click() {}
+QList<QAbstractButton*> TavorineListMain::toolbarButtons() const {
+  QList<QAbstractButton*> out;
+  for (const char* name : {"cmdNew", "cmdOpen", "cmdPrint", "cmdHHC", "cmdAlignStars",
+                           "cmdRedScreen"})
+    out << findChild<QAbstractButton*>(QString::fromLatin1(name));
+  return out;
+}
+
+// The menu entry keeps its own check mark; it and the mode start cleared together.
+void TavorineListMain::mnuRedScreen_Click() {
+  RunGuarded(state_.prompter(), [&] { redScreen_.toggle(toolbarButtons()); });
+}
+
+void TavorineListMain::mnuSetup_Click() {
+  RunGuarded(state_.prompter(), [&] {
+    Setup dialog(state_, this);
+    dialog.exec();
+  });
+}
 void TavorineListMain::mnuCascade_Click() { mdi_->cascadeSubWindows(); }
 // Horizontal tiles: the children stacked one above the other, each the full width.
 void TavorineListMain::mnuTile_Click() {
@@ -369,18 +400,59 @@ void TavorineListMain::mnuTile_Click() {
     top += height;
   }
 }
-void TavorineListMain::mnuHelpTopics_Click() {}
-void TavorineListMain::mnuTechSupport_Click() {}
-void TavorineListMain::mnuLicense_Click() {}
-void TavorineListMain::mnuAbout_Click() {}
-void TavorineListMain::cmdGetRA_Click() {}
-void TavorineListMain::cmdQuickGoto_Click() {}
+// One help window: raised again when it is already open.
+void TavorineListMain::mnuHelpTopics_Click() {
+  RunGuarded(state_.prompter(), [&] {
+    if (!help_) help_ = new HelpWindow(state_, this);
+    help_->showAndRaise();
+  });
+}
+
+void TavorineListMain::mnuTechSupport_Click() {
+  RunGuarded(state_.prompter(), [&] { frmSupport(this).exec(); });
+}
+
+void TavorineListMain::mnuLicense_Click() {
+  RunGuarded(state_.prompter(), [&] { frmLicense(state_, this).exec(); });
+}
+
+void TavorineListMain::mnuAbout_Click() {
+  RunGuarded(state_.prompter(), [&] { frmAbout(state_, this).exec(); });
+}
+
+QString TavorineListMain::text(const char* name) const {
+  return findChild<QLineEdit*>(QString::fromLatin1(name))->text();
+}
+
+void TavorineListMain::setText(const char* name, const QString& value) {
+  findChild<QLineEdit*>(QString::fromLatin1(name))->setText(value);
+}
+
+void TavorineListMain::switchPositionTimers() {
+  timerGetRADec_->stop();
+  timerRestartGetRADec_->start();
+}
+
+void TavorineListMain::cmdGetRA_Click() {
+  const std::optional<PositionFields> read = ReadScopePosition(state_, link_);
+  if (!read) return;
+  setText("txtRAHour", read->txtRAHour);
+  setText("txtRAMin", read->txtRAMin);
+  setText("txtDecSign", read->txtDecSign);
+  setText("txtDecDeg", read->txtDecDeg);
+  setText("txtDecMin", read->txtDecMin);
+}
+
+void TavorineListMain::cmdQuickGoto_Click() {
+  const QuickGotoFields fields{text("txtGotoRAHour"),  text("txtGotoRAMin"),
+                               text("txtGoToRASec"),   text("txtGotoDecSign"),
+                               text("txtGotoDecDeg"),  text("txtGotoDecMin"),
+                               text("txtGotoDecSec")};
+  QuickGoto(state_, link_, fields, GotoPanel::MainWindow, [this] { switchPositionTimers(); });
+}
 
 void TavorineListMain::cmdDecSign_Click() {
-  auto* sign = findChild<QLineEdit*>(QStringLiteral("txtGotoDecSign"));
-  auto* button = findChild<QPushButton*>(QStringLiteral("cmdDecSign"));
-  const QString next = sign->text() == QLatin1String("+") ? QStringLiteral("-")
-                                                          : QStringLiteral("+");
-  sign->setText(next);
-  button->setText(next);
+  const QString next = FlipDecSign(text("txtGotoDecSign"));
+  setText("txtGotoDecSign", next);
+  findChild<QPushButton*>(QStringLiteral("cmdDecSign"))->setText(next);
 }

@@ -5,7 +5,11 @@
 #include <array>
 #include <functional>
 
+#include "core/redscreen.h"
+#include "scope/scopecontrol.h"
+
 class AppState;
+class HelpWindow;
 class QAction;
 class QLineEdit;
 class QMdiArea;
@@ -33,6 +37,10 @@ class TavorineListMain : public QMainWindow {
 
   QMdiArea* mdiArea() const { return mdi_; }
   AppState& state() const { return state_; }
+  ScopeLink& scopeLink() { return link_; }
+
+  // Stops the old position timers before a slew (they have no action of their own).
+  void switchPositionTimers();
 
   // What ends the process; tests replace it.
   std::function<void()> quitApplication;
@@ -80,7 +88,14 @@ class TavorineListMain : public QMainWindow {
   void cmdQuickGoto_Click();
   void cmdDecSign_Click();
 
+  QList<QAbstractButton*> toolbarButtons() const;
+  QString text(const char* name) const;
+  void setText(const char* name, const QString& value);
+
   AppState& state_;
+  ScopeLink link_;
+  RedScreen redScreen_;
+  QPointer<HelpWindow> help_;
   QMdiArea* mdi_ = nullptr;
   QMenu* windowMenu_ = nullptr;
   QAction* mnuExport_ = nullptr;
