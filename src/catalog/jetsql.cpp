@@ -41,6 +41,7 @@ QVector<Token> tokenize(const QString& s) {
       // A literal; the doubled quote stands for itself. Double-quoted texts become
       // single-quoted ones.
       QString body;
+      bool closed = false;
       ++i;
       while (i < n) {
         if (s[i] == c) {
@@ -50,13 +51,14 @@ QVector<Token> tokenize(const QString& s) {
             continue;
           }
           ++i;
+          closed = true;
           break;
         }
         body += s[i++];
       }
       body.replace(QLatin1Char('\''), QStringLiteral("''"));
-      t.kind = Tok::String;
-      t.text = QLatin1Char('\'') + body + QLatin1Char('\'');
+      t.kind = closed ? Tok::String : Tok::Other;  // an open literal is left for the engine to refuse
+      t.text = closed ? QLatin1Char('\'') + body + QLatin1Char('\'') : s.mid(start);
     } else if (c == QLatin1Char('[')) {
       while (i < n && s[i] != QLatin1Char(']')) ++i;
       if (i < n) ++i;
@@ -489,6 +491,7 @@ QString TranslateQuery(const QString& classicText) {
   while (!trimmed.isEmpty() && trimmed.back().isSpace()) trimmed.chop(1);
   if (trimmed.endsWith(QLatin1Char(';'))) {
     trimmed.chop(1);
+    while (!trimmed.isEmpty() && trimmed.back().isSpace()) trimmed.chop(1);
     out = trimmed;
   }
   return out;
