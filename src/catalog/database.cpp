@@ -1,0 +1,479 @@
+#include "catalog/database.h"
+
+#include <sqlite3.h>
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+
+#include "core/apperror.h"
+#include "core/numtext.h"
+
+namespace {
+
+AppError dbError(sqlite3* db) {
+  const char* msg = db ? sqlite3_errmsg(db) : "out of memory";
+  return AppError(ErrNo::Database, QString::fromUtf8(msg));
+}
+
+// ---- the classic query functions -------------------------------------------------------
+
+const char* const kInvalidCall = "Invalid procedure call or argument";
+
+QString textOf(sqlite3_value* v) {
+  switch (sqlite3_value_type(v)) {
+    case SQLITE_INTEGER:
+      return QString::number(sqlite3_value_int64(v));
+    case SQLITE_FLOAT:
+      return PlainNumber(sqlite3_value_double(v));
+    case SQLITE_NULL:
+      return QString();
+    default:
+      return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_value_text(v)),
+                               sqlite3_value_bytes(v));
+  }
+}
+
+// Val over UTF-8 bytes without building strings: blanks, tabs and line feeds are skipped
+// anywhere, as the core Val does. Texts beginning with & go to the core Val.
+double fastVal(const unsigned char* s, int n, bool* needSlowPath) {
+  char buf[64];
+  int len = 0;
+  int i = 0;
+  auto skip = [&] {
+    while (i < n && (s[i] == ' ' || s[i] == '\t' || s[i] == '\n')) ++i;
+  };
+  skip();
+  if (i < n && s[i] == '&') {
+    *needSlowPath = true;
+    return 0;
+  }
+  bool negative = false;
+  if (i < n && (s[i] == '+' || s[i] == '-')) {
+    negative = s[i] == '-';
+    ++i;
+  }
+  bool digits = false;
+  auto takeDigits = [&] {
+    for (;;) {
+      skip();
+      if (i < n && s[i] >= '0' && s[i] <= '9') {
+        if (len < 40) buf[len++] = char(s[i]);
+        else if (std::memchr(buf, '.', len) == nullptr) {
+          *needSlowPath = true;  // a very long whole number: let the core do it
+          return;
+        }
+        ++i;
+        digits = true;
+      } else {
+        return;
+      }
+    }
+  };
+  takeDigits();
+  if (*needSlowPath) return 0;
+  skip();
+  if (i < n && s[i] == '.') {
+    buf[len++] = '.';
+    ++i;
+    takeDigits();
+    if (*needSlowPath) return 0;
+  }
+  if (!digits) return 0;
+  skip();
+  if (i < n && (s[i] == 'e' || s[i] == 'E' || s[i] == 'd' || s[i] == 'D')) {
+    int j = i + 1;
+    char ex[8];
+    int exLen = 0;
+    ex[exLen++] = 'e';
+    while (j < n && (s[j] == ' ' || s[j] == '\t' || s[j] == '\n')) ++j;
+    if (j < n && (s[j] == '+' || s[j] == '-')) ex[exLen++] = char(s[j++]);
+    bool expDigits = false;
+    for (;;) {
+      while (j < n && (s[j] == ' ' || s[j] == '\t' || s[j] == '\n')) ++j;
+      if (j < n && s[j] >= '0' && s[j] <= '9') {
+        if (exLen < 7) ex[exLen++] = char(s[j]);
+        ++j;
+        expDigits = true;
+      } else {
+        break;
+      }
+    }
+    if (expDigits) {
+      std::memcpy(buf + len, ex, exLen);
+      len += exLen;
+    }
+  }
+  double v = 0;
+  const auto res = std::from_chars(buf, buf + len, v);
+  if (res.ec != std::errc() || !std::isfinite(v)) return 0;
+  return negative ? -v : v;
+}
+
+void fnVal(sqlite3_context* ctx, int, sqlite3_value** argv) {
+  sqlite3_value* v = argv[0];
+  switch (sqlite3_value_type(v)) {
+    case SQLITE_INTEGER:
+      sqlite3_result_int64(ctx, sqlite3_value_int64(v));
+      return;
+    case SQLITE_FLOAT:
+      sqlite3_result_double(ctx, sqlite3_value_double(v));
+      return;
+    case SQLITE_NULL:
+      sqlite3_result_int(ctx, 0);
+      return;
+    default:
+      break;
+  }
+  const unsigned char* text = sqlite3_value_text(v);
+  const int n = sqlite3_value_bytes(v);
+  bool slow = false;
+  double r = fastVal(text, n, &slow);
+  if (slow) r = Val(QString::fromUtf8(reinterpret_cast<const char*>(text), n));
+  sqlite3_result_double(ctx, r);
+}
+
+void resultText(sqlite3_context* ctx, const QString& s) {
+  const QByteArray u = s.toUtf8();
+  sqlite3_result_text(ctx, u.constData(), u.size(), SQLITE_TRANSIENT);
+}
+
+// Whole-number arguments are rounded half to even, as the classic conversions do.
+bool wholeArg(sqlite3_value* v, qint64* out) {
+  const double d = sqlite3_value_double(v);
+  if (!std::isfinite(d) || std::fabs(d) > 2147483647.0) return false;
+  *out = static_cast<qint64>(std::nearbyint(d));
+  return true;
+}
+
+void fnMid(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
+  if (sqlite3_value_type(argv[0]) == SQLITE_NULL) {
+    sqlite3_result_null(ctx);
+    return;
+  }
+  qint64 start = 0, length = -1;
+  if (sqlite3_value_type(argv[1]) == SQLITE_NULL || !wholeArg(argv[1], &start) || start < 1 ||
+      (argc == 3 && (sqlite3_value_type(argv[2]) == SQLITE_NULL || !wholeArg(argv[2], &length) ||
+                     length < 0))) {
+    sqlite3_result_error(ctx, kInvalidCall, -1);
+    return;
+  }
+  const QString s = textOf(argv[0]);
+  if (start > s.size()) {
+    sqlite3_result_text(ctx, "", 0, SQLITE_STATIC);
+    return;
+  }
+  resultText(ctx, s.mid(int(start - 1), argc == 3 ? int(qMin<qint64>(length, s.size())) : -1));
+}
+
+void fnInstr(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
+  qint64 start = 1;
+  int t = 0;
+  if (argc == 3) {
+    if (sqlite3_value_type(argv[0]) == SQLITE_NULL || !wholeArg(argv[0], &start) || start < 1) {
+      sqlite3_result_error(ctx, kInvalidCall, -1);
+      return;
+    }
+    t = 1;
+  }
+  if (sqlite3_value_type(argv[t]) == SQLITE_NULL || sqlite3_value_type(argv[t + 1]) == SQLITE_NULL) {
+    sqlite3_result_null(ctx);
+    return;
+  }
+  const QString text = textOf(argv[t]);
+  const QString find = textOf(argv[t + 1]);
+  if (start > text.size()) {
+    sqlite3_result_int(ctx, 0);
+    return;
+  }
+  if (find.isEmpty()) {
+    sqlite3_result_int64(ctx, start);
+    return;
+  }
+  const int at = text.indexOf(find, int(start - 1), Qt::CaseInsensitive);
+  sqlite3_result_int(ctx, at + 1);
+}
+
+void fnTrim(sqlite3_context* ctx, int, sqlite3_value** argv) {
+  sqlite3_value* v = argv[0];
+  switch (sqlite3_value_type(v)) {
+    case SQLITE_NULL:
+      sqlite3_result_null(ctx);
+      return;
+    case SQLITE_INTEGER:
+    case SQLITE_FLOAT:
+      resultText(ctx, textOf(v));
+      return;
+    default:
+      break;
+  }
+  const char* s = reinterpret_cast<const char*>(sqlite3_value_text(v));
+  int n = sqlite3_value_bytes(v);
+  int b = 0;
+  while (b < n && s[b] == ' ') ++b;
+  while (n > b && s[n - 1] == ' ') --n;
+  sqlite3_result_text(ctx, s + b, n - b, SQLITE_TRANSIENT);
+}
+
+// The altitude filter writes the same sine and cosine three times for each row: a two-entry
+// memory of the last arguments saves most of the work. The program has one thread.
+template <double (*F)(double)>
+void fnMath(sqlite3_context* ctx, int, sqlite3_value** argv) {
+  if (sqlite3_value_type(argv[0]) == SQLITE_NULL) {
+    sqlite3_result_null(ctx);
+    return;
+  }
+  thread_local double arg[2] = {0, 0}, res[2] = {F(0), F(0)};
+  thread_local int next = 0;
+  const double x = sqlite3_value_double(argv[0]);
+  double r;
+  if (x == arg[0]) r = res[0];
+  else if (x == arg[1]) r = res[1];
+  else {
+    r = F(x);
+    arg[next] = x;
+    res[next] = r;
+    next ^= 1;
+  }
+  sqlite3_result_double(ctx, r);
+}
+
+double atanOf(double x) { return std::atan(x); }
+double sinOf(double x) { return std::sin(x); }
+double cosOf(double x) { return std::cos(x); }
+
+void fnSqr(sqlite3_context* ctx, int, sqlite3_value** argv) {
+  if (sqlite3_value_type(argv[0]) == SQLITE_NULL) {
+    sqlite3_result_null(ctx);
+    return;
+  }
+  const double x = sqlite3_value_double(argv[0]);
+  if (x < 0) {
+    sqlite3_result_error(ctx, kInvalidCall, -1);
+    return;
+  }
+  sqlite3_result_double(ctx, std::sqrt(x));
+}
+
+// A Like pattern given as an expression rather than a literal: * and ? become % and _, and
+// the engine's own wildcards are escaped with a backslash.
+void fnLikePattern(sqlite3_context* ctx, int, sqlite3_value** argv) {
+  if (sqlite3_value_type(argv[0]) == SQLITE_NULL) {
+    sqlite3_result_null(ctx);
+    return;
+  }
+  const QString s = textOf(argv[0]);
+  QString out;
+  out.reserve(s.size() + 4);
+  for (QChar c : s) {
+    if (c == QLatin1Char('*')) out += QLatin1Char('%');
+    else if (c == QLatin1Char('?')) out += QLatin1Char('_');
+    else if (c == QLatin1Char('%') || c == QLatin1Char('_') || c == QLatin1Char('\\')) {
+      out += QLatin1Char('\\');
+      out += c;
+    } else {
+      out += c;
+    }
+  }
+  resultText(ctx, out);
+}
+
+void create(sqlite3* db, const char* name, int nArg,
+            void (*fn)(sqlite3_context*, int, sqlite3_value**)) {
+  const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
+  sqlite3_create_function_v2(db, name, nArg, flags, nullptr, fn, nullptr, nullptr, nullptr);
+}
+
+}  // namespace
+
+void RegisterClassicFunctions(sqlite3* db) {
+  create(db, "val", 1, fnVal);
+  create(db, "mid", 2, fnMid);
+  create(db, "mid", 3, fnMid);
+  create(db, "instr", 2, fnInstr);
+  create(db, "instr", 3, fnInstr);
+  create(db, "trim", 1, fnTrim);
+  create(db, "atn", 1, fnMath<atanOf>);
+  create(db, "sin", 1, fnMath<sinOf>);
+  create(db, "cos", 1, fnMath<cosOf>);
+  create(db, "sqr", 1, fnSqr);
+  create(db, "likepattern", 1, fnLikePattern);
+}
+
+QString QuoteIdentifier(const QString& name) {
+  QString n = name;
+  if (n.startsWith(QLatin1Char('[')) && n.endsWith(QLatin1Char(']'))) n = n.mid(1, n.size() - 2);
+  n.replace(QLatin1Char('"'), QStringLiteral("\"\""));
+  return QLatin1Char('"') + n + QLatin1Char('"');
+}
+
+// ---- Statement ---------------------------------------------------------------------------
+
+Statement::~Statement() {
+  if (stmt_) sqlite3_finalize(stmt_);
+}
+
+Statement::Statement(Statement&& other) noexcept : db_(other.db_), stmt_(other.stmt_) {
+  other.stmt_ = nullptr;
+}
+
+Statement& Statement::operator=(Statement&& other) noexcept {
+  if (this != &other) {
+    if (stmt_) sqlite3_finalize(stmt_);
+    db_ = other.db_;
+    stmt_ = other.stmt_;
+    other.stmt_ = nullptr;
+  }
+  return *this;
+}
+
+void Statement::bind(int index, const QVariant& value) {
+  int rc;
+  if (value.isNull()) {
+    rc = sqlite3_bind_null(stmt_, index);
+  } else {
+    switch (value.typeId()) {
+      case QMetaType::Int:
+      case QMetaType::LongLong:
+      case QMetaType::UInt:
+      case QMetaType::Short:
+      case QMetaType::Bool:
+        rc = sqlite3_bind_int64(stmt_, index, value.toLongLong());
+        break;
+      case QMetaType::Double:
+      case QMetaType::Float:
+        rc = sqlite3_bind_double(stmt_, index, value.toDouble());
+        break;
+      default: {
+        const QByteArray u = value.toString().toUtf8();
+        rc = sqlite3_bind_text(stmt_, index, u.constData(), u.size(), SQLITE_TRANSIENT);
+      }
+    }
+  }
+  if (rc != SQLITE_OK) throw dbError(db_);
+}
+
+void Statement::bindInt64(int index, qint64 value) {
+  if (sqlite3_bind_int64(stmt_, index, value) != SQLITE_OK) throw dbError(db_);
+}
+
+bool Statement::step() {
+  const int rc = sqlite3_step(stmt_);
+  if (rc == SQLITE_ROW) return true;
+  if (rc == SQLITE_DONE) return false;
+  AppError e = dbError(db_);
+  sqlite3_reset(stmt_);
+  throw e;
+}
+
+void Statement::reset() {
+  sqlite3_reset(stmt_);
+  sqlite3_clear_bindings(stmt_);
+}
+
+int Statement::columnCount() const { return sqlite3_column_count(stmt_); }
+
+QString Statement::columnName(int index) const {
+  return QString::fromUtf8(sqlite3_column_name(stmt_, index));
+}
+
+QVariant Statement::value(int index) const {
+  switch (sqlite3_column_type(stmt_, index)) {
+    case SQLITE_INTEGER:
+      return QVariant(qlonglong(sqlite3_column_int64(stmt_, index)));
+    case SQLITE_FLOAT:
+      return QVariant(sqlite3_column_double(stmt_, index));
+    case SQLITE_NULL:
+      return QVariant();
+    default:
+      return QVariant(QString::fromUtf8(
+          reinterpret_cast<const char*>(sqlite3_column_text(stmt_, index)),
+          sqlite3_column_bytes(stmt_, index)));
+  }
+}
+
+qint64 Statement::int64Value(int index) const { return sqlite3_column_int64(stmt_, index); }
+double Statement::doubleValue(int index) const { return sqlite3_column_double(stmt_, index); }
+bool Statement::isNull(int index) const {
+  return sqlite3_column_type(stmt_, index) == SQLITE_NULL;
+}
+
+// ---- Database ----------------------------------------------------------------------------
+
+Database::Database(const QString& path, Mode mode) : path_(path), mode_(mode) {
+  const int flags = (mode == Mode::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) |
+                    SQLITE_OPEN_NOMUTEX;
+  const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db_, flags, nullptr);
+  if (rc != SQLITE_OK) {
+    AppError e = dbError(db_);
+    if (db_) e.description += QStringLiteral(": ") + path;
+    sqlite3_close(db_);
+    db_ = nullptr;
+    throw e;
+  }
+  sqlite3_extended_result_codes(db_, 0);
+  sqlite3_busy_timeout(db_, BusyTimeoutMs);
+  RegisterClassicFunctions(db_);
+  // A file that is no database shows itself only at its first read: make that happen here.
+  try {
+    Statement s = prepare(QStringLiteral("SELECT count(*) FROM sqlite_master"));
+    s.step();
+  } catch (...) {
+    sqlite3_close(db_);
+    db_ = nullptr;
+    throw;
+  }
+}
+
+Database::~Database() {
+  if (db_) sqlite3_close_v2(db_);
+}
+
+Statement Database::prepare(const QString& sql) const {
+  sqlite3_stmt* stmt = nullptr;
+  const QByteArray u = sql.toUtf8();
+  if (sqlite3_prepare_v2(db_, u.constData(), u.size(), &stmt, nullptr) != SQLITE_OK)
+    throw dbError(db_);
+  if (!stmt) throw AppError(ErrNo::Database, QStringLiteral("Empty query text."));
+  return Statement(db_, stmt);
+}
+
+void Database::exec(const QString& sql) const {
+  char* err = nullptr;
+  if (sqlite3_exec(db_, sql.toUtf8().constData(), nullptr, nullptr, &err) != SQLITE_OK) {
+    const QString msg = err ? QString::fromUtf8(err) : QString::fromUtf8(sqlite3_errmsg(db_));
+    sqlite3_free(err);
+    throw AppError(ErrNo::Database, msg);
+  }
+}
+
+qint64 Database::lastInsertRowId() const { return sqlite3_last_insert_rowid(db_); }
+int Database::changes() const { return sqlite3_changes(db_); }
+
+void Database::raiseLastError() const { throw dbError(db_); }
+
+namespace {
+QString schemaType(const Database& db, const QString& name) {
+  QString n = name;
+  if (n.startsWith(QLatin1Char('[')) && n.endsWith(QLatin1Char(']'))) n = n.mid(1, n.size() - 2);
+  Statement s = db.prepare(
+      QStringLiteral("SELECT type FROM sqlite_master WHERE name = ?1 COLLATE NOCASE"));
+  s.bind(1, n);
+  return s.step() ? s.value(0).toString() : QString();
+}
+}  // namespace
+
+bool Database::isTable(const QString& name) const {
+  return schemaType(*this, name) == QLatin1String("table");
+}
+
+bool Database::isView(const QString& name) const {
+  return schemaType(*this, name) == QLatin1String("view");
+}
+
+QStringList Database::columnNames(const QString& table) const {
+  Statement s = prepare(QStringLiteral("SELECT * FROM %1 LIMIT 0").arg(QuoteIdentifier(table)));
+  QStringList names;
+  for (int i = 0; i < s.columnCount(); ++i) names << s.columnName(i);
+  return names;
+}
