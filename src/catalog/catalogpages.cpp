@@ -133,27 +133,6 @@ QString PageRecordSource(const AppState& state, int querySet) {
          QLatin1Char(';');
 }
 
-QString ListRecordSource(const QString& sortKey) {
-  return QStringLiteral(
-             "SELECT DisplayOrder, Goto, Observed, Category, ObjectNum, Name, Type, "
-             "Constellation, Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, DecMinute From "
-             "Objects ") +
-         sortKey;
-}
-
-QString SearchCriteria(const CatalogPage& page, bool numberOption, const QString& text) {
-  if (!numberOption) return QStringLiteral("name Like '*") + text + QStringLiteral("*'");
-  if (!page.isDoubleStars()) return QStringLiteral("trim(objectnum) = '") + text + QLatin1Char('\'');
-  // Trim cuts blanks only.
-  int b = 0, e = int(text.size());
-  while (b < e && text[b] == QLatin1Char(' ')) ++b;
-  while (e > b && text[e - 1] == QLatin1Char(' ')) --e;
-  const QString t = text.mid(b, e - b);
-  return QStringLiteral("name = '*") + t + QStringLiteral("'") +
-         QStringLiteral(" OR name like '*") + t + QStringLiteral(",*'") +
-         QStringLiteral(" OR name like '*") + t + QStringLiteral("'");
-}
-
 QString PageDatabasePath(const AppState& state, const CatalogPage& page) {
   return page.source == CatalogPage::Source::UserList ? state.userListPath() : state.catalogPath();
 }

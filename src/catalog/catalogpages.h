@@ -47,12 +47,6 @@ const CatalogPage& PageByQuerySet(int querySet);
 // The record source of a catalog page: its SELECT literal, PageWhere, a blank, PageOrderBy, ";".
 QString PageRecordSource(const AppState& state, int querySet);
 
-// The record source of the list windows: their SELECT, a blank and the sort clause, no ";".
-QString ListRecordSource(const QString& sortKey);
-
-// The criteria of a search on a page, built from the search box text as typed.
-QString SearchCriteria(const CatalogPage& page, bool numberOption, const QString& text);
-
 // The path of the database a page reads.
 QString PageDatabasePath(const AppState& state, const CatalogPage& page);
 

@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "catalog/catalogpages.h"
+#include "lists/listsort.h"
 #include "catalog/recordset.h"
 #include "core/apperror.h"
 #include "fixturedb.h"
@@ -60,26 +61,6 @@ class TestCatalogPages : public QObject {
     QCOMPARE(PageByTab(4).hhcColumns[2].width, 2200);
     QCOMPARE(PageByTab(4).findColumnName, 2);
     QCOMPARE(PageByTab(7).findColumnNumber, 1);
-  }
-
-  void criteria_data() {
-    QTest::addColumn<int>("tab");
-    QTest::addColumn<bool>("number");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("criteria");
-    QTest::newRow("number") << 0 << true << "31" << "trim(objectnum) = '31'";
-    QTest::newRow("name") << 4 << false << " andr" << "name Like '* andr*'";
-    QTest::newRow("double exact")
-        << 7 << true << " STF 12 "
-        << "name = '*STF 12' OR name like '*STF 12,*' OR name like '*STF 12'";
-    QTest::newRow("double close") << 7 << false << "STF" << "name Like '*STF*'";
-  }
-  void criteria() {
-    QFETCH(int, tab);
-    QFETCH(bool, number);
-    QFETCH(QString, text);
-    QFETCH(QString, criteria);
-    QCOMPARE(SearchCriteria(PageByTab(tab), number, text), criteria);
   }
 
   void ensureUserListCopiesOnce() {

@@ -5,6 +5,7 @@
 
 #include "catalog/catalogpages.h"
 #include "catalog/datagrid.h"
+#include "lists/listsort.h"
 #include "core/twips.h"
 #include "fixturedb.h"
 

@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "catalog/catalogpages.h"
+#include "catalog/searchcriteria.h"
 #include "catalog/recordset.h"
 #include "core/numtext.h"
 #include "support/testenv.h"
@@ -105,25 +106,23 @@ class TestShippedCatalog : public QObject {
 
   void searches() {
     Recordset m(db_, source(4, QStringLiteral("WHERE True"), QStringLiteral("ORDER BY ObjectNum")));
-    const CatalogPage& messier = PageByQuerySet(4);
-    m.FindFirst(SearchCriteria(messier, true, QStringLiteral("31")));
+    m.FindFirst(SearchCriteria(4, SearchOption::Number, QStringLiteral("31")));
     QVERIFY(!m.NoMatch());
     QCOMPARE(m.text(QStringLiteral("ObjectNum")).trimmed(), QStringLiteral("31"));
-    m.FindNext(SearchCriteria(messier, true, QStringLiteral("3")));
+    m.FindNext(SearchCriteria(4, SearchOption::Number, QStringLiteral("3")));
     QVERIFY(m.NoMatch() || m.text(QStringLiteral("ObjectNum")).trimmed() == QLatin1String("3"));
-    m.FindFirst(SearchCriteria(messier, false, QStringLiteral("andr")));
+    m.FindFirst(SearchCriteria(4, SearchOption::Name, QStringLiteral("andr")));
     QVERIFY(!m.NoMatch());
     QVERIFY(m.text(QStringLiteral("Name")).contains(QStringLiteral("andr"), Qt::CaseInsensitive));
 
     Recordset d(db_, source(1, QStringLiteral("WHERE True"), QStringLiteral("ORDER BY ObjectNum")));
-    const CatalogPage& doubles = PageByQuerySet(1);
-    d.FindFirst(SearchCriteria(doubles, true, QStringLiteral("STF 12")));
+    d.FindFirst(SearchCriteria(1, SearchOption::Number, QStringLiteral("STF 12")));
     while (!d.NoMatch()) {
       const QStringList parts = d.text(QStringLiteral("Name")).split(QLatin1Char(','));
       bool whole = false;
       for (const QString& p : parts) whole |= p.endsWith(QStringLiteral("STF 12"), Qt::CaseInsensitive);
       QVERIFY2(whole, qPrintable(d.text(QStringLiteral("Name"))));
-      d.FindNext(SearchCriteria(doubles, true, QStringLiteral("STF 12")));
+      d.FindNext(SearchCriteria(1, SearchOption::Number, QStringLiteral("STF 12")));
     }
   }
 };
