@@ -291,6 +291,7 @@ QWidget* TavorineListMain::buildPositionPanel() {
   quick->setObjectName(QStringLiteral("cmdQuickGoto"));
   connect(quick, &QPushButton::clicked, this, [this] { cmdQuickGoto_Click(); });
   grid->addWidget(quick, 1, 9);
+  grid->setColumnStretch(10, 1);
   return panel;
 }
 
