@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "catalog/jetsql.h"
 #include "core/apperror.h"
 #include "core/numtext.h"
 
@@ -262,20 +263,7 @@ void fnLikePattern(sqlite3_context* ctx, int, sqlite3_value** argv) {
     sqlite3_result_null(ctx);
     return;
   }
-  const QString s = textOf(argv[0]);
-  QString out;
-  out.reserve(s.size() + 4);
-  for (QChar c : s) {
-    if (c == QLatin1Char('*')) out += QLatin1Char('%');
-    else if (c == QLatin1Char('?')) out += QLatin1Char('_');
-    else if (c == QLatin1Char('%') || c == QLatin1Char('_') || c == QLatin1Char('\\')) {
-      out += QLatin1Char('\\');
-      out += c;
-    } else {
-      out += c;
-    }
-  }
-  resultText(ctx, out);
+  resultText(ctx, LikePatternToSqlite(textOf(argv[0])));
 }
 
 void create(sqlite3* db, const char* name, int nArg,

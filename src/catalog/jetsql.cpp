@@ -138,22 +138,6 @@ QString leadingSpace(const QString& s) {
   return s.left(i);
 }
 
-QString likePattern(const QString& literal) {
-  // literal is '...' with doubled quotes inside; * ? and the escapes do not involve quotes.
-  QString out;
-  out.reserve(literal.size() + 4);
-  for (QChar c : literal) {
-    if (c == QLatin1Char('*')) out += QLatin1Char('%');
-    else if (c == QLatin1Char('?')) out += QLatin1Char('_');
-    else if (c == QLatin1Char('%') || c == QLatin1Char('_') || c == QLatin1Char('\\')) {
-      out += QLatin1Char('\\');
-      out += c;
-    } else {
-      out += c;
-    }
-  }
-  return out;
-}
 
 class Translator {
  public:
@@ -272,7 +256,7 @@ class Translator {
         QString rt;
         bool escape = false;
         if (r.stringLiteral) {
-          const QString pat = likePattern(r.bare());
+          const QString pat = LikePatternToSqlite(r.bare());
           escape = pat.contains(QLatin1Char('\\'));
           rt = leadingSpace(r.text) + pat;
         } else {
@@ -482,6 +466,22 @@ class Translator {
 };
 
 }  // namespace
+
+QString LikePatternToSqlite(const QString& pattern) {
+  QString out;
+  out.reserve(pattern.size() + 4);
+  for (QChar c : pattern) {
+    if (c == QLatin1Char('*')) out += QLatin1Char('%');
+    else if (c == QLatin1Char('?')) out += QLatin1Char('_');
+    else if (c == QLatin1Char('%') || c == QLatin1Char('_') || c == QLatin1Char('\\')) {
+      out += QLatin1Char('\\');
+      out += c;
+    } else {
+      out += c;
+    }
+  }
+  return out;
+}
 
 QString TranslateQuery(const QString& classicText) {
   Translator tr(tokenize(classicText));

@@ -19,6 +19,10 @@
 // Raises nothing: a text the engine cannot read fails when it is prepared.
 QString TranslateQuery(const QString& classicText);
 
+// A Like pattern of the classic dialect for SQLite's LIKE ... ESCAPE '\': * and ? become % and
+// _, and SQLite's own wildcards are escaped.
+QString LikePatternToSqlite(const QString& pattern);
+
 // A query over one table, as the recordset needs it to keep row ids: the parts of an SQLite
 // SELECT text, split at the top level. Empty optional for anything else (joins, DISTINCT,
 // GROUP BY, aliases, compound queries).
