@@ -49,6 +49,9 @@ class TestMainWindow : public QObject {
   void windowMenuListsChildren();
   void decSignFlips();
   void futureExportSaysSo();
+  void firstRunOpensSetup();
+  void redScreenRoundTrip();
+  void helpWindowIsReused();
 };
 
 void TestMainWindow::menuTree_data() {
@@ -181,6 +184,66 @@ void TestMainWindow::futureExportSaysSo() {
   TavorineListMain w(*env->state);
   action(&w, QStringLiteral("mnuExportHC"))->trigger();
   QCOMPARE(env->prompter.texts(), QStringList{QStringLiteral("For future developments.")});
+}
+
+void TestMainWindow::firstRunOpensSetup() {
+  TestEnv env;  // no settings file: a first run
+  TavorineListMain w(*env.state);
+  w.quitApplication = [] {};
+  QString shown;
+  QTimer::singleShot(0, [&] {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (!modal) return;
+    shown = modal->objectName();
+    modal->findChild<QPushButton*>(QStringLiteral("CancelButton"))->click();
+  });
+  w.start();
+  QCOMPARE(shown, QStringLiteral("Setup"));
+  // Cancel on a first run leaves the short settings file, FirstRun still 1.
+  QCOMPARE(env.state->settings.FirstRun, qint16(1));
+  QCOMPARE(env.readFile("config/TavorineList.ini").count(','), 14);
+}
+
+void TestMainWindow::redScreenRoundTrip() {
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  w.start();
+  auto* red = w.findChild<QToolButton*>(QStringLiteral("cmdRedScreen"));
+  auto* menu = action(&w, QStringLiteral("mnuRedScreen"));
+  const QPalette before = QApplication::palette();
+  red->click();
+  QVERIFY(env->state->RedScreenOn);
+  QVERIFY(menu->isChecked());
+  for (const char* name : {"cmdNew", "cmdOpen", "cmdPrint", "cmdHHC", "cmdAlignStars",
+                           "cmdRedScreen"})
+    QVERIFY2(w.findChild<QToolButton*>(QString::fromLatin1(name))->toolTip().isEmpty(), name);
+  QVERIFY(QApplication::palette() != before);
+  menu->trigger();
+  QVERIFY(!env->state->RedScreenOn);
+  QVERIFY(!menu->isChecked());
+  QCOMPARE(QApplication::palette(), before);
+  QCOMPARE(red->toolTip(), QStringLiteral("Red Screen"));
+  QCOMPARE(w.findChild<QToolButton*>(QStringLiteral("cmdNew"))->toolTip(),
+           QStringLiteral("New List"));
+
+  // Exit while on puts the colours back.
+  red->click();
+  w.quitApplication = [] {};
+  action(&w, QStringLiteral("mnuExit"))->trigger();
+  QCOMPARE(QApplication::palette(), before);
+}
+
+void TestMainWindow::helpWindowIsReused() {
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  w.start();
+  action(&w, QStringLiteral("mnuHelpTopics"))->trigger();
+  action(&w, QStringLiteral("mnuHelpTopics"))->trigger();
+  int helpWindows = 0;
+  for (QWidget* top : QApplication::topLevelWidgets())
+    if (top->windowTitle() == QLatin1String("Tavorine Online Help") && top->isVisible())
+      ++helpWindows;
+  QCOMPARE(helpWindows, 1);
 }
 
 QTEST_MAIN(TestMainWindow)
