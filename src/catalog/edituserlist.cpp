@@ -200,6 +200,7 @@ void EditUserList::build() {
   connect(cmdClose, &QPushButton::clicked, this, [this] { RunIgnoringErrors([this] { close(); }); });
 
   // The form sees its keys before its controls.
+  installEventFilter(this);
   for (QWidget* w : findChildren<QWidget*>()) w->installEventFilter(this);
 }
 
