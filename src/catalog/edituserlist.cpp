@@ -95,7 +95,7 @@ void EditUserList::build() {
     txtFields[i]->installEventFilter(this);
     connect(txtFields[i], &QLineEdit::textEdited, this, [this, i] { writeField(i); });
   }
-  auto label = [&](const char* text) { return new QLabel(QString::fromLatin1(text), this); };
+  auto label = [&](const char* text) { return new QLabel(QString::fromUtf8(text), this); };
   auto small = [](QLineEdit* e) {
     e->setFixedWidth(52);
     return e;
