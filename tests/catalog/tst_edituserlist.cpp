@@ -259,10 +259,7 @@ class TestEditUserList : public QObject {
     const int ctrl = Qt::ControlModifier, shift = Qt::ShiftModifier;
     QTest::newRow("Home") << int(Qt::Key_Home) << 0 << int(UserEditorKey::None);
     QTest::newRow("Ctrl+Home") << int(Qt::Key_Home) << ctrl << int(UserEditorKey::FocusFirst);
-    QTest::newRow("Ctrl+End") << int(Qt::Key_End) << ctrl << int(UserEditorKey::FocusLast);
-    QTest::newRow("Shift+End") << int(Qt::Key_End) << shift << int(UserEditorKey::None);
     QTest::newRow("PgUp") << int(Qt::Key_PageUp) << 0 << int(UserEditorKey::Previous);
-    QTest::newRow("Ctrl+PgUp") << int(Qt::Key_PageUp) << ctrl << int(UserEditorKey::First);
     QTest::newRow("Ctrl+Shift+PgDn is alone") << int(Qt::Key_PageDown) << (ctrl | shift)
                                               << int(UserEditorKey::Next);
     QTest::newRow("Ctrl+PgDn") << int(Qt::Key_PageDown) << ctrl << int(UserEditorKey::Last);
@@ -291,14 +288,6 @@ class TestEditUserList : public QObject {
     QCOMPARE(QApplication::focusWidget(), txt(&s.editor, 11));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home, Qt::ControlModifier);
     QCOMPARE(QApplication::focusWidget(), txt(&s.editor, 0));
-  }
-
-  void secondsConverter() {
-    TestEnv env;
-    seed(env, 0);
-    EditUserList editor(*env.state);
-    child<QLineEdit>(&editor, QStringLiteral("txtSeconds"))->setText(QStringLiteral("42"));
-    QCOMPARE(child<QLineEdit>(&editor, QStringLiteral("txtDecimal"))->text(), QStringLiteral("0.7"));
   }
 
   void search() {
