@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QCursor>
 #include <QTabWidget>
 #include <array>
 #include <memory>
 
 class AppState;
+class Database;
 class DataGrid;
 class QLineEdit;
 class QPushButton;
@@ -40,6 +42,19 @@ class CatalogBrowser : public QTabWidget {
   // Puts a button of the host window (an add button) on a page, beside its find buttons.
   void addPageButton(int tab, QPushButton* button);
 
+  // After the filter was switched or the observing date changed: with FilterOn the pages get
+  // the altitude filter for the sidereal time (degrees) under the filter pointer, without it
+  // every PageWhere becomes "WHERE True" under the hourglass; then all pages are bound again
+  // and laid out.
+  void refreshFilter(double siderealDegrees);
+
+  // The pointer shown while filter queries are built and run.
+  static QCursor filterBusyCursor();
+
+  BrowserHost host() const { return host_; }
+  // The search box of the page showing, for the hosts' tab change and focus rules.
+  QLineEdit* currentSearchBox() const { return searchBox(currentIndex()); }
+
  signals:
   void pageRowChanged(int tab);     // a page grid changed row (after the selection rule)
   void pageClicked(int tab);
@@ -48,7 +63,24 @@ class CatalogBrowser : public QTabWidget {
 
  private:
   struct Page;
+  void buildPage(int tab);
+  void bindPage(int tab);
+  void openPage(int tab, const QString& recordSource);
+  std::shared_ptr<Database> databaseFor(int tab);
+  void setDefaultFind(int tab, QPushButton* button);
+  void find(int tab, int which);
+  void headerClick(int tab, int column);
+  void rowChanged(int tab, const QVariant& lastBookmark);
+  void editUserObjects();
+  void applyLayout(int tab);
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
   AppState& state_;
   BrowserHost host_;
   std::array<std::unique_ptr<Page>, 8> pages_;
+  std::shared_ptr<Database> catalogDb_;
+  std::shared_ptr<Database> userDb_;
+  // Mouse keys of the last press on a page grid (list editor only).
+  bool ShiftHeld = false;
+  bool CtrlHeld = false;
 };

@@ -1,0 +1,395 @@
+#include <QApplication>
+#include <QDialog>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <QtTest>
+
+#include "catalog/catalogbrowser.h"
+#include "catalog/catalogpages.h"
+#include "catalog/catalogwindowrules.h"
+#include "catalog/database.h"
+#include "catalog/datagrid.h"
+#include "catalog/recordset.h"
+#include "core/twips.h"
+#include "fixturedb.h"
+#include "sky/skycalc.h"
+#include "support/testenv.h"
+
+namespace {
+
+constexpr int kMessier = 0, kUser = 5, kDoubles = 7;
+
+// A browser in a host window of its own, shown so that clicks and keys reach it.
+struct Host {
+  Host(AppState& state, BrowserHost kind, bool dialog = true) {
+    window.reset(dialog ? new QDialog : new QWidget);
+    auto* layout = new QVBoxLayout(window.get());
+    browser = new CatalogBrowser(state, kind, window.get());
+    layout->addWidget(browser);
+    window->resize(1100, 700);
+    browser->bindPages();
+    browser->applyLayouts();
+    window->show();
+  }
+  template <typename T>
+  T* child(const char* name) const {
+    return browser->findChild<T*>(QLatin1String(name));
+  }
+  std::unique_ptr<QWidget> window;
+  CatalogBrowser* browser = nullptr;
+};
+
+void clickRow(DataGrid* grid, int row, Qt::KeyboardModifiers mods = {}) {
+  grid->scrollTo(grid->model()->index(row, 1));
+  const QRect r = grid->visualRect(grid->model()->index(row, 1));
+  QTest::mouseClick(grid->viewport(), Qt::LeftButton, mods, r.center());
+}
+
+void clickHead(DataGrid* grid, int column) {
+  QHeaderView* h = grid->horizontalHeader();
+  h->setSectionHidden(column, false);
+  const int x = h->sectionViewportPosition(column) + h->sectionSize(column) / 2;
+  QTest::mouseClick(h->viewport(), Qt::LeftButton, {}, QPoint(x, h->height() / 2));
+}
+
+QSet<qint64> selection(DataGrid* grid) {
+  const auto& s = grid->selectedBookmarks();
+  return QSet<qint64>(s.begin(), s.end());
+}
+
+}  // namespace
+
+class TestCatalogBrowser : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void pagesAreNamedAndOpenInBindOrder() {
+    TestEnv env;
+    Host host(*env.state, BrowserHost::EditList);
+    QCOMPARE(host.browser->count(), 8);
+    for (int tab = 0; tab < 8; ++tab) {
+      const CatalogPage& p = PageByTab(tab);
+      QCOMPARE(host.browser->tabText(tab), p.caption);
+      QVERIFY(host.browser->findChild<QRadioButton*>(p.numberOption));
+      QCOMPARE(host.browser->findChild<QPushButton*>(p.findPrev)->text(), QStringLiteral("Find Prev"));
+      QVERIFY2(host.browser->pageRecordset(tab), qPrintable(p.caption));
+      QCOMPARE(host.browser->pageGrid(tab)->objectName(), p.grid);
+    }
+    QCOMPARE(host.child<QRadioButton>("optDoubleNum")->text(), QStringLiteral("Exact Match"));
+    QCOMPARE(host.browser->findChildren<QPushButton*>(QStringLiteral("cmdEditUser")).size(), 1);
+    // The user list was made from the empty template, and opened for writing.
+    QVERIFY(QFileInfo::exists(env.state->userListPath()));
+    QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
+    QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
+    QCOMPARE(host.browser->pageRecordset(kMessier)->RecordCount(), 110);
+    QVERIFY(env.prompter.entries.isEmpty());
+  }
+
+  void search_data() {
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<bool>("byName");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("found");  // empty: not found
+    QTest::addColumn<int>("column");
+    QTest::newRow("number is whole: 31") << kMessier << false << "31" << "ObjectNum" << "31" << 0;
+    QTest::newRow("number is whole: 3") << kMessier << false << "3" << "ObjectNum" << "3" << 0;
+    QTest::newRow("number absent") << kMessier << false << "111" << "ObjectNum" << "" << 0;
+    QTest::newRow("name anywhere, any case") << kMessier << true << "ANDR" << "ObjectNum" << "31" << 1;
+    QTest::newRow("exact designation") << kDoubles << false << "STF 122" << "Name"
+                                       << "ADS 1148,WDS 01269+0332,STF 122" << 1;
+    QTest::newRow("exact: no prefix of a longer one") << kDoubles << false << " STF 12 " << "Name"
+                                                      << "" << 1;
+    QTest::newRow("close match takes a prefix") << kDoubles << true << "STF 122" << "Name"
+                                                << "ADS 1148,WDS 01269+0332,STF 122" << 1;
+    QTest::newRow("deep-sky columns") << 4 << true << "zzzz" << "Name" << "" << 2;
+  }
+  void search() {
+    QFETCH(int, tab);
+    QFETCH(bool, byName);
+    QFETCH(QString, text);
+    QFETCH(QString, field);
+    QFETCH(QString, found);
+    QFETCH(int, column);
+    TestEnv env;
+    Host host(*env.state, BrowserHost::HHC);
+    host.browser->setCurrentIndex(tab);
+    const CatalogPage& p = PageByTab(tab);
+    auto* option = host.browser->findChild<QRadioButton*>(byName ? p.nameOption : p.numberOption);
+    option->click();
+    host.browser->searchBox(tab)->setText(text);
+    Recordset* rs = host.browser->pageRecordset(tab);
+    rs->MoveLast();
+    const qint64 before = rs->Bookmark();
+    host.browser->findChild<QPushButton*>(p.findFirst)->click();
+    QCOMPARE(host.browser->pageGrid(tab)->currentColumn(), column);
+    if (found.isEmpty()) {
+      QCOMPARE(env.prompter.beeps, 1);
+      QCOMPARE(env.prompter.entries.size(), 1);
+      QCOMPARE(env.prompter.entries[0].title, QString());
+      QCOMPARE(env.prompter.entries[0].text, QStringLiteral("Not Found."));
+      QCOMPARE(rs->Bookmark(), before);
+    } else {
+      QVERIFY(env.prompter.entries.isEmpty());
+      QCOMPARE(rs->text(field).trimmed(), found);
+      QCOMPARE(host.browser->pageGrid(tab)->columnText(field).trimmed(), found);
+    }
+  }
+
+  void findNextAfterTheLastMatchKeepsTheRow() {
+    TestEnv env;
+    Host host(*env.state, BrowserHost::HHC);
+    host.browser->setCurrentIndex(kDoubles);
+    host.child<QLineEdit>("txtSearchDouble")->setText(QStringLiteral("STF 122"));
+    host.child<QPushButton>("cmdFindDouble")->click();
+    Recordset* rs = host.browser->pageRecordset(kDoubles);
+    const qint64 match = rs->Bookmark();
+    host.child<QPushButton>("cmdDoubleNext")->click();
+    QCOMPARE(env.prompter.texts(), QStringList{QStringLiteral("Not Found.")});
+    QCOMPARE(env.prompter.beeps, 1);
+    QCOMPARE(rs->Bookmark(), match);
+    host.child<QPushButton>("cmdDoublePrev")->click();
+    QCOMPARE(env.prompter.beeps, 2);
+    QCOMPARE(rs->Bookmark(), match);
+  }
+
+  void aQuoteInTheSearchIsAnErrorBox() {
+    TestEnv env;
+    Host host(*env.state, BrowserHost::HHC);
+    host.child<QRadioButton>("optMessierName")->click();
+    host.child<QLineEdit>("txtSearchMessier")->setText(QStringLiteral("O'Neil"));
+    host.child<QPushButton>("cmdFindMessier")->click();
+    QCOMPARE(env.prompter.entries.size(), 1);
+    QVERIFY(env.prompter.entries[0].text.endsWith(QStringLiteral(" - 3000")));
+    QCOMPARE(env.prompter.beeps, 0);
+  }
+
+  void enterFollowsTheDefaultButton_data() {
+    QTest::addColumn<bool>("dialog");
+    QTest::newRow("dialog host") << true;
+    QTest::newRow("plain window host") << false;
+  }
+  void enterFollowsTheDefaultButton() {
+    QFETCH(bool, dialog);
+    TestEnv env;
+    Host host(*env.state, BrowserHost::EditList, dialog);
+    QApplication::setActiveWindow(host.window.get());
+    auto* first = host.child<QPushButton>("cmdFindMessier");
+    auto* next = host.child<QPushButton>("cmdMessierNext");
+    auto* box = host.child<QLineEdit>("txtSearchMessier");
+    host.child<QRadioButton>("optMessierName")->click();
+    QVERIFY(first->isDefault());
+    box->setFocus();
+    QTest::keyClicks(box, QStringLiteral("nebula"));
+    QVERIFY(first->isDefault());
+    QTest::keyClick(box, Qt::Key_Return);  // Find First
+    QVERIFY(next->isDefault() && !first->isDefault());
+    Recordset* rs = host.browser->pageRecordset(kMessier);
+    const QString firstMatch = rs->text(QStringLiteral("ObjectNum"));
+    QVERIFY(rs->text(QStringLiteral("Name")).contains(QStringLiteral("nebula"), Qt::CaseInsensitive));
+    DataGrid* grid = host.browser->pageGrid(kMessier);
+    QTest::keyClick(grid, Qt::Key_Return);  // Find Next
+    QVERIFY(rs->text(QStringLiteral("ObjectNum")).toInt() > firstMatch.toInt());
+    QVERIFY(next->isDefault());
+    // A changed text or option makes Find First the default again.
+    host.child<QRadioButton>("optMessierNum")->click();
+    QVERIFY(first->isDefault());
+    QTest::keyClick(grid, Qt::Key_Return);
+    QVERIFY(next->isDefault());
+    box->setText(QStringLiteral("1"));
+    QVERIFY(first->isDefault());
+    QVERIFY(env.prompter.entries.size() <= 1);  // "nebula" is no number
+  }
+
+  void headerSortHoldsAcrossBrowsers() {
+    TestEnv env;
+    auto firstNum = [](CatalogBrowser* b) {
+      return b->pageRecordset(kMessier)->text(QStringLiteral("ObjectNum"));
+    };
+    {
+      Host a(*env.state, BrowserHost::EditList);
+      QCOMPARE(firstNum(a.browser), QStringLiteral("1"));
+      clickHead(a.browser->pageGrid(kMessier), 0);  // state word ObjectNum: descending first
+      QCOMPARE(env.state->Pages[4].OrderBy, QStringLiteral("ORDER BY ObjectNum DESC"));
+      QCOMPARE(firstNum(a.browser), QStringLiteral("110"));
+      QCOMPARE(a.browser->pageGrid(kMessier)->horizontalHeader()->sectionSize(1),
+               TwipsToPixels(2300, a.browser->pageGrid(kMessier)));
+      // The hidden Category has no key: the page is rebuilt as it was.
+      emit a.browser->pageGrid(kMessier)->headClicked(11);
+      QCOMPARE(env.state->Pages[4].SortField, QStringLiteral("ObjectNumDesc"));
+      QCOMPARE(firstNum(a.browser), QStringLiteral("110"));
+    }
+    Host b(*env.state, BrowserHost::HHC);
+    QCOMPARE(firstNum(b.browser), QStringLiteral("110"));
+    clickHead(b.browser->pageGrid(kMessier), 0);
+    QCOMPARE(env.state->Pages[4].OrderBy, QStringLiteral("ORDER BY ObjectNum"));
+    QCOMPARE(firstNum(b.browser), QStringLiteral("1"));
+    // Declination: north first on the first click.
+    clickHead(b.browser->pageGrid(kMessier), 9);
+    Recordset* rs = b.browser->pageRecordset(kMessier);
+    QCOMPARE(rs->text(QStringLiteral("DecSign")), QStringLiteral("+"));
+    const double north = rs->value(QStringLiteral("DecDeg")).toDouble();
+    rs->MoveLast();
+    QCOMPARE(rs->text(QStringLiteral("DecSign")), QStringLiteral("-"));
+    QVERIFY(north > 60);
+    // The filter's WHERE stays under a new order.
+    QCOMPARE(env.state->Pages[4].Where, QStringLiteral("WHERE True"));
+    QVERIFY(env.prompter.entries.isEmpty());
+  }
+
+  void shiftAndCtrlSelection() {
+    TestEnv env;
+    Host host(*env.state, BrowserHost::EditList);
+    DataGrid* grid = host.browser->pageGrid(kMessier);
+    Recordset* rs = host.browser->pageRecordset(kMessier);
+    QSet<qint64> expected;
+    for (int row = 2; row <= 5; ++row) expected.insert(rs->bookmarkAt(row));
+
+    clickRow(grid, 2);
+    QCOMPARE(grid->selectedBookmarkCount(), 0);
+    clickRow(grid, 5, Qt::ShiftModifier);
+    QCOMPARE(selection(grid), expected);
+    QCOMPARE(rs->AbsolutePosition(), 5);
+
+    // A search clears the selection.
+    host.child<QLineEdit>("txtSearchMessier")->setText(QStringLiteral("2"));
+    host.child<QPushButton>("cmdFindMessier")->click();
+    QCOMPARE(grid->selectedBookmarkCount(), 0);
+
+    clickRow(grid, 5);
+    clickRow(grid, 2, Qt::ShiftModifier);
+    QCOMPARE(selection(grid), expected);
+    QCOMPARE(grid->selectedBookmarkCount(), 4);
+    QCOMPARE(rs->AbsolutePosition(), 2);
+
+    clickRow(grid, 8, Qt::ControlModifier);
+    expected.insert(rs->bookmarkAt(8));
+    QCOMPARE(selection(grid), expected);
+    // A plain click neither adds nor clears; Ctrl with Shift is neither rule.
+    clickRow(grid, 9);
+    clickRow(grid, 11, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(selection(grid), expected);
+  }
+
+  void noSelectionRulesOnTheHandControl() {
+    TestEnv env;
+    Host host(*env.state, BrowserHost::HHC);
+    DataGrid* grid = host.browser->pageGrid(kMessier);
+    QSignalSpy rows(host.browser, &CatalogBrowser::pageRowChanged);
+    clickRow(grid, 2);
+    clickRow(grid, 5, Qt::ShiftModifier);
+    clickRow(grid, 7, Qt::ControlModifier);
+    QCOMPARE(grid->selectedBookmarkCount(), 0);
+    QCOMPARE(rows.count(), 3);
+    QCOMPARE(rows.last().at(0).toInt(), kMessier);
+  }
+
+  void olderUserTableFallsBackOnTheEditor() {
+    TestEnv env;
+    QDir().mkpath(env.state->settings.DataDir);
+    {
+      auto db = fixture::create(env.state->userListPath());
+      db->exec(QStringLiteral(
+          "CREATE TABLE UserObjects (Category TEXT, ObjectNum NUMERIC, Name TEXT, Type TEXT, "
+          "Constellation TEXT, Magnitude TEXT, RAHour REAL, RAMinute REAL, DecSign TEXT, "
+          "DecDeg REAL, DecMinute REAL);"
+          "INSERT INTO UserObjects VALUES ('Mine', 1, 'Old one', 'Galaxy', 'And', '9', 1, 2, "
+          "'+', 3, 4);"));
+    }
+    Host editor(*env.state, BrowserHost::EditList);
+    // Binding fails like any page whose source fails: the usual box, an empty page.
+    QCOMPARE(env.prompter.entries.size(), 1);
+    QVERIFY(env.prompter.entries[0].text.endsWith(QStringLiteral(" - 3000")));
+    QVERIFY(!editor.browser->pageRecordset(kUser));
+    env.prompter.clear();
+    emit editor.browser->pageGrid(kUser)->headClicked(7);
+    QCOMPARE(env.prompter.entries.size(), 1);
+    QCOMPARE(env.prompter.entries[0].title, QStringLiteral("Alert!"));
+    QCOMPARE(env.prompter.entries[0].text, UserListOutdatedMessage());
+    QVERIFY(env.prompter.entries[0].text.startsWith(
+        QStringLiteral("Your User List needs to be updated in order to sort on RA.\n")));
+    QVERIFY(editor.browser->pageRecordset(kUser));
+    QCOMPARE(editor.browser->pageRecordset(kUser)->recordSource(), QStringLiteral("UserObjects"));
+    QCOMPARE(editor.browser->pageRecordset(kUser)->RecordCount(), 1);
+
+    env.prompter.clear();
+    Host hhc(*env.state, BrowserHost::HHC);
+    env.prompter.clear();
+    emit hhc.browser->pageGrid(kUser)->headClicked(7);
+    QCOMPARE(env.prompter.entries.size(), 1);
+    QCOMPARE(env.prompter.entries[0].title, AppTitle());
+    QVERIFY(!hhc.browser->pageRecordset(kUser));
+  }
+
+  void aMissingCatalogGivesOneBoxAndEmptyPages() {
+    TestEnv env;
+    env.state->programFolder = env.path(QStringLiteral("nowhere"));
+    QDir().mkpath(env.state->settings.DataDir);
+    QFile::copy(QStringLiteral(TAVORINE_SOURCE_DATA_DIR "/TavorineUserList.tmp"),
+                env.state->userListPath());
+    QFile::setPermissions(env.state->userListPath(), QFile::ReadOwner | QFile::WriteOwner);
+    Host host(*env.state, BrowserHost::HHC);
+    QCOMPARE(env.prompter.entries.size(), 1);
+    QVERIFY(!host.browser->pageRecordset(kMessier));
+    QVERIFY(host.browser->pageRecordset(kUser));
+    env.prompter.clear();
+    host.child<QPushButton>("cmdFindMessier")->click();
+    QCOMPARE(env.prompter.texts(), QStringList{QStringLiteral("Not Found.")});
+  }
+
+  void filterRebuildsEveryPage() {
+    TestEnv env;
+    Host host(*env.state, BrowserHost::EditList);
+    for (PageQuery& q : env.state->Pages) q.Filter = QStringLiteral("WHERE True");
+    env.state->FilterOn = true;
+    env.state->UserDate = QDateTime(QDate(2026, 11, 21), QTime(20, 30));
+    host.browser->refreshFilter(SiderealDegreesAtUserDate(*env.state));
+    QVERIFY(!QGuiApplication::overrideCursor());
+    for (const PageQuery& q : env.state->Pages) QVERIFY(q.Where.endsWith(QStringLiteral(" >= 20")));
+    const int kept = host.browser->pageRecordset(kMessier)->RecordCount();
+    QVERIFY(kept > 0 && kept < 110);
+    env.state->FilterOn = false;
+    host.browser->refreshFilter(0);
+    for (const PageQuery& q : env.state->Pages) {
+      QCOMPARE(q.Where, QStringLiteral("WHERE True"));
+      QCOMPARE(q.Filter, QStringLiteral("WHERE True"));
+    }
+    QCOMPARE(host.browser->pageRecordset(kMessier)->RecordCount(), 110);
+    // A filter the engine refuses leaves the pages as they were.
+    for (PageQuery& q : env.state->Pages) q.Filter = QStringLiteral("WHERE (NoSuchColumn = 1)");
+    env.state->filter.FltAlt = false;
+    env.state->FilterOn = true;
+    host.browser->refreshFilter(0);
+    // One box for each different error, not one for each page.
+    QVERIFY(!env.prompter.entries.isEmpty() && env.prompter.entries.size() <= 2);
+    QCOMPARE(host.browser->pageRecordset(kMessier)->RecordCount(), 110);
+  }
+
+  void editButtonRequeriesTheUserPage() {
+    TestEnv env;
+    Host host(*env.state, BrowserHost::HHC);
+    QCOMPARE(host.browser->pageRecordset(kUser)->RecordCount(), 0);
+    QTimer::singleShot(0, [&] {
+      QWidget* editor = QApplication::activeModalWidget();
+      QVERIFY(editor);
+      QCOMPARE(editor->objectName(), QStringLiteral("EditUserList"));
+      auto other = Database::open(env.state->userListPath(), Database::Mode::ReadWrite);
+      fixture::insert(*other, QStringLiteral("UserObjects"),
+                      {QStringLiteral("Mine"), 7, QStringLiteral("Seven"), QStringLiteral("Galaxy"),
+                       QStringLiteral("And"), QStringLiteral("9"), QStringLiteral(" "), 1, 2,
+                       QStringLiteral("+"), 3, 4});
+      editor->close();
+    });
+    host.child<QPushButton>("cmdEditUser")->click();
+    QCOMPARE(env.state->EditUserListCaller, QStringLiteral("Form"));
+    QCOMPARE(host.browser->pageRecordset(kUser)->RecordCount(), 1);
+  }
+
+};
+
+QTEST_MAIN(TestCatalogBrowser)
+#include "tst_catalogbrowser.moc"
