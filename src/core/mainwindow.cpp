@@ -16,6 +16,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include "catalog/catalogdialogs.h"
 #include "core/appstate.h"
 #include "core/handler.h"
 #include "core/icons.h"
@@ -363,7 +364,7 @@ void TavorineListMain::mnuPrint_Click() { notYetAvailable(QStringLiteral("Printi
 void TavorineListMain::mnuHHC_Click() { notYetAvailable(QStringLiteral("Hyper Hand Control")); }
 void TavorineListMain::mnuEditUserList_Click() {
   state_.EditUserListCaller = QStringLiteral("Menu");
-  notYetAvailable(QStringLiteral("Editing user supplied objects"));
+  RunGuarded(state_.prompter(), [&] { ShowEditUserList(state_, this); });
 }
 void TavorineListMain::mnuAlignStars_Click() {
   notYetAvailable(QStringLiteral("The Alignment Star Chart"));
