@@ -283,8 +283,10 @@ void CurrentList::bindPrimary() {
   connect(raw, &Recordset::currentChanged, this, [this] { refreshDetails(); });
   connect(raw, &Recordset::reset, this, [this] { refreshDetails(); });
   connect(raw, &Recordset::rowsChanged, this, [this] { refreshDetails(); });
-  grid_->setRecordset(raw);
+  // The old recordset stays alive until the grid has let go of it.
+  std::unique_ptr<Recordset> old = std::move(datPrimary_);
   datPrimary_ = std::move(rs);
+  grid_->setRecordset(raw);
   refreshDetails();
 }
 
