@@ -42,10 +42,12 @@ struct Place {
 };
 
 const std::vector<Place>& bottomPlaces(ListVariant v) {
+  // The large form keeps its buttons under the grid, so the detail panel has the whole height
+  // under the chart.
   static const std::vector<Place> large{
-      {"txtRecordCounter", 45, 2000}, {"cmdPrevious", 2145, 1150}, {"cmdNext", 3345, 1150},
-      {"cmdGoto", 4545, 1150},        {"cmdObserved", 5745, 1150}, {"cmdCDC", 6945, 1150},
-      {"cmdClearGoto", 45, 2000},     {"cmdEdit", 2145, 1150}};
+      {"txtRecordCounter", 4100, 1700}, {"cmdPrevious", 5850, 1000}, {"cmdNext", 6900, 900},
+      {"cmdGoto", 7850, 900},           {"cmdObserved", 8800, 1000}, {"cmdCDC", 9850, 850},
+      {"cmdClearGoto", 4100, 1700},     {"cmdEdit", 5850, 1350}};
   static const std::vector<Place> compact{
       {"txtRecordCounter", 45, 1900}, {"cmdPrevious", 2045, 1050}, {"cmdNext", 3145, 1050},
       {"cmdGoto", 4245, 1050},        {"cmdObserved", 5345, 1050}, {"cmdCDC", 6445, 900},
@@ -214,9 +216,9 @@ QWidget* CurrentList::buildDetails() {
   auto* panel = new QWidget(this);
   panel->setObjectName(QStringLiteral("fraDetails"));
   auto* grid = new QGridLayout(panel);
-  grid->setContentsMargins(2, 2, 2, 2);
+  grid->setContentsMargins(2, 0, 2, 0);
   grid->setHorizontalSpacing(4);
-  grid->setVerticalSpacing(compact ? 4 : 1);
+  grid->setVerticalSpacing(0);
   for (int n = 1; n <= 13; ++n) {
     auto* e = new QLineEdit(panel);
     e->setObjectName(QStringLiteral("Text%1").arg(n));
@@ -224,51 +226,54 @@ QWidget* CurrentList::buildDetails() {
     e->setMinimumWidth(8);
     texts_.push_back(e);
   }
+  QFont small = font();
+  small.setPointSizeF(small.pointSizeF() * 0.85);
+  // Captions sit small above their fields, so the panel fits under the chart.
+  auto label = [&](const QString& text, const char* name) {
+    QLabel* l = caption(text, panel, name);
+    l->setFont(small);
+    return l;
+  };
+  auto box = [&](std::initializer_list<std::pair<QLineEdit*, int>> parts) {
+    auto* w = new QWidget(panel);
+    auto* h = new QHBoxLayout(w);
+    h->setContentsMargins(0, 0, 0, 0);
+    h->setSpacing(2);
+    for (const auto& [e, stretch] : parts) h->addWidget(e, stretch);
+    return w;
+  };
+  text(9)->setAlignment(Qt::AlignCenter);
+  text(9)->setMaximumWidth(22);
   int row = 0;
   if (compact) {
     auto* head = caption(QStringLiteral("Current Object Info"), panel, "lblCurrentObjectInfo");
     QFont bold = head->font();
     bold.setBold(true);
     head->setFont(bold);
-    grid->addWidget(head, row++, 0, 1, 7);
+    grid->addWidget(head, row++, 0, 1, 6);
   }
-  // Right ascension in hours and minutes, declination in sign, degrees and minutes.
-  auto pair = [&](QLineEdit* a, QLineEdit* b, QLineEdit* c = nullptr) {
-    auto* box = new QWidget(panel);
-    auto* h = new QHBoxLayout(box);
-    h->setContentsMargins(0, 0, 0, 0);
-    h->setSpacing(2);
-    if (c) {
-      a->setMaximumWidth(24);
-      a->setAlignment(Qt::AlignCenter);
-    }
-    h->addWidget(a, c ? 0 : 2);
-    h->addWidget(b, 2);
-    if (c) h->addWidget(c, 3);
-    return box;
-  };
-  grid->addWidget(caption(QStringLiteral("Category"), panel, "lblCategory"), row, 0);
-  grid->addWidget(text(1), row, 1, 1, 3);
-  grid->addWidget(caption(QStringLiteral("Number"), panel, "lblNumber"), row, 4);
-  grid->addWidget(text(2), row++, 5, 1, 2);
-  grid->addWidget(caption(QStringLiteral("Common/Alt Name"), panel, "lblName"), row, 0);
-  grid->addWidget(text(3), row++, 1, 1, 6);
-  grid->addWidget(caption(QStringLiteral("Type (sub-category)"), panel, "lblType"), row, 0);
-  grid->addWidget(text(4), row++, 1, 1, 6);
-  grid->addWidget(caption(QStringLiteral("Constellation"), panel, "lblConstellation"), row, 0);
-  grid->addWidget(text(5), row, 1, 1, 3);
-  grid->addWidget(caption(QStringLiteral("Magnitude"), panel, "lblMagnitude"), row, 4);
-  grid->addWidget(text(6), row++, 5, 1, 2);
-  grid->addWidget(caption(QStringLiteral("Right Ascension"), panel, "lblRA"), row, 0);
-  grid->addWidget(pair(text(7), text(8)), row, 1, 1, 3);
-  grid->addWidget(caption(QStringLiteral("Current Altitude"), panel, "lblAltitude"), row, 4);
-  grid->addWidget(text(13), row++, 5, 1, 2);
-  grid->addWidget(caption(QStringLiteral("Declination"), panel, "lblDec"), row, 0);
-  grid->addWidget(pair(text(9), text(10), text(11)), row++, 1, 1, 3);
-  grid->addWidget(caption(QStringLiteral("Additional Information"), panel, "lblInfo"), row, 0);
-  grid->addWidget(text(12), row++, 1, 1, 6);
+  grid->addWidget(label(QStringLiteral("Category"), "lblCategory"), row, 0, 1, 2);
+  grid->addWidget(label(QStringLiteral("Number"), "lblNumber"), row, 2, 1, 2);
+  grid->addWidget(label(QStringLiteral("Magnitude"), "lblMagnitude"), row++, 4, 1, 2);
+  grid->addWidget(text(1), row, 0, 1, 2);
+  grid->addWidget(text(2), row, 2, 1, 2);
+  grid->addWidget(text(6), row++, 4, 1, 2);
+  grid->addWidget(label(QStringLiteral("Common/Alt Name"), "lblName"), row++, 0, 1, 6);
+  grid->addWidget(text(3), row++, 0, 1, 6);
+  grid->addWidget(label(QStringLiteral("Type (sub-category)"), "lblType"), row, 0, 1, 4);
+  grid->addWidget(label(QStringLiteral("Constellation"), "lblConstellation"), row++, 4, 1, 2);
+  grid->addWidget(text(4), row, 0, 1, 4);
+  grid->addWidget(text(5), row++, 4, 1, 2);
+  grid->addWidget(label(QStringLiteral("Right Ascension"), "lblRA"), row, 0, 1, 2);
+  grid->addWidget(label(QStringLiteral("Declination"), "lblDec"), row, 2, 1, 2);
+  grid->addWidget(label(QStringLiteral("Current Altitude"), "lblAltitude"), row++, 4, 1, 2);
+  grid->addWidget(box({{text(7), 1}, {text(8), 1}}), row, 0, 1, 2);
+  grid->addWidget(box({{text(9), 0}, {text(10), 1}, {text(11), 1}}), row, 2, 1, 2);
+  grid->addWidget(text(13), row++, 4, 1, 2);
+  grid->addWidget(label(QStringLiteral("Additional Information"), "lblInfo"), row++, 0, 1, 6);
+  grid->addWidget(text(12), row++, 0, 1, 6);
   grid->setRowStretch(row, 1);
-  for (int c = 1; c <= 6; ++c) grid->setColumnStretch(c, 1);
+  for (int c = 0; c < 6; ++c) grid->setColumnStretch(c, 1);
   QFont strong = text(3)->font();
   strong.setBold(true);
   text(3)->setFont(strong);
@@ -576,7 +581,7 @@ void CurrentList::placeControls() {
   if (compact)
     details_->setGeometry(px(3720), 0, px(3900), std::max(0, px(r.height - 480)));
   else
-    details_->setGeometry(px(45), px(4060), px(4000), std::max(0, px(r.height - 975 - 4100)));
+    details_->setGeometry(px(45), px(4030), px(4000), std::max(0, px(r.height - 30 - 4030)));
   resizing_ = false;
 }
 
