@@ -3,6 +3,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileDialog>
+#include <QScreen>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -20,14 +22,18 @@
 #include "core/appstate.h"
 #include "core/handler.h"
 #include "core/icons.h"
+#include "core/listdocuments.h"
+#include "core/opendocuments.h"
 #include "core/prompter.h"
 #include "core/selectall.h"
 #include "core/settings.h"
 #include "core/setupdialog.h"
+#include "core/twips.h"
 #include "info/frmabout.h"
 #include "info/frmlicense.h"
 #include "info/frmsupport.h"
 #include "info/helpwindow.h"
+#include "lists/listwindow.h"
 #include "scope/gotoflow.h"
 #include "scope/waitcursor.h"
 
@@ -58,6 +64,14 @@ TavorineListMain::TavorineListMain(AppState& state, QWidget* parent)
   setWindowIcon(QIcon(QStringLiteral(":/icons/tavorine.svg")));
   UseWaitCursor(link_);
   quitApplication = [] { QCoreApplication::exit(0); };
+  chooseListFile = [this](bool save, const QString& title, const QString& folder) {
+    return runListFileDialog(save, title, folder);
+  };
+  screenHeightTwips = [this] {
+    const QScreen* s = screen();
+    if (!s) return 15000;
+    return ScreenHeightTwips(s->geometry().height(), s->logicalDotsPerInchY());
+  };
 
   mdi_ = new QMdiArea(this);
   mdi_->setObjectName(QStringLiteral("mdiArea"));
@@ -345,9 +359,67 @@ void TavorineListMain::closeEvent(QCloseEvent* event) {
   mnuExit_Click();
 }
 
-void TavorineListMain::mnuNew_Click() { notYetAvailable(QStringLiteral("New List")); }
-void TavorineListMain::mnuOpen_Click() { notYetAvailable(QStringLiteral("Open Existing List")); }
-void TavorineListMain::mnuMRU_Click(int) { notYetAvailable(QStringLiteral("Opening a list")); }
+QString TavorineListMain::runListFileDialog(bool save, const QString& title,
+                                           const QString& folder) {
+  QFileDialog dialog(this, title, folder, ListFileFilter());
+  dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);  // the program asks its own question
+  dialog.setOption(QFileDialog::ReadOnly, false);
+  if (save) dialog.setDefaultSuffix(QStringLiteral("tlf"));
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return QString();
+  return dialog.selectedFiles().constFirst();
+}
+
+void TavorineListMain::mnuNew_Click() {
+  if (const auto request = NewListRequest(state_, chooseListFile)) openListWindow(*request);
+}
+
+void TavorineListMain::mnuOpen_Click() {
+  if (const auto request = OpenListRequest(state_, chooseListFile)) openListWindow(*request);
+}
+
+void TavorineListMain::mnuMRU_Click(int index) {
+  if (const auto request = RecentListRequest(state_, index)) openListWindow(*request);
+}
+
+void TavorineListMain::openListWindow(const ListDocumentRequest& request) {
+  setText("txtFileName", request.path);
+  setText("txtFileTitle", request.title);
+  const int slot = RegisterOpen(state_, request.title, request.path);
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  const ListVariant variant = UseCompactListWindow(screenHeightTwips())
+                                  ? ListVariant::CurrentListFixed
+                                  : ListVariant::CurrentList;
+  CurrentList* child = nullptr;
+  const bool loaded = RunGuarded(state_.prompter(), [&] {
+    child = new CurrentList(variant, state_, *this);
+  });
+  if (!loaded) {
+    // A document that cannot be shown does not keep one of the nine places.
+    RegisterClose(state_, request.path, slot);
+    QApplication::restoreOverrideCursor();
+    return;
+  }
+  child->setSlot(slot);
+  if (listWindowOpened) listWindowOpened(*child);
+  auto* frame = new QMdiSubWindow;
+  frame->setAttribute(Qt::WA_DeleteOnClose);
+  frame->setWidget(child);
+  frame->setWindowTitle(child->windowTitle());
+  frame->setWindowIcon(windowIcon());
+  mdi_->addSubWindow(frame);
+  frame->show();
+  const ListFormLayout& form = ListFormLayoutFor(variant);
+  const int clientHeight = TwipsToPixels(form.openHeight, child);
+  frame->resize(TwipsToPixels(form.openWidth, child),
+                frame->height() - child->height() + clientHeight);
+  frame->move(0, frame->y());
+  mdi_->setActiveSubWindow(frame);
+  if (child->firstActivatePending()) child->Form_Activate();
+  QApplication::restoreOverrideCursor();
+  setListCommandsEnabled(true);
+}
 void TavorineListMain::mnuImporthcTour_Click() { notYetAvailable(QStringLiteral("Tour import")); }
 void TavorineListMain::mnuImportCurrent_Click() { notYetAvailable(QStringLiteral("CSV import")); }
 void TavorineListMain::mnuImportUser_Click() { notYetAvailable(QStringLiteral("CSV import")); }

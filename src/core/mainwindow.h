@@ -9,6 +9,8 @@
 #include "scope/scopecontrol.h"
 
 class AppState;
+class CurrentList;
+struct ListDocumentRequest;
 class HelpWindow;
 class QAction;
 class QLineEdit;
@@ -45,6 +47,14 @@ class TavorineListMain : public QMainWindow {
   // What ends the process; tests replace it.
   std::function<void()> quitApplication;
 
+  // The file dialog of New (save) and Open; an empty answer is a cancelled dialog. Tests
+  // replace it.
+  std::function<QString(bool save, const QString& title, const QString& folder)> chooseListFile;
+  // The screen's height in twips, which chooses the list window's form. Tests replace it.
+  std::function<int()> screenHeightTwips;
+  // Called with each list window as it opens (the list editor is wired here).
+  std::function<void(CurrentList&)> listWindowOpened;
+
  public slots:
   void mnuExit_Click();
 
@@ -59,6 +69,8 @@ class TavorineListMain : public QMainWindow {
                      const QKeySequence& shortcut, void (TavorineListMain::*slot)());
   void fillWindowMenu();
   void notYetAvailable(const QString& what);
+  void openListWindow(const ListDocumentRequest& request);
+  QString runListFileDialog(bool save, const QString& title, const QString& folder);
 
   // Menu handlers.
   void mnuNew_Click();

@@ -4,7 +4,7 @@
 #include "core/apperror.h"
 #include "scope/gotoflow.h"
 #include "scope/scopecontrol.h"
-#include "scopesim.h"
+#include "support/scopesim.h"
 #include "sky/skycalc.h"
 #include "support/testenv.h"
 

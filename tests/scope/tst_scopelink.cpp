@@ -3,7 +3,7 @@
 
 #include "scope/scopecodec.h"
 #include "scope/scopecontrol.h"
-#include "scopesim.h"
+#include "support/scopesim.h"
 #include "support/testenv.h"
 
 namespace {

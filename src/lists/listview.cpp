@@ -1,0 +1,135 @@
+#include "lists/listview.h"
+
+#include "catalog/database.h"
+#include "catalog/recordset.h"
+
+std::vector<SkyPosition> LoadMapStars(const Database& catalog) {
+  std::vector<SkyPosition> stars;
+  Statement st = catalog.prepare(
+      QStringLiteral("SELECT RAHour, RAMinute, DecSign, DecDeg, DecMinute FROM MapStars"));
+  while (st.step())
+    stars.push_back(SkyPosition{FieldText(st.value(0)), FieldText(st.value(1)),
+                                FieldText(st.value(2)), FieldText(st.value(3)),
+                                FieldText(st.value(4))});
+  return stars;
+}
+
+SkyPosition CurrentRowPosition(const Recordset& rs) {
+  return SkyPosition{rs.text(QStringLiteral("RAHour")), rs.text(QStringLiteral("RAMinute")),
+                     rs.text(QStringLiteral("DecSign")), rs.text(QStringLiteral("DecDeg")),
+                     rs.text(QStringLiteral("DecMinute"))};
+}
+
+ColumnLayouts ListColumnLayouts() {
+  const Qt::Alignment right = Qt::AlignRight, centre = Qt::AlignHCenter, left = Qt::AlignLeft;
+  return {
+      ColumnLayout::captioned(QStringLiteral("#"), 300, right),
+      ColumnLayout::captioned(QStringLiteral("Go"), 300, centre),
+      ColumnLayout::captioned(QStringLiteral("Ob"), 300, centre),
+      ColumnLayout::named(1050, left),
+      ColumnLayout::captioned(QStringLiteral("Number"), 1000, right),
+      ColumnLayout::named(2300, left),
+      ColumnLayout::named(1650, left),
+      ColumnLayout::named(1350, left),
+      ColumnLayout::named(1250, left),
+      ColumnLayout::named(2500, left),
+      ColumnLayout::captioned(QStringLiteral("RA"), 600, left),
+      ColumnLayout::captioned(QStringLiteral("RA"), 600, left),
+      ColumnLayout::captioned(QString(""), 300, centre),
+      ColumnLayout::captioned(QStringLiteral("Dec"), 600, left),
+      ColumnLayout::captioned(QStringLiteral("Dec"), 600, left),
+  };
+}
+
+QString RecordCounterText(int absolutePosition, int recordCount) {
+  if (recordCount < 1) return QString();
+  return QStringLiteral(" Object: ") + QString::number(absolutePosition + 1) +
+         QStringLiteral(" of ") + QString::number(recordCount);
+}
+
+QString ToggledObservedMark(const QString& current) {
+  return current == QLatin1String("Y") ? QStringLiteral(" ") : QStringLiteral("Y");
+}
+
+QString ClearGotoThis() { return QStringLiteral("This"); }
+QString ClearGotoAll() { return QStringLiteral("All"); }
+QString ClearGotoNone() { return QStringLiteral("None"); }
+
+int ClearGotoMarks(Recordset& rs, const QString& choice) {
+  const QString blank = QStringLiteral(" ");
+  if (choice == ClearGotoThis()) {
+    rs.Edit();
+    rs.setValue(QStringLiteral("Goto"), blank);
+    rs.Update();
+    return 1;
+  }
+  if (choice != ClearGotoAll()) return 0;
+  int written = 0;
+  rs.MoveFirst();
+  while (!rs.isEOF()) {
+    rs.Edit();
+    rs.setValue(QStringLiteral("Goto"), blank);
+    rs.Update();
+    ++written;
+    rs.MoveNext();
+  }
+  rs.MoveFirst();
+  return written;
+}
+
+QString ListVariantName(ListVariant variant) {
+  return variant == ListVariant::CurrentListFixed ? QStringLiteral("CurrentListFixed")
+                                                  : QStringLiteral("CurrentList");
+}
+
+const ListFormLayout& ListFormLayoutFor(ListVariant variant) {
+  static const ListFormLayout large{
+      10900, 7400, 10670, 7100, 10900, 7400, 4240, 975, 0,
+      {{QStringLiteral("cmdClearGoto"), 405},
+       {QStringLiteral("cmdEdit"), 405},
+       {QStringLiteral("txtRecordCounter"), 855},
+       {QStringLiteral("cmdCDC"), 855},
+       {QStringLiteral("cmdGoto"), 855},
+       {QStringLiteral("cmdNext"), 855},
+       {QStringLiteral("cmdObserved"), 855},
+       {QStringLiteral("cmdPrevious"), 855}}};
+  static const ListFormLayout compact{
+      11820, 4935, 11670, 4425, 11820, 4935, 8205, 480, 4140,
+      {{QStringLiteral("txtRecordCounter"), 405},
+       {QStringLiteral("cmdClose"), 405},
+       {QStringLiteral("cmdClearGoto"), 405},
+       {QStringLiteral("cmdEdit"), 405},
+       {QStringLiteral("cmdGoto"), 405},
+       {QStringLiteral("cmdNext"), 405},
+       {QStringLiteral("cmdObserved"), 405},
+       {QStringLiteral("cmdPrevious"), 405},
+       {QStringLiteral("cmdCDC"), 405}}};
+  return variant == ListVariant::CurrentListFixed ? compact : large;
+}
+
+ListResize ListResizeRule(ListVariant variant, bool maximized, int areaWidth, int areaHeight,
+                          int width, int height) {
+  const ListFormLayout& l = ListFormLayoutFor(variant);
+  ListResize r;
+  if (maximized && (areaWidth < l.maximizedMinWidth || areaHeight < l.maximizedMinHeight)) {
+    r.restoreNormal = true;
+    return r;
+  }
+  r.width = width;
+  r.height = height;
+  if (!maximized) {
+    if (width < l.minWidth) {
+      r.setWidth = true;
+      r.width = l.minWidth;
+    }
+    if (height < l.minHeight) {
+      r.setHeight = true;
+      r.height = l.minHeight;
+    }
+  }
+  for (const auto& f : l.followers) r.tops.emplace_back(f.control, r.height - f.bottomOffset);
+  r.gridWidth = r.width - l.gridWidthLess;
+  r.gridHeight = r.height - l.gridHeightLess;
+  if (l.skyRightOffset > 0) r.skyLeft = r.width - l.skyRightOffset;
+  return r;
+}
