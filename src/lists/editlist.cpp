@@ -61,6 +61,10 @@ EditList::EditList(AppState& state, TavorineListMain& main, const QString& docum
   setObjectName(QStringLiteral("EditList"));
   setModal(true);
   setPointer(kPointerHourglass);
+  // The controls are laid out in twips for the small dialog font.
+  QFont small = font();
+  small.setPointSizeF(8);
+  setFont(small);
   showUserDateDialog = [this](QWidget* p) {
     frmUserDate dialog(state_, p);
     dialog.exec();
@@ -314,11 +318,13 @@ void EditList::AddSelectedObjects(int tab) {
     if (!page || page->isBOF() || page->isEOF()) return;
     if (!datPrimaryRS) throw AppError::of(ErrNo::NoCurrentRecord);
     DataGrid* pageGrid = SSTab1->pageGrid(tab);
+    // A copy: the page grid's own row handling must not change the list being walked.
+    const QList<qint64> selection = pageGrid->selectedBookmarks();
     setPointer(kPointerHourglass);
     grdDataGrid->setAllowAddNew(true);
     {
       DetachedGrid detached(grdDataGrid, quiet_);
-      AddSelectedRows(*page, *datPrimaryRS, pageGrid->selectedBookmarks());
+      AddSelectedRows(*page, *datPrimaryRS, selection);
     }
     ApplyEditorColumns();
     grdDataGrid->setAllowAddNew(false);
@@ -446,8 +452,8 @@ void EditList::layoutControls() {
                    TwipsToPixels(qMax(0, width), this), TwipsToPixels(qMax(0, height), this));
   };
   Sky->placeAt(0, 0);
-  place(lblUserDate, 0, 2925, 2250, 195);
-  place(cmdUserDate, 2250, 2895, 900, 255);
+  place(lblUserDate, 0, 2925, 2100, 195);
+  place(cmdUserDate, 2100, 2895, 1050, 255);
   place(Label2, 0, 3180, 3150, 220);
   place(grdDataGrid, 0, 3400, 3150, l.gridHeight);
   place(cmdMoveUp, 0, l.moveTop, 950, 375);
