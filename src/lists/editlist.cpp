@@ -70,6 +70,7 @@ EditList::EditList(AppState& state, TavorineListMain& main, const QString& docum
     dialog.exec();
   };
   showFilterDialog = [this](QWidget* p) { ShowFilterDialog(state_, p); };
+  showEditUserList = [this](QWidget* p) { ShowEditUserList(state_, p); };
   buildControls();
   resize(TwipsToPixels(kDesignWidth, this), TwipsToPixels(kDesignHeight, this));
   qApp->installEventFilter(this);
@@ -185,6 +186,10 @@ void EditList::load(const QString& documentPath, const QString& listWindowCaptio
     grdDataGrid->setRecordset(datPrimaryRS.get());
   });
   RunGuarded(prompter, [&] { SSTab1->bindPages(); });
+  // The page "User Supplied" carries the browser's button to edit the user objects; the host
+  // window opens the editor and requeries the page.
+  if (auto* editUser = SSTab1->findChild<QPushButton*>(QStringLiteral("cmdEditUser")))
+    connect(editUser, &QPushButton::clicked, this, [this] { cmdEditUser_Click(); });
   RunGuarded(prompter, [&] {
     catalog_ = Database::open(state_.catalogPath(), Database::Mode::ReadOnly);
     datMapStars = std::make_unique<Recordset>(catalog_, QStringLiteral("MapStars"));
@@ -331,6 +336,15 @@ void EditList::AddSelectedObjects(int tab) {
     while (pageGrid->selectedBookmarkCount() > 0) pageGrid->removeSelectedBookmark(0);
     setPointer(kPointerDefault);
     if (QLineEdit* search = SSTab1->searchBox(tab)) search->setFocus();
+  });
+}
+
+void EditList::cmdEditUser_Click() {
+  RunGuarded(state_.prompter(), [&] {
+    state_.EditUserListCaller = QStringLiteral("Form");
+    showEditUserList(this);
+    repaint();
+    SSTab1->requeryPage(5);
   });
 }
 

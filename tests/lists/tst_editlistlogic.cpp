@@ -34,11 +34,6 @@ class TestEditListLogic : public QObject {
   void init();
   void caption_data();
   void caption();
-  void nextDisplayOrder_data();
-  void nextDisplayOrder();
-  void fallbacks_data();
-  void fallbacks();
-  void counter();
   void addNumbering_data();
   void addNumbering();
   void addCopiesWithFallbacks();
@@ -52,8 +47,6 @@ class TestEditListLogic : public QObject {
   void autoSortDependsOnUserDate();
   void autoSortSingleAndEmpty();
   void transactionCommitsOrRollsBack();
-  void neighbourTab_data();
-  void neighbourTab();
 
  private:
   std::unique_ptr<TestEnv> env;
@@ -89,53 +82,6 @@ void TestEditListLogic::caption() {
   QFETCH(QString, window);
   QFETCH(QString, editor);
   QCOMPARE(EditListCaption(window), editor);
-}
-
-void TestEditListLogic::nextDisplayOrder_data() {
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<int>("next");
-  QTest::newRow("empty list") << "" << 1;
-  QTest::newRow("number") << "3" << 4;
-  QTest::newRow("leading number") << "12abc" << 13;
-  QTest::newRow("blank") << " " << 1;
-}
-
-void TestEditListLogic::nextDisplayOrder() {
-  QFETCH(QString, text);
-  QFETCH(int, next);
-  QCOMPARE(NextDisplayOrder(text), next);
-}
-
-void TestEditListLogic::fallbacks_data() {
-  QTest::addColumn<QString>("column");
-  QTest::addColumn<QString>("source");
-  QTest::addColumn<QString>("written");
-  const QStringList texts = {"Category", "ObjectNum", "Name", "Type", "Constellation",
-                             "Magnitude", "Info"};
-  for (const QString& c : texts) QTest::newRow(qPrintable(c)) << c << "" << " ";
-  for (const char* c : {"RAHour", "RAMinute", "DecDeg", "DecMinute"})
-    QTest::newRow(c) << c << "" << "0";
-  QTest::newRow("DecSign") << "DecSign" << "" << "+";
-  QTest::newRow("a blank is kept") << "Info" << " " << " ";
-  QTest::newRow("text passes") << "DecSign" << "-" << "-";
-}
-
-void TestEditListLogic::fallbacks() {
-  QFETCH(QString, column);
-  QFETCH(QString, source);
-  QFETCH(QString, written);
-  QCOMPARE(CopiedColumnText(column, source), written);
-  QVERIFY(CopiedObjectColumns().contains(column));
-}
-
-void TestEditListLogic::counter() {
-  auto db = fixture::list(env->path("l.tlf"), {1, 2, 3});
-  Recordset list(db, "Objects");
-  list.MoveNext();
-  QCOMPARE(ListCounterText(list), QStringLiteral(" Obj: 2 of 3"));
-  auto empty = fixture::list(env->path("e.tlf"));
-  Recordset none(empty, "Objects");
-  QCOMPARE(ListCounterText(none), QString());
 }
 
 // Start from a list, delete the rows named by position (0-based, in this order), then add the
@@ -426,22 +372,6 @@ void TestEditListLogic::transactionCommitsOrRollsBack() {
   QCOMPARE(orders(*other), QList<int>{9});
 }
 
-void TestEditListLogic::neighbourTab_data() {
-  QTest::addColumn<int>("tab");
-  QTest::addColumn<bool>("backwards");
-  QTest::addColumn<int>("next");
-  QTest::newRow("forward") << 3 << false << 4;
-  QTest::newRow("forward wraps") << 7 << false << 0;
-  QTest::newRow("back") << 3 << true << 2;
-  QTest::newRow("back wraps") << 0 << true << 7;
-}
-
-void TestEditListLogic::neighbourTab() {
-  QFETCH(int, tab);
-  QFETCH(bool, backwards);
-  QFETCH(int, next);
-  QCOMPARE(NeighbourTab(tab, backwards), next);
-}
 
 QTEST_GUILESS_MAIN(TestEditListLogic)
 #include "tst_editlistlogic.moc"
