@@ -440,6 +440,25 @@ int Database::changes() const { return sqlite3_changes(db_); }
 
 void Database::raiseLastError() const { throw dbError(db_); }
 
+bool Database::inTransaction() const { return db_ && sqlite3_get_autocommit(db_) == 0; }
+
+Database::Transaction::Transaction(const Database& db) : db_(db) {
+  if (db_.inTransaction()) return;
+  db_.exec(QStringLiteral("BEGIN IMMEDIATE"));
+  active_ = true;
+}
+
+Database::Transaction::~Transaction() {
+  // A failed statement may already have ended the transaction.
+  if (active_ && db_.inTransaction()) sqlite3_exec(db_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Database::Transaction::commit() {
+  if (!active_) return;
+  if (db_.inTransaction()) db_.exec(QStringLiteral("COMMIT"));
+  active_ = false;
+}
+
 namespace {
 QString schemaType(const Database& db, const QString& name) {
   QString n = name;
