@@ -70,7 +70,6 @@ EditList::EditList(AppState& state, TavorineListMain& main, const QString& docum
     dialog.exec();
   };
   showFilterDialog = [this](QWidget* p) { ShowFilterDialog(state_, p); };
-  showEditUserList = [this](QWidget* p) { ShowEditUserList(state_, p); };
   buildControls();
   resize(TwipsToPixels(kDesignWidth, this), TwipsToPixels(kDesignHeight, this));
   qApp->installEventFilter(this);
@@ -186,10 +185,6 @@ void EditList::load(const QString& documentPath, const QString& listWindowCaptio
     grdDataGrid->setRecordset(datPrimaryRS.get());
   });
   RunGuarded(prompter, [&] { SSTab1->bindPages(); });
-  // The page "User Supplied" carries the browser's button to edit the user objects; the host
-  // window opens the editor and requeries the page.
-  if (auto* editUser = SSTab1->findChild<QPushButton*>(QStringLiteral("cmdEditUser")))
-    connect(editUser, &QPushButton::clicked, this, [this] { cmdEditUser_Click(); });
   RunGuarded(prompter, [&] {
     catalog_ = Database::open(state_.catalogPath(), Database::Mode::ReadOnly);
     datMapStars = std::make_unique<Recordset>(catalog_, QStringLiteral("MapStars"));
@@ -207,8 +202,9 @@ void EditList::setEditUserListEnabled(bool enabled) {
 void EditList::setPointer(int pointer) {
   for (; pointerDepth_ > 0; --pointerDepth_) QApplication::restoreOverrideCursor();
   if (pointer == kPointerHourglass || pointer == kPointerCustom) {
-    QApplication::setOverrideCursor(pointer == kPointerHourglass ? Qt::WaitCursor
-                                                                 : Qt::BusyCursor);
+    QApplication::setOverrideCursor(pointer == kPointerHourglass
+                                        ? QCursor(Qt::WaitCursor)
+                                        : CatalogBrowser::filterBusyCursor());
     pointerDepth_ = 1;
   }
 }
@@ -339,15 +335,6 @@ void EditList::AddSelectedObjects(int tab) {
   });
 }
 
-void EditList::cmdEditUser_Click() {
-  RunGuarded(state_.prompter(), [&] {
-    state_.EditUserListCaller = QStringLiteral("Form");
-    showEditUserList(this);
-    repaint();
-    SSTab1->requeryPage(5);
-  });
-}
-
 void EditList::cmdDelete_Click() {
   RunGuarded(state_.prompter(), [&] {
     if (state_.prompter().ask(QStringLiteral("Confirm"), QStringLiteral("Delete this object?"),
@@ -400,12 +387,7 @@ void EditList::cmdUserDate_Click() {
     const QDateTime before = state_.UserDate;
     showUserDateDialog(this);
     if (state_.UserDate == before) return;
-    if (state_.FilterOn) {
-      setPointer(kPointerCustom);
-      BuildAltitudeWhere(state_, SiderealDegreesAtUserDate(state_));
-      refreshPages();
-      setPointer(kPointerDefault);
-    }
+    if (state_.FilterOn) refreshPages();
     lblUserDate->setText(UserDateLabel(state_.UserDate));
     DrawSkyChart();
     PlotSelected();
@@ -415,8 +397,7 @@ void EditList::cmdUserDate_Click() {
 void EditList::cmdFilterAlt_Click() {
   RunGuarded(state_.prompter(), [&] {
     if (state_.FilterOn) {
-      setPointer(kPointerHourglass);
-      TurnFilterOff(state_);
+      state_.FilterOn = false;
       refreshPages();
       return;
     }
@@ -427,16 +408,15 @@ void EditList::cmdFilterAlt_Click() {
     showFilterDialog(this);
     if (state_.FilterCancelled) return;
     repaint();
-    setPointer(kPointerCustom);
     state_.FilterOn = true;
-    BuildAltitudeWhere(state_, SiderealDegreesAtUserDate(state_));
     refreshPages();
   });
 }
 
-// The pages rebound to the shared query state, then the activation lays them out again.
+// The pages rebuilt for the filter in force (for the observing date) and rebound, then the
+// activation lays them out again.
 void EditList::refreshPages() {
-  SSTab1->bindPages();
+  SSTab1->refreshFilter(SiderealDegreesAtUserDate(state_));
   Form_Activate();
 }
 

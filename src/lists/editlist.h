@@ -30,7 +30,6 @@ class EditList : public QDialog {
   // The dialogs the editor opens; tests replace them.
   std::function<void(QWidget*)> showUserDateDialog;
   std::function<void(QWidget*)> showFilterDialog;
-  std::function<void(QWidget*)> showEditUserList;
 
   Recordset* listRecordset() const { return datPrimaryRS.get(); }
   CatalogBrowser* browser() const { return SSTab1; }
@@ -43,7 +42,6 @@ class EditList : public QDialog {
   void DrawSkyChart();
   void ApplyEditorColumns();
   void AddSelectedObjects(int tab);
-  void cmdEditUser_Click();
 
   void done(int result) override;
 

@@ -233,11 +233,6 @@ quint32 EditListMarkerColour(int markerSource, qint32 objectColor) {
   return markerSource == 1 ? quint32(objectColor) : 0x0000FFFFu;
 }
 
-void TurnFilterOff(AppState& state) {
-  for (PageQuery& q : state.Pages) q.Where = QStringLiteral("WHERE True");
-  state.FilterOn = false;
-}
-
 int FilterFormTopFor(int windowTopTwips, int windowHeightTwips) {
   return windowTopTwips + windowHeightTwips - 5800;
 }

@@ -101,9 +101,5 @@ QString AddButtonCaption(bool onCurrentPage);
 // MarkerSource 1 marks a list row in the object colour, anything else a catalog row in yellow.
 quint32 EditListMarkerColour(int markerSource, qint32 objectColor);
 
-// The filter turned off in the editor: every page's WHERE back to "WHERE True" (PageFilter
-// keeps its text) and FilterOn false.
-void TurnFilterOff(AppState& state);
-
 // Where the Filter dialog goes: the editor's top plus its height less 5800 twips.
 int FilterFormTopFor(int windowTopTwips, int windowHeightTwips);

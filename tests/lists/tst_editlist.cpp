@@ -77,7 +77,6 @@ class TestEditList : public QObject {
   void dateChange();
   void dateDialogDrivenByName();
   void tabsAndCaptions();
-  void editUserObjects();
   void markerFollowsTheList();
   void screenshot();
 
@@ -361,17 +360,6 @@ void TestEditList::tabsAndCaptions() {
     if (b->objectName().startsWith("cmdAdd") && b->text() == "&Add <--") ++withKey;
   QCOMPARE(withKey, 1);
   QVERIFY(env->prompter.entries.isEmpty());
-}
-
-void TestEditList::editUserObjects() {
-  EditList* e = openEditor(makeList(1));
-  int shown = 0;
-  e->showEditUserList = [&](QWidget*) {
-    ++shown;
-    QCOMPARE(env->state->EditUserListCaller, QStringLiteral("Form"));
-  };
-  e->cmdEditUser_Click();
-  QCOMPARE(shown, 1);
 }
 
 void TestEditList::markerFollowsTheList() {
