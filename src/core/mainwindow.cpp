@@ -30,6 +30,7 @@
 #include "core/setupdialog.h"
 #include "core/twips.h"
 #include "info/frmabout.h"
+#include "lists/editlist.h"
 #include "info/frmlicense.h"
 #include "info/frmsupport.h"
 #include "info/helpwindow.h"
@@ -402,6 +403,9 @@ void TavorineListMain::openListWindow(const ListDocumentRequest& request) {
     return;
   }
   child->setSlot(slot);
+  child->openEditor = [this](CurrentList& list) {
+    ShowEditList(state_, *this, list.documentPath(), list.windowTitle(), this);
+  };
   if (listWindowOpened) listWindowOpened(*child);
   auto* frame = new QMdiSubWindow;
   frame->setAttribute(Qt::WA_DeleteOnClose);
