@@ -6,19 +6,11 @@
 #include <random>
 #include <vector>
 
+#include "silentprompter.h"
 #include "core/appstate.h"
 #include "core/prompter.h"
 #include "lists/autosort.h"
 #include "sky/skycalc.h"
-
-namespace {
-class SilentPrompter : public Prompter {
- public:
-  void message(const QString&, const QString&) override {}
-  Answer ask(const QString&, const QString&, Buttons, Answer d) override { return d; }
-  void beep() override {}
-};
-}  // namespace
 
 int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);

@@ -8,6 +8,7 @@
 #include <QTextStream>
 #include <cstdio>
 
+#include "silentprompter.h"
 #include "catalog/catalogpages.h"
 #include "catalog/database.h"
 #include "catalog/recordset.h"
@@ -18,12 +19,6 @@
 
 namespace {
 
-class SilentPrompter : public Prompter {
- public:
-  void message(const QString&, const QString&) override {}
-  Answer ask(const QString&, const QString&, Buttons, Answer d) override { return d; }
-  void beep() override {}
-};
 
 const char* kColumns =
     "Category TEXT COLLATE NOCASE, ObjectNum NUMERIC, Name TEXT COLLATE NOCASE, "

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 
+#include "silentprompter.h"
 #include "catalog/catalogpages.h"
 #include "catalog/database.h"
 #include "catalog/recordset.h"
@@ -17,12 +18,6 @@
 #include "lists/editlistlogic.h"
 
 namespace {
-class SilentPrompter : public Prompter {
- public:
-  void message(const QString&, const QString&) override {}
-  Answer ask(const QString&, const QString&, Buttons, Answer d) override { return d; }
-  void beep() override {}
-};
 
 QString freshList(const AppState& state, const QTemporaryDir& dir, const QString& name) {
   const QString path = dir.filePath(name);
