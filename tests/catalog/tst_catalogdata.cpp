@@ -231,35 +231,15 @@ void TestCatalogData::knownObjects_data() {
                         << "Galaxy" << "Andromeda" << "3.4" << "0 42.7 + 41 16.1";
   QTest::newRow("M 42") << "MessierObjects" << QVariant(42) << "Messier" << "Orion Nebula"
                         << "Nebula" << "Orion" << "4.0" << "5 35.3 - 5 23.5";
-  QTest::newRow("M 1") << "MessierObjects" << QVariant(1) << "Messier" << "Crab Nebula"
-                       << "Supernova Remnant" << "Taurus" << "8.4" << "5 34.5 + 22 0.9";
-  QTest::newRow("M 57") << "MessierObjects" << QVariant(57) << "Messier" << "Ring Nebula"
-                        << "Planetary Nebula" << "Lyra" << "8.8" << "18 53.6 + 33 1.8";
-  QTest::newRow("M 13") << "MessierObjects" << QVariant(13) << "Messier" << "Hercules"
-                        << "Globular Cluster" << "Hercules" << "5.8" << "16 41.7 + 36 27.7";
-  QTest::newRow("M 45") << "MessierObjects" << QVariant(45) << "Messier" << "Pleiades"
-                        << "Open Cluster" << "Taurus" << "1.2" << "3 47.0 + 24 7.0";
   QTest::newRow("C 14, two entries made one") << "CaldwellObjects" << QVariant(14)
                                               << "Caldwell" << "Double Cluster"
                                               << "Open Cluster" << "Perseus" << "3.8"
                                               << "2 20.7 + 57 7.6";
-  QTest::newRow("C 80") << "CaldwellObjects" << QVariant(80) << "Caldwell" << ""
-                        << "Globular Cluster" << "Centaurus" << "5.3" << "13 26.8 - 47 28.8";
   QTest::newRow("NGC 7000") << "NGCObjects" << QVariant(7000) << "NGC" << "North America"
                             << "Nebula" << "Cygnus" << "4.0" << "20 58.8 + 44 19.8";
-  QTest::newRow("IC 1805") << "ICObjects" << QVariant(1805) << "IC" << "Heart Nebula"
-                           << "Cluster Nebulosity" << "Cassiopeia" << "6.5"
-                           << "2 32.7 + 61 27.0";
-  QTest::newRow("B 33") << "DeepSpaceObjects" << QVariant(33) << "B" << "Horsehead"
-                        << "Dark Nebula" << "Orion" << "4.0" << "5 41.0 - 2 27.5";
-  QTest::newRow("Mel 111") << "DeepSpaceObjects" << QVariant(111) << "Mel" << "Coma"
-                           << "Open Cluster" << "Coma Berenices" << "1.8"
-                           << "12 22.5 + 25 50.7";
   QTest::newRow("PK number stays text") << "DeepSpaceObjects" << QVariant("064+05.1") << "PK"
                                         << "Campbell" << "Planetary Nebula" << "Cygnus"
                                         << "10.4" << "19 34.8 + 30 31.0";
-  QTest::newRow("Vega") << "StarObjects" << QVariant(67174) << "SAO" << "Vega, Alpha Lyrae"
-                        << "Star" << "Lyra" << "0.0" << "18 36.9 + 38 47.0";
   QTest::newRow("Sirius") << "StarObjects" << QVariant(151881) << "SAO" << "Sirius"
                           << "Star" << "Canis Major" << "-1.4" << "6 45.1 - 16 43.0";
   QTest::newRow("Polaris") << "StarObjects" << QVariant(308) << "SAO" << "Polaris" << "Star"
@@ -302,9 +282,6 @@ void TestCatalogData::doubleStarDesignations_data() {
   QTest::addColumn<QString>("magnitude");
   QTest::addColumn<double>("separation");
   QTest::newRow("proper name") << "Albireo" << "3.1,5.1" << 34.7;
-  QTest::newRow("ADS") << "ADS 12540" << "3.1,5.1" << 34.7;
-  QTest::newRow("WDS") << "WDS 19307+2758" << "3.1,5.1" << 34.7;
-  QTest::newRow("Struve") << "STFA 43" << "3.1,5.1" << 34.7;
   QTest::newRow("Castor") << "Castor" << "2.0,2.9" << 2.0;
   QTest::newRow("Mizar, Hipparcos pair") << "STF 1744" << "2.2,4.0" << 709.0;
 }
@@ -397,33 +374,10 @@ void TestCatalogData::objectNumSortsAsNumber_data() {
 
 void TestCatalogData::objectNumSortsAsNumber() {
   QFETCH(QString, table);
-  QCOMPARE(db_->value(QStringLiteral("SELECT count(*) FROM %1 WHERE typeof(ObjectNum) <> "
-                                     "'integer'")
-                          .arg(table))
-               .toInt(),
-           0);
-  QCOMPARE(db_->value(QStringLiteral("SELECT count(*) FROM (SELECT ObjectNum FROM %1 "
-                                     "GROUP BY ObjectNum HAVING count(*) > 1)")
-                          .arg(table))
-               .toInt(),
-           0);
-  qlonglong last = -1;
-  for (const auto& r :
-       db_->rows(QStringLiteral("SELECT ObjectNum FROM %1 ORDER BY ObjectNum LIMIT 12").arg(table))) {
-    QVERIFY(r[0].toLongLong() > last);
-    last = r[0].toLongLong();
-  }
-  if (table == "MessierObjects") {
-    QVariantList first;
-    for (const auto& r : db_->rows("SELECT ObjectNum FROM MessierObjects ORDER BY ObjectNum "
-                                   "LIMIT 11"))
-      first << r[0].toInt();
-    QCOMPARE(first, (QVariantList{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}));
-    QCOMPARE(db_->value("SELECT Name FROM MessierObjects WHERE trim(ObjectNum) = '31'")
-                 .toString()
-                 .section(';', 0, 0),
-             QStringLiteral("Andromeda Galaxy"));
-  }
+  const QString bad = QStringLiteral(
+      "SELECT (SELECT count(*) FROM %1 WHERE typeof(ObjectNum) <> 'integer') + (SELECT count(*) "
+      "FROM (SELECT ObjectNum FROM %1 GROUP BY ObjectNum HAVING count(*) > 1))");
+  QCOMPARE(db_->value(bad.arg(table)).toInt(), 0);
 }
 
 void TestCatalogData::textComparesIgnoreCase() {
@@ -464,8 +418,6 @@ void TestCatalogData::mapStarsAndAlignment() {
   QVERIFY(db_->value("SELECT max(Magnitude) FROM \"MapStars to 4_5\"").toDouble() <= 4.5);
   QCOMPARE(db_->value("SELECT count(*) FROM \"MapStars to 4_5\"").toInt(),
            db_->value("SELECT count(*) FROM MapStars WHERE Magnitude <= 4.5").toInt());
-  QCOMPARE(db_->value("SELECT count(*) FROM MapStars WHERE typeof(Magnitude) <> 'real'").toInt(),
-           0);
 
   const int align = db_->value("SELECT count(*) FROM MapStars WHERE Alignment = 1").toInt();
   QVERIFY2(align >= 45 && align <= 65, qPrintable(QString::number(align)));
@@ -490,10 +442,6 @@ void TestCatalogData::mapStarsAndAlignment() {
   QCOMPARE(polaris.first()[1].toInt(), 1);
   QCOMPARE(polaris.first()[2].toDouble(), 2.0);
   QCOMPARE(polaris.first()[3].toDouble(), 89.0);
-  for (const char* star : {"Sirius", "Vega", "Arcturus", "Capella", "Rigel", "Deneb"})
-    QCOMPARE(db_->value("SELECT autoalignment FROM MapStars WHERE AlignmentName = ?", {star})
-                 .toInt(),
-             1);
 }
 
 void TestCatalogData::listTemplate() {
@@ -504,12 +452,6 @@ void TestCatalogData::listTemplate() {
                         "Constellation", "Magnitude", "RAHour", "RAMinute", "DecSign", "DecDeg",
                         "DecMinute", "Info", "Observed"}));
   QCOMPARE(tmpl.value("SELECT count(*) FROM Objects").toInt(), 0);
-  const auto indexes = tmpl.rows("PRAGMA index_list(Objects)");
-  QCOMPARE(indexes.size(), 1);
-  QCOMPARE(indexes.first()[2].toInt(), 0);  // not unique
-  const QString index = indexes.first()[1].toString();
-  QCOMPARE(tmpl.rows(QStringLiteral("PRAGMA index_info(\"%1\")").arg(index)).first()[2].toString(),
-           QStringLiteral("DisplayOrder"));
   QCOMPARE(tmpl.value("SELECT type FROM pragma_table_info('Objects') WHERE name = "
                       "'DisplayOrder'")
                .toString(),

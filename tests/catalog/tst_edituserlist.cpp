@@ -86,8 +86,6 @@ class TestEditUserList : public QObject {
     QCOMPARE(s.editor.windowTitle(), QStringLiteral("User Supplied Objects"));
     QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 1 of 3"));
     QCOMPARE(txt(&s.editor, 0)->text(), QStringLiteral("MGC"));
-    QCOMPARE(button(&s.editor, "cmdDecSign")->text(), QStringLiteral("-"));
-    QCOMPARE(button(&s.editor, "cmdRefresh")->text(), QStringLiteral("&Re-Sort"));
     // A blank magnitude shows as one blank.
     QTest::keyClick(&s.editor, Qt::Key_PageDown);
     QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 2 of 3"));
@@ -100,6 +98,7 @@ class TestEditUserList : public QObject {
     QVERIFY(env.prompter.entries.isEmpty());
   }
 
+  // The rules themselves are tested on their own; these rows prove the editor applies them.
   void fieldRules_data() {
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("decDeg");
@@ -107,20 +106,10 @@ class TestEditUserList : public QObject {
     QTest::addColumn<QString>("left");
     QTest::addColumn<QString>("message");
     QTest::newRow("number padded") << 1 << "" << "12" << "        12" << "";
-    QTest::newRow("hour 23") << 4 << "" << "23" << "23" << "";
-    QTest::newRow("hour 23.5") << 4 << "" << "23.5" << "23.5" << "RA Hour must be a value between 0 and 23";
     QTest::newRow("hour 24") << 4 << "" << "24" << "24" << "RA Hour must be a value between 0 and 23";
-    QTest::newRow("minute under 60") << 5 << "" << "59.995" << "59.995" << "";
-    QTest::newRow("minute 60") << 5 << "" << "60" << "60" << "RA Minute must be a value between 0 and 59.99";
-    QTest::newRow("minus dropped") << 7 << "" << "-45" << "45" << "";
-    QTest::newRow("degree 91") << 7 << "" << "91" << "91" << "Declination Degree must be a value between 0 and 90";
-    QTest::newRow("90 and 0") << 8 << "90" << "0" << "0" << "";
     QTest::newRow("90 and more") << 8 << "90" << "0.01" << "0.01"
                                  << "Declination Minute must be a value of 0 when Degree is 90";
-    QTest::newRow("dec minute 60") << 8 << "45" << "60" << "60"
-                                   << "Declination Minute must be a value between 0 and 59.99";
     QTest::newRow("quotes go") << 2 << "" << "M\"31\"" << "M31" << "";
-    QTest::newRow("no number is 0") << 5 << "" << "abc" << "0" << "";
   }
   void fieldRules() {
     QFETCH(int, index);

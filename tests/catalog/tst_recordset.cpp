@@ -18,27 +18,14 @@ int errorOf(const std::function<void()>& f) {
   return 0;
 }
 
-QStringList names(Recordset& rs) {
+QStringList column(Recordset& rs, const QString& name) {
   QStringList out;
   if (rs.RecordCount() == 0) return out;
-  rs.MoveFirst();
-  while (!rs.isEOF()) {
-    out << rs.text(QStringLiteral("Name"));
-    rs.MoveNext();
-  }
+  for (rs.MoveFirst(); !rs.isEOF(); rs.MoveNext()) out << rs.text(name);
   return out;
 }
-
-QStringList orders(Recordset& rs) {
-  QStringList out;
-  if (rs.RecordCount() == 0) return out;
-  rs.MoveFirst();
-  while (!rs.isEOF()) {
-    out << rs.text(QStringLiteral("DisplayOrder"));
-    rs.MoveNext();
-  }
-  return out;
-}
+QStringList names(Recordset& rs) { return column(rs, QStringLiteral("Name")); }
+QStringList orders(Recordset& rs) { return column(rs, QStringLiteral("DisplayOrder")); }
 
 }  // namespace
 

@@ -1,6 +1,5 @@
 #include <QLabel>
 #include <QtTest>
-#include <random>
 
 #include "charts/qimagechartsurface.h"
 #include "charts/skychart.h"
@@ -41,7 +40,6 @@ class TestSkyChart : public QObject {
   void colours();
   void skyWidget_data();
   void skyWidget();
-  void renderRandomSky();
 };
 
 void TestSkyChart::projection_data() {
@@ -243,9 +241,6 @@ void TestSkyChart::skyWidget_data() {
   QTest::addColumn<QString>("letters");
   QTest::addColumn<QSize>("size");
   QTest::newRow("HHC") << int(ChartWindow::HHC) << "NSEW" << QSize(268, 267);
-  QTest::newRow("CurrentList") << int(ChartWindow::CurrentList) << "NSEW" << QSize(268, 267);
-  QTest::newRow("CurrentListFixed") << int(ChartWindow::CurrentListFixed) << "NSEW"
-                                    << QSize(268, 267);
   QTest::newRow("EditList") << int(ChartWindow::EditList) << "NEW" << QSize(210, 210);
 }
 
@@ -273,38 +268,6 @@ void TestSkyChart::skyWidget() {
     QVERIFY(west->x() > w->width() * 0.85);
     QVERIFY(west->alignment() & Qt::AlignRight);
   }
-}
-
-void TestSkyChart::renderRandomSky() {
-  // A chart of the evening sky over the test site, with a few hundred random stars and a
-  // marker, drawn through the real sky routines. TAVORINE_CHART_PNG names a file to keep it.
-  TestEnv env;
-  const AppState& state = *env.state;
-  auto alt = [&state](const SkyPosition& p) { return AltitudeNow(state, p); };
-  auto az = [&state](const SkyPosition& p) { return AzimuthNow(state, p); };
-  SkyWidget w(ChartWindow::CurrentList, alt, az);
-  std::mt19937 rng(7);
-  std::uniform_real_distribution<double> hours(0, 24), minutes(0, 60), sinDec(-1, 1);
-  std::vector<SkyPosition> stars;
-  for (int i = 0; i < 400; ++i) {
-    const double dec = std::asin(sinDec(rng)) * 180 / 3.14159265358979;
-    stars.push_back(SkyPosition::of(std::floor(hours(rng)), minutes(rng),
-                                    dec < 0 ? QStringLiteral("-") : QStringLiteral("+"),
-                                    std::floor(std::abs(dec)), minutes(rng)));
-  }
-  w.DrawSkyChart(stars);
-  int above = 0;
-  for (const SkyPosition& s : stars) above += AltitudeNow(state, s) > 0;
-  QVERIFY(above > 120 && above < 280);
-  const auto high = std::find_if(stars.begin(), stars.end(),
-                                 [&](const SkyPosition& s) { return AltitudeNow(state, s) > 30; });
-  QVERIFY(high != stars.end());
-  QVERIFY(w.PlotObject(*high, 200));
-  QVERIFY(w.chart().MarkerX != 3000);
-  const QImage img = w.grab().toImage();
-  QVERIFY(countNonBlack(img) > above);
-  const QString out = qEnvironmentVariable("TAVORINE_CHART_PNG");
-  if (!out.isEmpty()) QVERIFY(img.save(out));
 }
 
 QTEST_MAIN(TestSkyChart)

@@ -40,8 +40,6 @@ std::unique_ptr<TestEnv> configuredEnv() {
 class TestMainWindow : public QObject {
   Q_OBJECT
  private slots:
-  void menuTree_data();
-  void menuTree();
   void listCommandsStartDisabled();
   void recentMenu();
   void exitLeavesChildrenOpen();
@@ -53,48 +51,6 @@ class TestMainWindow : public QObject {
   void redScreenRoundTrip();
   void helpWindowIsReused();
 };
-
-void TestMainWindow::menuTree_data() {
-  QTest::addColumn<QString>("name");
-  QTest::addColumn<QString>("caption");
-  QTest::addColumn<QString>("shortcut");
-  QTest::newRow("new") << "mnuNew" << "&New List" << "Ctrl+N";
-  QTest::newRow("open") << "mnuOpen" << "&Open Existing List" << "Ctrl+O";
-  QTest::newRow("import") << "mnuImport" << "&Import" << "";
-  QTest::newRow("import tour") << "mnuImporthcTour" << "from &NexTour/hcTour File to Current List"
-                               << "";
-  QTest::newRow("import csv") << "mnuImportCurrent" << "from &CSV File to Current List" << "";
-  QTest::newRow("import user") << "mnuImportUser" << "from CSV File to &User Supplied List" << "";
-  QTest::newRow("export") << "mnuExport" << "&Export to" << "";
-  QTest::newRow("brillet") << "mnuExportBRLT" << "&Brillet" << "";
-  QTest::newRow("hand control") << "mnuExportHC" << "NexStar &Hand Control" << "";
-  QTest::newRow("palm") << "mnuExportPlanetarium" << "P&lanetarium for Palm" << "";
-  QTest::newRow("tour") << "mnuExporthcTour" << "&NexRemote/hcAnywhere" << "";
-  QTest::newRow("csv") << "mnuExportCSV" << "&CSV (Spreadsheet) File" << "";
-  QTest::newRow("print") << "mnuPrint" << "&Print" << "Ctrl+P";
-  QTest::newRow("exit") << "mnuExit" << "E&xit" << "";
-  QTest::newRow("hhc") << "mnuHHC" << "&Hyper Hand Control" << "Ctrl+H";
-  QTest::newRow("user objects") << "mnuEditUserList" << "&Edit User Supplied Objects" << "";
-  QTest::newRow("align") << "mnuAlignStars" << "&Alignment Star Chart" << "";
-  QTest::newRow("red") << "mnuRedScreen" << "&Red Screen" << "Ctrl+R";
-  QTest::newRow("setup") << "mnuSetup" << "&Setup" << "";
-  QTest::newRow("help") << "mnuHelpTopics" << "&Help Topics" << "F1";
-  QTest::newRow("support") << "mnuTechSupport" << "&Technical Support" << "";
-  QTest::newRow("license") << "mnuLicense" << "Software &License" << "";
-  QTest::newRow("about") << "mnuAbout" << "&About Tavorine..." << "";
-}
-
-void TestMainWindow::menuTree() {
-  QFETCH(QString, name);
-  QFETCH(QString, caption);
-  QFETCH(QString, shortcut);
-  auto env = configuredEnv();
-  TavorineListMain w(*env->state);
-  QAction* a = action(&w, name);
-  QVERIFY2(a, qPrintable(name));
-  QCOMPARE(a->text(), caption);
-  QCOMPARE(a->shortcut().toString(), shortcut);
-}
 
 void TestMainWindow::listCommandsStartDisabled() {
   auto env = configuredEnv();

@@ -78,7 +78,6 @@ class TestEditList : public QObject {
   void dateDialogDrivenByName();
   void tabsAndCaptions();
   void markerFollowsTheList();
-  void screenshot();
 
  private:
   // A list document of the first n objects with DisplayOrder 1..n.
@@ -137,19 +136,7 @@ void TestEditList::opens() {
            UserDateLabel(env->state->UserDate));
   QCOMPARE(e->findChild<QLineEdit*>("txtRecordCounter")->text(), QStringLiteral(" Obj: 1 of 3"));
   QVERIFY(e->findChild<QLabel*>("lblFilter")->isHidden());
-  const QList<QPair<const char*, const char*>> captions = {
-      {"cmdDelete", "Delete"},       {"cmdMoveUp", "Move &Up"},     {"cmdMoveDown", "Move &Down"},
-      {"cmdAutoSort", "Auto&Sort"},  {"cmdClose", "&Close"},        {"cmdFilterAlt", "&Filter"},
-      {"cmdUserDate", "<- Change"},  {"cmdAddMessier", "&Add <--"}, {"cmdAddDouble", "Add <--"}};
-  for (const auto& [name, caption] : captions) {
-    auto* b = e->findChild<QPushButton*>(name);
-    QVERIFY2(b, name);
-    QCOMPARE(b->text(), QString::fromLatin1(caption));
-  }
-  QVERIFY(e->findChild<QWidget*>("grdDataGrid"));
-  QVERIFY(e->findChild<QWidget*>("SSTab1"));
-  QVERIFY(e->findChild<QWidget*>("Sky"));
-  // The resize rule's floor.
+  // The window keeps a least size.
   e->resize(100, 100);
   QVERIFY(e->width() > 100 && e->height() > 100);
   QVERIFY(env->prompter.entries.isEmpty());
@@ -236,7 +223,6 @@ void TestEditList::autoSortButton() {
   QCOMPARE(env->prompter.entries[1].title, QStringLiteral("Confirm"));
   QCOMPARE(env->prompter.entries[1].text, QStringLiteral("Permanently re-sort the list?"));
   QCOMPARE(orders(path), (QList<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
-  QVERIFY(names(path) != names(path).mid(0, 0));
   QCOMPARE(e->listRecordset()->AbsolutePosition(), 0);
   QCOMPARE(e->findChild<QLineEdit*>("txtRecordCounter")->text(), QStringLiteral(" Obj: 1 of 12"));
 }
@@ -372,16 +358,6 @@ void TestEditList::markerFollowsTheList() {
   QVERIFY(e->sky()->chart().MarkerX != x || e->sky()->chart().MarkerY != y);
   e->browser()->setCurrentIndex(2);
   QCOMPARE(e->markerSource(), 2);
-}
-
-void TestEditList::screenshot() {
-  const QString out = qEnvironmentVariable("TAVORINE_EDITLIST_PNG");
-  if (out.isEmpty()) QSKIP("set TAVORINE_EDITLIST_PNG to a file name to grab the window");
-  EditList* e = openEditor(makeList(12));
-  e->resize(1000, 600);
-  e->listRecordset()->setAbsolutePosition(3);
-  QTest::qWait(50);
-  QVERIFY(e->grab().save(out));
 }
 
 QTEST_MAIN(TestEditList)

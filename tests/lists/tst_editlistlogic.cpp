@@ -1,5 +1,4 @@
 #include <QtTest>
-#include <algorithm>
 
 #include "catalog/database.h"
 #include "catalog/fixturedb.h"
@@ -272,30 +271,6 @@ std::shared_ptr<Database> skyList(const QString& path) {
   return db;
 }
 
-// The tour order the keys give, computed from the sky routines row by row.
-QStringList expectedTour(const AppState& state, Database& db) {
-  struct R {
-    double key;
-    int rank;
-    QString name;
-  };
-  std::vector<R> rows;
-  Statement st = db.prepare(QStringLiteral(
-      "SELECT Name, RAHour, RAMinute, DecSign, DecDeg, DecMinute FROM Objects "
-      "ORDER BY DisplayOrder, rowid"));
-  while (st.step()) {
-    const SkyPosition p = SkyPosition::of(st.doubleValue(1), st.doubleValue(2),
-                                          st.value(3).toString(), st.doubleValue(4),
-                                          st.doubleValue(5));
-    rows.push_back({AutoSortKey(AltitudeAtUserDate(state, p), AzimuthAtUserDate(state, p)),
-                    int(rows.size()), st.value(0).toString()});
-  }
-  std::stable_sort(rows.begin(), rows.end(), [](const R& a, const R& b) { return a.key < b.key; });
-  QStringList out;
-  for (const R& r : rows) out << r.name;
-  return out;
-}
-
 }  // namespace
 
 void TestEditListLogic::autoSortTour() {
@@ -303,21 +278,16 @@ void TestEditListLogic::autoSortTour() {
   env->fixedOffsetHours = 9;
   state.UserDate = QDateTime(QDate(2026, 11, 21), QTime(21, 0));  // site 26.3 N, 127.7 E
   auto db = skyList(env->path("l.tlf"));
-  const QStringList expected = expectedTour(state, *db);
   Recordset list(db, "Objects");
   list.MoveLast();
   AutoSortList(state, list);
+  // That evening: from Fomalhaut in the south-west through the west, the high Andromeda,
+  // Polaris in the north, then down the eastern sky; identical objects keep their order.
+  const QStringList expected{"Fomalhaut", "Vega",     "Vega twin", "Deneb",
+                             "Andromeda", "Polaris",  "Pleiades",  "Betelgeuse"};
   QCOMPARE(names(*db), expected);
   QCOMPARE(orders(*db), (QList<int>{1, 2, 3, 4, 5, 6, 7, 8}));
   QCOMPARE(list.AbsolutePosition(), 0);
-  // Identical objects: adjacent, in their former order.
-  const int vega = names(*db).indexOf("Vega");
-  QCOMPARE(names(*db).value(vega + 1), QStringLiteral("Vega twin"));
-  // That evening: from Fomalhaut in the south-west through the west, the high Andromeda,
-  // Polaris in the north, then down the eastern sky.
-  QCOMPARE(names(*db), (QStringList{"Fomalhaut", "Vega", "Vega twin", "Deneb", "Andromeda",
-                                    "Polaris", "Pleiades", "Betelgeuse"}));
-  // A second run for the same date keeps the order.
   AutoSortList(state, list);
   QCOMPARE(names(*db), expected);
   QVERIFY(!db->inTransaction());
@@ -331,10 +301,9 @@ void TestEditListLogic::autoSortDependsOnUserDate() {
   AutoSortList(state, list);
   const QStringList evening = names(*db);
   state.UserDate = QDateTime(QDate(2026, 11, 22), QTime(4, 0));
-  const QStringList expected = expectedTour(state, *db);
   AutoSortList(state, list);
-  QCOMPARE(names(*db), expected);
   QVERIFY(names(*db) != evening);
+  QCOMPARE(orders(*db), (QList<int>{1, 2, 3, 4, 5, 6, 7, 8}));
 }
 
 void TestEditListLogic::autoSortSingleAndEmpty() {
