@@ -369,6 +369,18 @@ void TestSetup::dialogControlsAndCaptions() {
   QVERIFY(ports->count() > 0);
   if (ports->itemData(0).toString().isEmpty())
     QCOMPARE(ports->itemText(0), QStringLiteral("(no ports found)"));
+
+  // A port typed by hand that is not among those found leaves none of them shown as chosen.
+  env.state->settings.CommPort = QStringLiteral("/dev/pts/99");
+  Setup typed(*env.state);
+  auto* typedPorts = child<QComboBox>(typed, "cmbFoundPorts");
+  QCOMPARE(child<QLineEdit>(typed, "txtCommPort")->text(), QStringLiteral("/dev/pts/99"));
+  if (!typedPorts->itemData(0).toString().isEmpty()) {
+    QCOMPARE(typedPorts->currentIndex(), -1);
+    env.state->settings.CommPort = typedPorts->itemData(0).toString();
+    Setup found(*env.state);
+    QCOMPARE(child<QComboBox>(found, "cmbFoundPorts")->currentIndex(), 0);
+  }
 }
 
 void TestSetup::dialogOpensOnSettings() {
