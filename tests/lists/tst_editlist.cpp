@@ -145,6 +145,10 @@ void TestEditList::opens() {
     auto* b = e->findChild<QPushButton*>(name);
     QVERIFY2(b, name);
     QCOMPARE(b->text(), QString::fromLatin1(caption));
+    // The whole caption shows, with a little room at each side.
+    const int textWidth =
+        b->fontMetrics().horizontalAdvance(QString::fromLatin1(caption).remove(QLatin1Char('&')));
+    QVERIFY2(b->width() >= textWidth + 8, name);
   }
   QVERIFY(e->findChild<QWidget*>("grdDataGrid"));
   QVERIFY(e->findChild<QWidget*>("SSTab1"));
