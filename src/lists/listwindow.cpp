@@ -583,8 +583,9 @@ void CurrentList::placeControls() {
   const int gridLeft = compact ? 45 : 4100;
   grid_->setGeometry(px(gridLeft), 0, std::max(0, px(r.gridWidth)), std::max(0, px(r.gridHeight)));
   if (r.skyLeft >= 0) sky_->placeAt(r.skyLeft, sky_->constants().top);
-  if (compact)
-    details_->setGeometry(px(3720), 0, px(3900), std::max(0, px(r.height - 480)));
+  if (compact)  // between the grid and the chart, however wide the grid has grown
+    details_->setGeometry(px(std::max(3720, gridLeft + r.gridWidth + 60)), 0, px(3900),
+                          std::max(0, px(r.height - 480)));
   else
     details_->setGeometry(px(45), px(4030), px(4000), std::max(0, px(r.height - 30 - 4030)));
   resizing_ = false;

@@ -476,6 +476,10 @@ void TestListWindow::compactWindowFollowsItsWidth() {
   QCOMPARE(w.findChild<QPushButton*>(QStringLiteral("cmdGoto"))->y(),
            TwipsToPixels(6000 - 405, &w));
   QCOMPARE(w.grdDataGrid()->height(), TwipsToPixels(6000 - 480, &w));
+  // The detail panel goes along between the wider grid and the chart, over neither.
+  const QRect details = w.findChild<QWidget*>(QStringLiteral("fraDetails"))->geometry();
+  QVERIFY(details.left() > w.grdDataGrid()->geometry().right());
+  QVERIFY(details.right() < w.Sky()->x());
 }
 
 
