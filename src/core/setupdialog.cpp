@@ -254,16 +254,22 @@ void Setup::load() {
 
 void Setup::fillFoundPorts() {
   cmbFoundPorts_->clear();
+  // Only a found port that is the one in use shows as chosen; otherwise the box offers them.
+  cmbFoundPorts_->setPlaceholderText(QStringLiteral("Ports found"));
+  int chosen = -1;
   const auto ports = QSerialPortInfo::availablePorts();
   for (const QSerialPortInfo& p : ports) {
     const QString description = p.description().isEmpty() ? p.portName() : p.description();
     cmbFoundPorts_->addItem(p.systemLocation() + QStringLiteral(" (") + description +
                                 QLatin1Char(')'),
                             p.systemLocation());
-    if (p.systemLocation() == txtCommPort_->text().trimmed())
-      cmbFoundPorts_->setCurrentIndex(cmbFoundPorts_->count() - 1);
+    if (p.systemLocation() == txtCommPort_->text().trimmed()) chosen = cmbFoundPorts_->count() - 1;
   }
-  if (cmbFoundPorts_->count() == 0) cmbFoundPorts_->addItem(QStringLiteral("(no ports found)"));
+  if (cmbFoundPorts_->count() == 0) {
+    cmbFoundPorts_->addItem(QStringLiteral("(no ports found)"));
+    chosen = 0;
+  }
+  cmbFoundPorts_->setCurrentIndex(chosen);
 }
 
 void Setup::setCommPortRoute(bool serial) {

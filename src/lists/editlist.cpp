@@ -450,8 +450,8 @@ void EditList::layoutControls() {
   place(cmdUserDate, 2100, 2895, 1050, 255);
   place(Label2, 0, 3180, 3150, 220);
   place(grdDataGrid, 0, 3400, 3150, l.gridHeight);
-  place(cmdMoveUp, 0, l.moveTop, 950, 375);
-  place(cmdMoveDown, 1000, l.moveTop, 950, 375);
+  place(cmdMoveUp, 0, l.moveTop, 850, 375);
+  place(cmdMoveDown, 880, l.moveTop, 1100, 375);
   place(txtRecordCounter, 2000, l.moveTop, 1150, 375);
   place(cmdDelete, 0, l.buttonTop, 1000, 375);
   place(cmdAutoSort, 1050, l.buttonTop, 1000, 375);

@@ -268,12 +268,14 @@ QWidget* CurrentList::buildDetails() {
   grid->addWidget(label(QStringLiteral("Declination"), "lblDec"), row, 2, 1, 2);
   grid->addWidget(label(QStringLiteral("Current Altitude"), "lblAltitude"), row++, 4, 1, 2);
   grid->addWidget(box({{text(7), 1}, {text(8), 1}}), row, 0, 1, 2);
-  grid->addWidget(box({{text(9), 0}, {text(10), 1}, {text(11), 1}}), row, 2, 1, 2);
+  // Degrees take at most three figures; the minutes need room for a decimal.
+  grid->addWidget(box({{text(9), 0}, {text(10), 2}, {text(11), 3}}), row, 2, 1, 2);
   grid->addWidget(text(13), row++, 4, 1, 2);
   grid->addWidget(label(QStringLiteral("Additional Information"), "lblInfo"), row++, 0, 1, 6);
   grid->addWidget(text(12), row++, 0, 1, 6);
   grid->setRowStretch(row, 1);
-  for (int c = 0; c < 6; ++c) grid->setColumnStretch(c, 1);
+  // The declination's three fields get a little more than the two of right ascension.
+  for (int c = 0; c < 6; ++c) grid->setColumnStretch(c, c == 2 || c == 3 ? 5 : 4);
   QFont strong = text(3)->font();
   strong.setBold(true);
   text(3)->setFont(strong);
@@ -301,8 +303,11 @@ void CurrentList::refreshDetails() {
                                  "DecSign",  "DecDeg",    "DecMinute", "Info"};
   Recordset* rs = datPrimary_.get();
   const bool row = rs && rs->hasCurrentRow();
-  for (int n = 1; n <= 12; ++n)
+  for (int n = 1; n <= 12; ++n) {
     text(n)->setText(row ? rs->text(QString::fromLatin1(fields[n - 1])) : QString());
+    // A long name shows from its beginning, not from where the caret was left.
+    text(n)->setCursorPosition(0);
+  }
   if (!row) text(13)->clear();
 }
 
@@ -578,8 +583,9 @@ void CurrentList::placeControls() {
   const int gridLeft = compact ? 45 : 4100;
   grid_->setGeometry(px(gridLeft), 0, std::max(0, px(r.gridWidth)), std::max(0, px(r.gridHeight)));
   if (r.skyLeft >= 0) sky_->placeAt(r.skyLeft, sky_->constants().top);
-  if (compact)
-    details_->setGeometry(px(3720), 0, px(3900), std::max(0, px(r.height - 480)));
+  if (compact)  // between the grid and the chart, however wide the grid has grown
+    details_->setGeometry(px(std::max(3720, gridLeft + r.gridWidth + 60)), 0, px(3900),
+                          std::max(0, px(r.height - 480)));
   else
     details_->setGeometry(px(45), px(4030), px(4000), std::max(0, px(r.height - 30 - 4030)));
   resizing_ = false;

@@ -31,6 +31,7 @@ class TestSetup : public QObject {
   void okLettersInCoordinate();
   void cancel();
 
+  void foundPortsShowThePortInUse();
   void dialogMissingFolder();
   void dialogHemisphereThenCancel();
   void dialogAltitudeOffThenOk();
@@ -329,6 +330,22 @@ void TestSetup::cancel() {
   QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")), QByteArray("kept"));
 }
 
+// A port typed by hand that is not among those found leaves none of them shown as chosen.
+void TestSetup::foundPortsShowThePortInUse() {
+  TestEnv env;
+  env.state->settings.CommPort = QStringLiteral("/dev/pts/99");
+  Setup typed(*env.state);
+  auto* typedPorts = child<QComboBox>(typed, "cmbFoundPorts");
+  QCOMPARE(child<QLineEdit>(typed, "txtCommPort")->text(), QStringLiteral("/dev/pts/99"));
+  if (typedPorts->itemData(0).toString().isEmpty()) {
+    QCOMPARE(typedPorts->itemText(0), QStringLiteral("(no ports found)"));
+    return;
+  }
+  QCOMPARE(typedPorts->currentIndex(), -1);
+  env.state->settings.CommPort = typedPorts->itemData(0).toString();
+  Setup found(*env.state);
+  QCOMPARE(child<QComboBox>(found, "cmbFoundPorts")->currentIndex(), 0);
+}
 
 void TestSetup::dialogMissingFolder() {
   TestEnv env;

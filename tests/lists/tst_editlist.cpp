@@ -136,6 +136,14 @@ void TestEditList::opens() {
            UserDateLabel(env->state->UserDate));
   QCOMPARE(e->findChild<QLineEdit*>("txtRecordCounter")->text(), QStringLiteral(" Obj: 1 of 3"));
   QVERIFY(e->findChild<QLabel*>("lblFilter")->isHidden());
+  // Every command button shows its whole caption, with a little room at each side.
+  for (const char* name : {"cmdDelete", "cmdMoveUp", "cmdMoveDown", "cmdAutoSort", "cmdClose",
+                           "cmdFilterAlt", "cmdUserDate", "cmdAddMessier"}) {
+    auto* b = e->findChild<QPushButton*>(name);
+    QVERIFY2(b, name);
+    const int textWidth = b->fontMetrics().horizontalAdvance(b->text().remove(QLatin1Char('&')));
+    QVERIFY2(b->width() >= textWidth + 8, name);
+  }
   // The window keeps a least size.
   e->resize(100, 100);
   QVERIFY(e->width() > 100 && e->height() > 100);

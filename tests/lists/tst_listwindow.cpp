@@ -110,6 +110,8 @@ class TestListWindow : public QObject {
   void resizeRule_data();
   void resizeRule();
   void compactWindowFollowsItsWidth();
+  void detailsReadable_data();
+  void detailsReadable();
 };
 
 void TestListWindow::loadAndColumns() {
@@ -452,6 +454,37 @@ void TestListWindow::compactWindowFollowsItsWidth() {
   QCOMPARE(w.findChild<QPushButton*>(QStringLiteral("cmdGoto"))->y(),
            TwipsToPixels(6000 - 405, &w));
   QCOMPARE(w.grdDataGrid()->height(), TwipsToPixels(6000 - 480, &w));
+  // The detail panel goes along between the wider grid and the chart, over neither.
+  const QRect details = w.findChild<QWidget*>(QStringLiteral("fraDetails"))->geometry();
+  QVERIFY(details.left() > w.grdDataGrid()->geometry().right());
+  QVERIFY(details.right() < w.Sky()->x());
+}
+
+
+void TestListWindow::detailsReadable_data() {
+  QTest::addColumn<int>("variant");
+  QTest::newRow("CurrentList") << int(ListVariant::CurrentList);
+  QTest::newRow("CurrentListFixed") << int(ListVariant::CurrentListFixed);
+}
+
+// At the telescope the panel is read at a glance: a long name from its start, the minutes whole.
+void TestListWindow::detailsReadable() {
+  QFETCH(int, variant);
+  TestEnv probe;
+  std::vector<ListRow> rows = stars(*probe.state);
+  rows[1].name = QStringLiteral("Albireo,Beta-1 Cygni,6 Cygni,ADS 12540,WDS 19307+2758,STFA 43");
+  rows[1].position.decMinutes = QStringLiteral("57.6");
+  Rig rig(rows, ListVariant(variant));
+  rig.list->show();
+  QVERIFY(QTest::qWaitForWindowExposed(rig.list.get()));
+  rig.key(Qt::Key_Down);
+  auto* name = rig.list->findChild<QLineEdit*>(QStringLiteral("Text3"));
+  QCOMPARE(name->text(), rows[1].name);
+  QCOMPARE(name->cursorPosition(), 0);
+  auto* minutes = rig.list->findChild<QLineEdit*>(QStringLiteral("Text11"));
+  QCOMPARE(minutes->text(), QStringLiteral("57.6"));
+  QVERIFY2(minutes->width() >= minutes->fontMetrics().horizontalAdvance(QStringLiteral("57.6")) + 8,
+           qPrintable(QString::number(minutes->width())));
 }
 
 QTEST_MAIN(TestListWindow)
