@@ -89,7 +89,11 @@ void ReadFilterFile(const QString& path, FilterSettings& f) {
 }
 
 QDateTime InitialUserDate(const QDateTime& now) {
-  if (now.time().hour() < 6) return now;
+  if (now.time().hour() < 6) {
+    // The clock reads to the second.
+    const QTime t = now.time();
+    return QDateTime(now.date(), QTime(t.hour(), t.minute(), t.second()));
+  }
   return QDateTime(now.date(), QTime(22, 0));
 }
 
