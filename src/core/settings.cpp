@@ -160,6 +160,10 @@ void LoadStartupState(AppState& state) {
     state.settings.FirstRun = 1;
     state.settings.DataDir = state.defaultDataDir;
   } else {
+    // A file cut short (an empty one, say) leaves the fields it lacks at their defaults, the
+    // list folder included, rather than at nothing.
+    state.settings = ProgramSettings{};
+    state.settings.DataDir = state.defaultDataDir;
     QByteArray bytes;
     trapped(state, [&] { bytes = ReadWholeFile(state.settingsPath()); });
     RecordReader reader(bytes);

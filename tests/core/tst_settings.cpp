@@ -19,6 +19,7 @@ class TestSettings : public QObject {
   void firstStart();
   void cancelledFirstRunIsRepairedOnNextStart();
   void shortFilterFileRepairsSettings();
+  void emptySettingsFileKeepsTheDefaultFolder();
   void badFieldIsShownAndStartGoesOn();
   void recentFiles_data();
   void recentFiles();
@@ -162,6 +163,19 @@ void TestSettings::cancelledFirstRunIsRepairedOnNextStart() {
   QCOMPARE(repaired.count(','), 15);
   QVERIFY(repaired.endsWith(",#TRUE#,200\r\n"));
   QVERIFY(next.prompter.entries.isEmpty());
+}
+
+void TestSettings::emptySettingsFileKeepsTheDefaultFolder() {
+  TestEnv env;
+  env.state->settings.DataDir.clear();  // as a fresh program holds it before start-up
+  env.writeFile("config/TavorineList.ini", QByteArray());
+  LoadStartupState(*env.state);
+  QCOMPARE(env.state->settings.DataDir, env.state->defaultDataDir);
+  QCOMPARE(env.state->settings.FirstRun, qint16(1));
+  QCOMPARE(env.state->LastListFolder, env.state->defaultDataDir);
+  const QByteArray repaired = env.readFile("config/TavorineList.ini");
+  QVERIFY(repaired.startsWith("\"GT\",\"1\",\"" + env.state->defaultDataDir.toUtf8() + "\",1,"));
+  QVERIFY(repaired.endsWith(",#TRUE#,200\r\n"));
 }
 
 void TestSettings::shortFilterFileRepairsSettings() {
