@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStringDecoder>
 #include <cmath>
 
 #include "core/apperror.h"
@@ -17,7 +18,7 @@ void RecordWriter::separate() {
 RecordWriter& RecordWriter::text(const QString& value) {
   separate();
   data_ += '"';
-  data_ += value.toLatin1();
+  data_ += EncodeRecordText(value);
   data_ += '"';
   return *this;
 }
@@ -44,6 +45,24 @@ RecordWriter& RecordWriter::endRecord() {
   data_ += "\r\n";
   fieldInRecord_ = false;
   return *this;
+}
+
+// A folder or a list title may hold letters the single-byte code page lacks (a Linux path is
+// UTF-8); such a text is kept in UTF-8 rather than turned into question marks.
+QByteArray EncodeRecordText(const QString& text) {
+  for (QChar c : text)
+    if (c.unicode() > 0xFF) return text.toUtf8();
+  return text.toLatin1();
+}
+
+QString DecodeRecordText(const QByteArray& bytes) {
+  bool ascii = true;
+  for (char c : bytes)
+    if (static_cast<unsigned char>(c) > 0x7F) ascii = false;
+  if (ascii) return QString::fromLatin1(bytes);
+  QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+  const QString decoded = utf8.decode(bytes);
+  return utf8.hasError() ? QString::fromLatin1(bytes) : decoded;
 }
 
 namespace {
@@ -89,7 +108,7 @@ QByteArray RecordReader::field(bool* quoted) {
 
 QString RecordReader::text() {
   bool quoted = false;
-  return QString::fromLatin1(field(&quoted));
+  return DecodeRecordText(field(&quoted));
 }
 
 double RecordReader::number() {

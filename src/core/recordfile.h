@@ -44,6 +44,11 @@ class RecordReader {
   int pos_ = 0;
 };
 
+// Texts are written in the single-byte code page (Latin-1) when it holds them, otherwise in
+// UTF-8; a reader takes a text that is valid UTF-8 as such and any other as Latin-1.
+QByteArray EncodeRecordText(const QString& text);
+QString DecodeRecordText(const QByteArray& bytes);
+
 // Reads a whole file; a missing file raises error 53.
 QByteArray ReadWholeFile(const QString& path);
 // Writes a whole file safely (the old content stays if the write fails); raises error 75.

@@ -89,7 +89,11 @@ void ReadFilterFile(const QString& path, FilterSettings& f) {
 }
 
 QDateTime InitialUserDate(const QDateTime& now) {
-  if (now.time().hour() < 6) return now;
+  if (now.time().hour() < 6) {
+    // The clock reads to the second.
+    const QTime t = now.time();
+    return QDateTime(now.date(), QTime(t.hour(), t.minute(), t.second()));
+  }
   return QDateTime(now.date(), QTime(22, 0));
 }
 
@@ -156,6 +160,10 @@ void LoadStartupState(AppState& state) {
     state.settings.FirstRun = 1;
     state.settings.DataDir = state.defaultDataDir;
   } else {
+    // A file cut short (an empty one, say) leaves the fields it lacks at their defaults, the
+    // list folder included, rather than at nothing.
+    state.settings = ProgramSettings{};
+    state.settings.DataDir = state.defaultDataDir;
     QByteArray bytes;
     trapped(state, [&] { bytes = ReadWholeFile(state.settingsPath()); });
     RecordReader reader(bytes);

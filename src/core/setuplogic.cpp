@@ -6,6 +6,7 @@
 #include "core/numtext.h"
 #include "core/prompter.h"
 #include "core/settings.h"
+#include "scope/scopeport.h"
 #include "scope/scopetypes.h"
 
 QStringList ScopeTypeCaptions() {
@@ -14,9 +15,7 @@ QStringList ScopeTypeCaptions() {
   return captions;
 }
 
-bool CommPortIsSerial(const QString& commPort) {
-  return commPort.trimmed().startsWith(QLatin1Char('/')) || Val(commPort) > 0;
-}
+bool CommPortIsSerial(const QString& commPort) { return ScopeRoute::of(commPort).serial; }
 
 SetupFields SetupOpeningFields(const ProgramSettings& s) {
   SetupFields f;

@@ -13,10 +13,13 @@ class TestSettings : public QObject {
   void shortRecordWithoutObjectColor();
   void readerFields_data();
   void readerFields();
+  void textFieldEncoding_data();
+  void textFieldEncoding();
   void filterRoundTrip();
   void firstStart();
   void cancelledFirstRunIsRepairedOnNextStart();
   void shortFilterFileRepairsSettings();
+  void emptySettingsFileKeepsTheDefaultFolder();
   void badFieldIsShownAndStartGoesOn();
   void recentFiles_data();
   void recentFiles();
@@ -84,6 +87,29 @@ void TestSettings::readerFields() {
   }
 }
 
+// Folders and list titles come back as they were written, whatever letters they hold; a
+// single-byte file from before keeps reading as such.
+void TestSettings::textFieldEncoding_data() {
+  QTest::addColumn<QString>("text");
+  QTest::addColumn<QByteArray>("bytes");
+  QTest::newRow("ascii") << QStringLiteral("/home/ann/Data/") << QByteArray("/home/ann/Data/");
+  QTest::newRow("latin-1") << QStringLiteral("/home/ren\u00E9e/Donn\u00E9es/")
+                           << QByteArray("/home/ren\xE9" "e/Donn\xE9" "es/");
+  QTest::newRow("beyond latin-1") << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/")
+                                  << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/").toUtf8();
+}
+
+void TestSettings::textFieldEncoding() {
+  QFETCH(QString, text);
+  QFETCH(QByteArray, bytes);
+  RecordWriter w;
+  w.text(text).text(QStringLiteral("next")).endRecord();
+  QCOMPARE(w.bytes(), QByteArray("\"") + bytes + QByteArray("\",\"next\"\r\n"));
+  RecordReader r(w.bytes());
+  QCOMPARE(r.text(), text);
+  QCOMPARE(r.text(), QStringLiteral("next"));
+}
+
 void TestSettings::filterRoundTrip() {
   TestEnv env;
   FilterSettings f;
@@ -137,6 +163,19 @@ void TestSettings::cancelledFirstRunIsRepairedOnNextStart() {
   QCOMPARE(repaired.count(','), 15);
   QVERIFY(repaired.endsWith(",#TRUE#,200\r\n"));
   QVERIFY(next.prompter.entries.isEmpty());
+}
+
+void TestSettings::emptySettingsFileKeepsTheDefaultFolder() {
+  TestEnv env;
+  env.state->settings.DataDir.clear();  // as a fresh program holds it before start-up
+  env.writeFile("config/TavorineList.ini", QByteArray());
+  LoadStartupState(*env.state);
+  QCOMPARE(env.state->settings.DataDir, env.state->defaultDataDir);
+  QCOMPARE(env.state->settings.FirstRun, qint16(1));
+  QCOMPARE(env.state->LastListFolder, env.state->defaultDataDir);
+  const QByteArray repaired = env.readFile("config/TavorineList.ini");
+  QVERIFY(repaired.startsWith("\"GT\",\"1\",\"" + env.state->defaultDataDir.toUtf8() + "\",1,"));
+  QVERIFY(repaired.endsWith(",#TRUE#,200\r\n"));
 }
 
 void TestSettings::shortFilterFileRepairsSettings() {
@@ -224,6 +263,7 @@ void TestSettings::initialUserDate_data() {
   QTest::addColumn<QTime>("expected");
   QTest::newRow("03:00 keeps the present") << QTime(3, 0, 17) << QTime(3, 0, 17);
   QTest::newRow("05:59") << QTime(5, 59, 59) << QTime(5, 59, 59);
+  QTest::newRow("milliseconds dropped") << QTime(4, 10, 5, 870) << QTime(4, 10, 5);
   QTest::newRow("06:00 gives 22:00") << QTime(6, 0) << QTime(22, 0);
   QTest::newRow("23:30 gives 22:00 of the same day") << QTime(23, 30) << QTime(22, 0);
 }
