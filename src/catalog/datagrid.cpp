@@ -73,15 +73,29 @@ void DataGrid::followRecordset(int row) {
   const int col = qMax(0, currentIndex().column());
   if (row >= 0 && row < model_->rowCount()) {
     const QModelIndex idx = model_->index(row, col);
+    // Judged before the view's own scrolling to the new current cell.
+    const ScrollHint hint = scrollHintFor(idx);
     selectionModel()->setCurrentIndex(idx, QItemSelectionModel::ClearAndSelect |
                                                QItemSelectionModel::Rows);
-    scrollTo(idx);
+    scrollTo(idx, hint);
   } else {
     selectionModel()->clearCurrentIndex();
     selectionModel()->clearSelection();
   }
   following_ = false;
   announceRowChange();
+}
+
+// A step onto the row just past an edge scrolls by that row; a far jump (a search, a move to
+// the last row) centres the row, so it is not left on the bottom edge of the grid.
+QAbstractItemView::ScrollHint DataGrid::scrollHintFor(const QModelIndex& idx) const {
+  const QRect area = viewport()->rect();
+  const QRect rect = visualRect(idx);
+  if (area.isEmpty()) return EnsureVisible;
+  const int rowH = qMax(1, rowHeight(idx.row()));
+  const bool nearBottom = rect.top() < area.bottom() + rowH;
+  const bool nearTop = rect.bottom() > area.top() - rowH;
+  return nearBottom && nearTop ? EnsureVisible : PositionAtCenter;
 }
 
 void DataGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

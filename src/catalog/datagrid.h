@@ -73,6 +73,7 @@ class DataGrid : public QTableView {
 
  private:
   void followRecordset(int row);
+  ScrollHint scrollHintFor(const QModelIndex& idx) const;
   void announceRowChange();
   void showError(const QString& text);
   void syncMarks();

@@ -57,7 +57,7 @@ std::optional<ListDocumentRequest> NewListRequest(AppState& state,
     if (path.isEmpty()) return std::nullopt;
     if (!path.endsWith(QLatin1String(".tlf"), Qt::CaseInsensitive)) path += QStringLiteral(".tlf");
     const QString title = ListDocumentTitle(path);
-    state.LastListFolder = ListFolderOf(path, title);
+    state.LastListFolder = ListFolderOf(path, QFileInfo(path).fileName());
     if (QFileInfo::exists(path) &&
         state.prompter().ask(QStringLiteral("Confirm"), OverwriteQuestion(path),
                              Prompter::Buttons::YesNo,
@@ -80,7 +80,7 @@ std::optional<ListDocumentRequest> OpenListRequest(AppState& state,
     const QString path = choose(false, OpenListDialogTitle(), state.LastListFolder);
     if (path.isEmpty()) return std::nullopt;
     const QString title = ListDocumentTitle(path);
-    state.LastListFolder = ListFolderOf(path, title);
+    state.LastListFolder = ListFolderOf(path, QFileInfo(path).fileName());
     if (IsAlreadyOpen(state, path)) {
       state.prompter().message(QStringLiteral("Oops"), AlreadyOpenMessage(path));
       return std::nullopt;

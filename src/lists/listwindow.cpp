@@ -11,6 +11,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -416,9 +417,9 @@ void CurrentList::cmdObserved_Click() {
     if (!datPrimary_->hasCurrentRow()) return;
     const QString mark = ToggledObservedMark(grid_->columnText(QStringLiteral("Observed")));
     grid_->setAllowUpdate(true);
+    const auto readOnly = qScopeGuard([this] { grid_->setAllowUpdate(false); });
     grid_->setColumnText(QStringLiteral("Observed"), mark);
     datPrimary_->Update();
-    grid_->setAllowUpdate(false);
   });
 }
 
@@ -437,10 +438,11 @@ void CurrentList::cmdClearGoto_Click() {
 void CurrentList::cmdEdit_Click() {
   RunGuarded(state_.prompter(), [&] {
     {
-      Hourglass hourglass;
+      // The editor shows its own hourglass while it loads and clears it when it is up; one
+      // held here would stay over the editor for as long as it is open.
       timer_->stop();
+      const auto restart = qScopeGuard([this] { timer_->start(); });
       if (openEditor) openEditor(*this);
-      timer_->start();
     }
     datPrimary_->Requery();
     update();
@@ -467,9 +469,9 @@ void CurrentList::cmdGoto_Click() {
       },
       [this] {
         grid_->setAllowUpdate(true);
+        const auto readOnly = qScopeGuard([this] { grid_->setAllowUpdate(false); });
         grid_->setColumnText(QStringLiteral("Goto"), QStringLiteral("Y"));
         datPrimary_->Update();
-        grid_->setAllowUpdate(false);
       },
       [this] { main_.switchPositionTimers(); });
 }

@@ -104,6 +104,41 @@ class TestDataGrid : public QObject {
     QCOMPARE(grid.rowHeight(0), h);
   }
 
+  void farMovesCentreTheRow_data() {
+    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("target");
+    QTest::addColumn<bool>("centred");
+    QTest::newRow("far down") << 0 << 150 << true;
+    QTest::newRow("far up") << 180 << 60 << true;
+    QTest::newRow("one row past the bottom") << 0 << -1 << false;
+  }
+
+  void farMovesCentreTheRow() {
+    QFETCH(int, start);
+    QFETCH(int, target);
+    QFETCH(bool, centred);
+    QList<int> orders;
+    for (int i = 1; i <= 200; ++i) orders << i;
+    auto db = list(orders);
+    Recordset rs(db, ListRecordSource(QStringLiteral("ORDER BY DisplayOrder")));
+    DataGrid grid;
+    grid.resize(600, 300);
+    grid.setRecordset(&rs);
+    grid.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&grid));
+    rs.setAbsolutePosition(start);
+    const int visibleRows = grid.viewport()->height() / grid.rowHeightPixels();
+    QVERIFY(visibleRows > 3);
+    if (target < 0) target = grid.rowAt(grid.viewport()->height() - 1) + 1;
+    rs.setAbsolutePosition(target);
+    const QRect r = grid.visualRect(grid.model()->index(target, 0));
+    QVERIFY(grid.viewport()->rect().contains(r));
+    const int h = grid.viewport()->height();
+    // The grid scrolls by whole rows, so "in the middle" is the middle half of the view.
+    if (centred) QVERIFY(r.top() >= h / 4 && r.bottom() <= h * 3 / 4);
+    else QVERIFY(r.bottom() >= h - 2 * grid.rowHeightPixels());
+  }
+
   void bookmarkSelection() {
     auto db = list({1, 2, 3});
     Recordset rs(db, QStringLiteral("Objects"));

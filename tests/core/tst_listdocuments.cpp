@@ -90,6 +90,8 @@ class TestListDocuments : public QObject {
   void screenHeight();
   void newListFromTemplate();
   void newListCancelled();
+  void folderOfAShortName_data();
+  void folderOfAShortName();
   void newListOverwrite_data();
   void newListOverwrite();
   void newListOverAnOpenList();
@@ -135,6 +137,25 @@ void TestListDocuments::newListFromTemplate() {
   QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileTitle")->text(), QStringLiteral("galaxies"));
   QVERIFY(rig.commandsEnabled());
   QVERIFY(rig.env.prompter.entries.isEmpty());
+}
+
+void TestListDocuments::folderOfAShortName_data() {
+  QTest::addColumn<QString>("command");
+  QTest::newRow("new") << "mnuNew";
+  QTest::newRow("open") << "mnuOpen";
+}
+
+// A name whose letters also stand earlier in the path still leaves the dialog in its folder.
+void TestListDocuments::folderOfAShortName() {
+  QFETCH(QString, command);
+  Rig rig;
+  const QString path = rig.list(QStringLiteral("t"));
+  QVERIFY(rig.env.path("lists/").contains(QLatin1Char('t'), Qt::CaseInsensitive));
+  rig.answers << path;
+  rig.env.prompter.answer(Prompter::Answer::Yes);  // New asks before it overwrites
+  rig.trigger(command.toLatin1().constData());
+  QVERIFY(rig.window(path));
+  QCOMPARE(rig.state().LastListFolder, rig.env.path("lists/"));
 }
 
 void TestListDocuments::newListCancelled() {

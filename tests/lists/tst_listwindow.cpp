@@ -13,6 +13,7 @@
 #include "catalog/datagrid.h"
 #include "catalog/recordset.h"
 #include "charts/skywidget.h"
+#include "core/apperror.h"
 #include "core/mainwindow.h"
 #include "core/numtext.h"
 #include "core/twips.h"
@@ -210,6 +211,16 @@ void TestListWindow::observedToggles() {
   QVERIFY(!rig.list->grdDataGrid()->allowUpdate());
   rig.list->cmdObserved_Click();
   QCOMPARE(ListColumn(rig.path, "Observed")[1], QStringLiteral("Y"));
+
+  // A write that fails is reported and leaves the grid read-only.
+  {
+    Database other(rig.path, Database::Mode::ReadWrite);
+    other.exec(QStringLiteral("DROP TABLE Objects"));
+  }
+  rig.env.prompter.clear();
+  rig.list->cmdObserved_Click();
+  QCOMPARE(rig.env.prompter.entries.size(), 1);
+  QVERIFY(!rig.list->grdDataGrid()->allowUpdate());
 }
 
 void TestListWindow::clearGoto_data() {
@@ -285,19 +296,30 @@ void TestListWindow::sortKeptAfterEditing() {
   rig.list->cmdNext_Click();
   rig.list->cmdNext_Click();
   bool timerStopped = false;
+  bool pointerHeld = true;
   rig.list->openEditor = [&](CurrentList& w) {
     timerStopped = !w.timerAltitude()->isActive();
+    // Nothing of the list window's may stay over the editor's pointer.
+    pointerHeld = QGuiApplication::overrideCursor() != nullptr;
     Database db(rig.path, Database::Mode::ReadWrite);
     db.exec(QStringLiteral("INSERT INTO Objects (DisplayOrder, Name, RAHour, RAMinute, DecSign, "
                            "DecDeg, DecMinute) VALUES (5, 'Aldebaran', 4, 36, '+', 16, 31)"));
   };
   rig.list->findChild<QPushButton*>(QStringLiteral("cmdEdit"))->click();
   QVERIFY(timerStopped);
+  QVERIFY(!pointerHeld);
   QVERIFY(rig.list->timerAltitude()->isActive());
   QCOMPARE(rig.list->sortState().ListSortKey, QStringLiteral("ORDER BY Name"));
   QCOMPARE(rig.names(), (QStringList{"Albireo", "Aldebaran", "Canopus", "Deneb", "Mizar"}));
   QCOMPARE(rig.counter(), QStringLiteral(" Object: 1 of 5"));
   QCOMPARE(rig.field(3), QStringLiteral("Albireo"));
+
+  // An editor that fails to open leaves the altitude running.
+  rig.list->openEditor = [](CurrentList&) { throw AppError::of(ErrNo::FileNotFound); };
+  rig.env.prompter.clear();
+  rig.list->cmdEdit_Click();
+  QCOMPARE(rig.env.prompter.entries.size(), 1);
+  QVERIFY(rig.list->timerAltitude()->isActive());
 }
 
 void TestListWindow::markerFollowsRow() {
