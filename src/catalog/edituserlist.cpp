@@ -93,7 +93,10 @@ void EditUserList::build() {
     txtFields[i]->setProperty("index", i);
     SelectAllOnFocus(txtFields[i]);
     txtFields[i]->installEventFilter(this);
-    connect(txtFields[i], &QLineEdit::textEdited, this, [this, i] { writeField(i); });
+    connect(txtFields[i], &QLineEdit::textEdited, this, [this, i] {
+      if (failedField_ == i) failedField_ = -1;
+      writeField(i);
+    });
   }
   auto label = [&](const char* text) { return new QLabel(QString::fromUtf8(text), this); };
   auto small = [](QLineEdit* e) {
@@ -239,6 +242,7 @@ void EditUserList::reposition() {
 }
 
 void EditUserList::showRecord() {
+  failedField_ = -1;
   showing_ = true;
   const bool row = rs_ && (rs_->hasCurrentRow() || rs_->editMode() == Recordset::EditMode::AddNew);
   for (int i = 0; i < 12; ++i) txtFields[i]->setText(row ? rs_->text(fieldName(i)) : QString());
@@ -263,23 +267,51 @@ void EditUserList::writeField(int index) {
   });
 }
 
-void EditUserList::leaveField(int index) {
+bool EditUserList::leaveField(int index) {
   const QString before = txtFields[index]->text();
   UserFieldCheck check;
   // The field test has a silent trap.
   if (!RunGuarded([&] { check = ValidateUserField(index, before, txtFields[7]->text()); },
                   [](const AppError&) {}))
-    return;
+    return true;
   if (check.text != before) {
     txtFields[index]->setText(check.text);
     writeField(index);
   }
-  if (check.ok()) return;
+  if (check.ok()) {
+    if (failedField_ == index) failedField_ = -1;
+    return true;
+  }
+  failedField_ = index;
   refocusing_ = true;
   state_.prompter().beep();
   state_.prompter().message(UserFieldErrorTitle(), check.message);
   txtFields[index]->setFocus(Qt::OtherFocusReason);
   refocusing_ = false;
+  return false;
+}
+
+// Keys and the data control move the record without taking the focus from the field being
+// typed in, so its test runs here before the record is written; a failed test stops the move.
+bool EditUserList::checkFocusedField() {
+  for (int i = 0; i < 12; ++i) {
+    if (!txtFields[i]->hasFocus() || !txtFields[i]->isEnabled()) continue;
+    // Its message was just shown, as the focus left for a button that then went ahead.
+    if (failedField_ == i) {
+      state_.prompter().beep();
+      return false;
+    }
+    return leaveField(i);
+  }
+  return true;
+}
+
+// A record being typed is written as the window goes, as it would be by a move.
+bool EditUserList::finishEditing() {
+  if (!checkFocusedField()) return false;
+  if (rs_ && rs_->editMode() != Recordset::EditMode::None)
+    return RunGuarded(state_.prompter(), [this] { rs_->Update(); });
+  return true;
 }
 
 bool EditUserList::eventFilter(QObject* watched, QEvent* event) {
@@ -306,6 +338,7 @@ bool EditUserList::eventFilter(QObject* watched, QEvent* event) {
 void EditUserList::moveRecord(int key) {
   // A new record leaves only by Save.
   if (!rs_ || mbAddNewFlag) return;
+  if (!checkFocusedField()) return;
   RunGuarded(state_.prompter(), [&] { ApplyUserEditorMove(*rs_, UserEditorKey(key)); });
 }
 
@@ -328,6 +361,7 @@ void EditUserList::onDecSign() {
 }
 
 void EditUserList::onAdd() {
+  if (!checkFocusedField()) return;
   RunGuarded(state_.prompter(), [this] {
     if (!rs_) throw AppError::of(ErrNo::NoCurrentRecord);
     rs_->AddNew();
@@ -344,6 +378,7 @@ void EditUserList::onAdd() {
 }
 
 void EditUserList::onRefresh() {
+  if (!checkFocusedField()) return;
   RunGuarded(state_.prompter(), [this] {
     if (!rs_) throw AppError::of(ErrNo::NoCurrentRecord);
     rs_->Requery();  // writes an edited or a new record, and sorts
@@ -368,6 +403,7 @@ void EditUserList::onDelete() {
 }
 
 void EditUserList::onFind() {
+  if (!checkFocusedField()) return;
   RunGuarded(state_.prompter(), [this] {
     SearchUser search(state_, rs_.get(), this);
     search.exec();
@@ -375,15 +411,19 @@ void EditUserList::onFind() {
 }
 
 void EditUserList::closeEvent(QCloseEvent* event) {
-  // A record being typed is written as the window goes, as it would be by a move.
-  if (rs_ && rs_->editMode() != Recordset::EditMode::None) {
-    if (!RunGuarded(state_.prompter(), [this] { rs_->Update(); })) {
-      event->ignore();
-      return;
-    }
+  if (!finishEditing()) {
+    event->ignore();
+    return;
   }
   while (QGuiApplication::overrideCursor()) QGuiApplication::restoreOverrideCursor();
   QDialog::closeEvent(event);
+}
+
+// Escape goes the same way as the close box.
+void EditUserList::reject() {
+  if (!finishEditing()) return;
+  while (QGuiApplication::overrideCursor()) QGuiApplication::restoreOverrideCursor();
+  QDialog::reject();
 }
 
 // ---- search ---------------------------------------------------------------------------------

@@ -51,6 +51,7 @@ class EditUserList : public QDialog {
  protected:
   void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void reject() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
@@ -62,7 +63,9 @@ class EditUserList : public QDialog {
   void showRecord();
   void showDecSign();
   void writeField(int index);
-  void leaveField(int index);
+  bool leaveField(int index);
+  bool checkFocusedField();
+  bool finishEditing();
   void enableFields();
   void moveRecord(int key);
 
@@ -79,6 +82,7 @@ class EditUserList : public QDialog {
   bool mbFirstActivate = true;
   bool showing_ = false;     // the boxes are being filled from the record
   bool refocusing_ = false;  // a failed field is taking the focus back
+  int failedField_ = -1;     // the field whose test failed, until it is typed in again
 
   UserDataControl* datUserRS = nullptr;
   std::array<QLineEdit*, 12> txtFields{};

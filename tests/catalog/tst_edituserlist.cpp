@@ -141,6 +141,69 @@ class TestEditUserList : public QObject {
     QCOMPARE(rs->text(EditUserList::fieldName(index)).trimmed(), left.trimmed());
   }
 
+  // Keys, the data control and Escape leave the record without taking the focus from the
+  // field: its test still runs before anything is written, and a failed test stops them.
+  void fieldTestedBeforeTheRecordIsLeft_data() {
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<int>("key");  // with its modifiers
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("quote, page down") << 2 << "M\"31" << int(Qt::Key_PageDown) << "M31" << "";
+    QTest::newRow("quote, escape") << 2 << "M\"31" << int(Qt::Key_Escape) << "M31" << "";
+    QTest::newRow("minus, ctrl page down")
+        << 7 << "-45" << (int(Qt::Key_PageDown) | int(Qt::ControlModifier)) << "45" << "";
+    QTest::newRow("hour 30, page down") << 4 << "30" << int(Qt::Key_PageDown) << "1"
+                                        << "RA Hour must be a value between 0 and 23";
+    QTest::newRow("hour 30, escape") << 4 << "30" << int(Qt::Key_Escape) << "1"
+                                     << "RA Hour must be a value between 0 and 23";
+  }
+  void fieldTestedBeforeTheRecordIsLeft() {
+    QFETCH(int, index);
+    QFETCH(QString, typed);
+    QFETCH(int, key);
+    QFETCH(QString, stored);
+    QFETCH(QString, message);
+    TestEnv env;
+    seed(env, 2);
+    // The first record in order is MGC 7.
+    auto stored_now = [&] {
+      auto db = Database::open(env.state->userListPath(), Database::Mode::ReadOnly);
+      Statement st = db->prepare(
+          QStringLiteral("SELECT %1 FROM UserObjects WHERE Category = 'MGC'")
+              .arg(EditUserList::fieldName(index)));
+      return st.step() ? FieldText(st.value(0)) : QString();
+    };
+    Shown s(*env.state);
+    QLineEdit* f = txt(&s.editor, index);
+    f->setFocus();
+    QCoreApplication::processEvents();
+    f->selectAll();
+    QTest::keyClicks(f, typed);
+    env.prompter.clear();
+    QTest::keyClick(f, Qt::Key(key & ~Qt::KeyboardModifierMask),
+                    Qt::KeyboardModifiers(key & Qt::KeyboardModifierMask));
+    if (message.isEmpty()) {
+      QVERIFY(env.prompter.entries.isEmpty());
+      QCOMPARE(stored_now(), stored);
+      return;
+    }
+    QCOMPARE(env.prompter.entries.size(), 1);
+    QCOMPARE(env.prompter.entries[0].text, message);
+    QVERIFY(s.editor.isVisible());
+    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 1 of 2"));
+    QCOMPARE(QApplication::focusWidget(), f);
+    // Leaving by a button after the message: the focus leaving shows it once more, the
+    // button itself is refused with a beep and no further box.
+    QTest::mouseClick(button(&s.editor, "cmdClose"), Qt::LeftButton);
+    QVERIFY(s.editor.isVisible());
+    QCOMPARE(env.prompter.entries.size(), 2);
+    QTest::keyClick(f, Qt::Key_PageDown);
+    QCOMPARE(env.prompter.entries.size(), 2);
+    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 1 of 2"));
+    QCOMPARE(stored_now(), QStringLiteral("5"));
+  }
+
   void twoBadFieldsDoNotChaseEachOther() {
     TestEnv env;
     seed(env, 1);
