@@ -31,7 +31,12 @@ QByteArray answerLine(QTcpSocket& socket, QByteArray& pending, const QDeadlineTi
       if (line.isEmpty()) continue;
       return line;
     }
-    if (socket.state() != QAbstractSocket::ConnectedState && socket.bytesAvailable() == 0)
+    // What came in while a command was being written is already waiting.
+    if (socket.bytesAvailable() > 0) {
+      pending += socket.readAll();
+      continue;
+    }
+    if (socket.state() != QAbstractSocket::ConnectedState)
       throw AppError(kPeerQuit, QStringLiteral("Foreign application quit"));
     if (deadline.hasExpired() ||
         !socket.waitForReadyRead(static_cast<int>(qMax<qint64>(1, deadline.remainingTime())))) {
@@ -85,14 +90,22 @@ bool MoveChart(AppState& state, const ScopeLink& link, double raHours, double ra
           socket.write(command.toLatin1() + "\r\n");
           if (!socket.waitForBytesWritten(link.chartTimeoutMs) && socket.bytesToWrite() > 0)
             throw AppError(kPeerTimeout, QStringLiteral("Timeout while waiting for DDE response"));
-          // The server greets a new client with an "OK!" line too; any OK line will do.
-          const QByteArray answer = answerLine(socket, pending, QDeadlineTimer(link.chartTimeoutMs));
+          // The server greets a new client with "OK! id=... chart=..."; that line answers no
+          // command, so it is passed over wherever it arrives.
+          const QDeadlineTimer deadline(link.chartTimeoutMs);
+          QByteArray answer;
+          do {
+            answer = answerLine(socket, pending, deadline);
+          } while (answer.startsWith("OK!") && answer.contains("id="));
           if (!answer.startsWith("OK!"))
             throw AppError(kPeerRefused,
                            QStringLiteral("Foreign application won't perform DDE method or operation"));
         }
+        // A graceful close, so the last command is not cut off by a reset.
         socket.disconnectFromHost();
-        if (socket.state() != QAbstractSocket::UnconnectedState) socket.abort();
+        if (socket.state() != QAbstractSocket::UnconnectedState &&
+            !socket.waitForDisconnected(link.chartTimeoutMs))
+          socket.abort();
       },
       [&](const AppError& e) {
         if (e.number == ErrNo::NoDdePeer)

@@ -54,7 +54,8 @@ class ChartServer : public QThread {
       }
       QByteArray pending;
       while (!stop_ && s->state() == QAbstractSocket::ConnectedState) {
-        if (!s->waitForReadyRead(50)) continue;
+        // What came in while the greeting was being written is already waiting.
+        if (s->bytesAvailable() == 0 && !s->waitForReadyRead(50)) continue;
         pending += s->readAll();
         int eol;
         while ((eol = pending.indexOf("\r\n")) >= 0) {
