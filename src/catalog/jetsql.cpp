@@ -169,26 +169,27 @@ class Translator {
   const Token& peek(int k = 1) const { return t_[qMin(p_ + k, t_.size() - 1)]; }
 
  private:
-  Expr orExpr() {
-    Expr l = andExpr();
-    while (l.consumed && (cur().is("or") || cur().is("xor"))) {
+  // One level of operators that keep their operands' text as it stands, left to right.
+  template <typename Match>
+  Expr leftAssociative(Expr (Translator::*next)(), Match matches) {
+    Expr l = (this->*next)();
+    while (l.consumed && matches(cur())) {
       const Token o = cur();
       ++p_;
-      Expr r = andExpr();
+      Expr r = (this->*next)();
       l = plain(l.text + o.pre + o.text + r.text);
     }
     return l;
   }
 
+  Expr orExpr() {
+    return leftAssociative(&Translator::andExpr,
+                           [](const Token& t) { return t.is("or") || t.is("xor"); });
+  }
+
   Expr andExpr() {
-    Expr l = notExpr();
-    while (l.consumed && cur().is("and")) {
-      const Token o = cur();
-      ++p_;
-      Expr r = notExpr();
-      l = plain(l.text + o.pre + o.text + r.text);
-    }
-    return l;
+    return leftAssociative(&Translator::notExpr,
+                           [](const Token& t) { return t.is("and"); });
   }
 
   Expr notExpr() {
@@ -313,14 +314,8 @@ class Translator {
   }
 
   Expr addExpr() {
-    Expr l = modExpr();
-    while (l.consumed && (cur().op("+") || cur().op("-"))) {
-      const Token o = cur();
-      ++p_;
-      Expr r = modExpr();
-      l = plain(l.text + o.pre + o.text + r.text);
-    }
-    return l;
+    return leftAssociative(&Translator::modExpr,
+                           [](const Token& t) { return t.op("+") || t.op("-"); });
   }
 
   Expr modExpr() {
@@ -337,14 +332,8 @@ class Translator {
   }
 
   Expr mulExpr() {
-    Expr l = unaryExpr();
-    while (l.consumed && (cur().op("*") || cur().op("/") || cur().op("\\"))) {
-      const Token o = cur();
-      ++p_;
-      Expr r = unaryExpr();
-      l = plain(l.text + o.pre + o.text + r.text);
-    }
-    return l;
+    return leftAssociative(&Translator::unaryExpr,
+                           [](const Token& t) { return t.op("*") || t.op("/") || t.op("\\"); });
   }
 
   Expr unaryExpr() {
