@@ -103,26 +103,25 @@ void Setup::build() {
   // Observing Location.
   auto* site = named(new QGroupBox(QStringLiteral("Observing Location"), this), "fraLocation");
   auto* siteGrid = new QGridLayout(site);
-  siteGrid->addWidget(new QLabel(QStringLiteral("Longitude"), site), 0, 0);
-  cmdEastWest_ = named(new QPushButton(site), "cmdEastWest");
-  cmdEastWest_->setFixedWidth(64);
-  txtLongDeg_ = numberField(site, "txtLongDeg");
-  txtLongMin_ = numberField(site, "txtLongMin");
-  siteGrid->addWidget(cmdEastWest_, 0, 1);
-  siteGrid->addWidget(txtLongDeg_, 0, 2);
-  siteGrid->addWidget(new QLabel(QStringLiteral("\u00B0"), site), 0, 3);
-  siteGrid->addWidget(txtLongMin_, 0, 4);
-  siteGrid->addWidget(new QLabel(QStringLiteral("'"), site), 0, 5);
-  siteGrid->addWidget(new QLabel(QStringLiteral("Latitude"), site), 1, 0);
-  cmdNorthSouth_ = named(new QPushButton(site), "cmdNorthSouth");
-  cmdNorthSouth_->setFixedWidth(64);
-  txtLatDeg_ = numberField(site, "txtLatDeg");
-  txtLatMin_ = numberField(site, "txtLatMin");
-  siteGrid->addWidget(cmdNorthSouth_, 1, 1);
-  siteGrid->addWidget(txtLatDeg_, 1, 2);
-  siteGrid->addWidget(new QLabel(QStringLiteral("\u00B0"), site), 1, 3);
-  siteGrid->addWidget(txtLatMin_, 1, 4);
-  siteGrid->addWidget(new QLabel(QStringLiteral("'"), site), 1, 5);
+  // One row each for longitude and latitude: hemisphere button, degrees, minutes.
+  auto siteRow = [&](int row, const QString& caption, const char* hemi, const char* deg,
+                     const char* min, QPushButton*& button, QLineEdit*& degField,
+                     QLineEdit*& minField) {
+    siteGrid->addWidget(new QLabel(caption, site), row, 0);
+    button = named(new QPushButton(site), hemi);
+    button->setFixedWidth(64);
+    degField = numberField(site, deg);
+    minField = numberField(site, min);
+    siteGrid->addWidget(button, row, 1);
+    siteGrid->addWidget(degField, row, 2);
+    siteGrid->addWidget(new QLabel(QStringLiteral("\u00B0"), site), row, 3);
+    siteGrid->addWidget(minField, row, 4);
+    siteGrid->addWidget(new QLabel(QStringLiteral("'"), site), row, 5);
+  };
+  siteRow(0, QStringLiteral("Longitude"), "cmdEastWest", "txtLongDeg", "txtLongMin", cmdEastWest_,
+          txtLongDeg_, txtLongMin_);
+  siteRow(1, QStringLiteral("Latitude"), "cmdNorthSouth", "txtLatDeg", "txtLatMin",
+          cmdNorthSouth_, txtLatDeg_, txtLatMin_);
   siteGrid->setColumnStretch(6, 1);
   middle->addWidget(site);
 
