@@ -10,6 +10,7 @@
 #include "catalog/catalogbrowser.h"
 #include "catalog/recordset.h"
 #include "core/appstate.h"
+#include "core/paths.h"
 #include "core/prompter.h"
 #include "sky/skycalc.h"
 
@@ -30,7 +31,7 @@ int main(int argc, char** argv) {
   QTemporaryDir dir;
   SilentPrompter prompter;
   AppState state(prompter);
-  state.programFolder = QStringLiteral(TAVORINE_SOURCE_DATA_DIR);
+  state.programFolder = SourceDataFolder();
   state.settings.DataDir = dir.path() + QLatin1Char('/');
   state.UserDate = QDateTime(QDate(2026, 11, 21), QTime(20, 30));
   state.filter.FltAlt = true;

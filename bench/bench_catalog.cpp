@@ -13,6 +13,7 @@
 #include "catalog/database.h"
 #include "catalog/recordset.h"
 #include "core/appstate.h"
+#include "core/paths.h"
 #include "core/prompter.h"
 #include "sky/altitudefilter.h"
 #include "sky/skycalc.h"
@@ -81,7 +82,7 @@ int main(int argc, char** argv) {
   QTemporaryDir dir;
   SilentPrompter prompter;
   AppState state(prompter);
-  state.programFolder = QStringLiteral(TAVORINE_SOURCE_DATA_DIR);
+  state.programFolder = SourceDataFolder();
   state.settings.DataDir = dir.path() + QLatin1Char('/');
 
   QString catalogPath = state.catalogPath();

@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);
   SilentPrompter prompter;
   AppState state(prompter);
-  state.programFolder = QStringLiteral(TAVORINE_SOURCE_DATA_DIR);
+  state.programFolder = SourceDataFolder();
   state.resetPages();
   for (PageQuery& q : state.Pages) q.Where = q.Filter = QStringLiteral("WHERE True");
   state.UserDate = QDateTime(QDate(2026, 11, 21), QTime(22, 0));

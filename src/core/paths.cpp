@@ -18,6 +18,8 @@ QString ResolveProgramFolder() {
   return QStringLiteral(TAVORINE_SOURCE_DATA_DIR);
 }
 
+QString SourceDataFolder() { return QStringLiteral(TAVORINE_SOURCE_DATA_DIR); }
+
 void SetStandardFolders(AppState& state) {
   state.programFolder = ResolveProgramFolder();
   state.configFolder = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);

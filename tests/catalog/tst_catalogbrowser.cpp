@@ -14,6 +14,7 @@
 #include "catalog/database.h"
 #include "catalog/datagrid.h"
 #include "catalog/recordset.h"
+#include "core/paths.h"
 #include "core/twips.h"
 #include "fixturedb.h"
 #include "sky/skycalc.h"
@@ -315,7 +316,7 @@ class TestCatalogBrowser : public QObject {
     TestEnv env;
     env.state->programFolder = env.path(QStringLiteral("nowhere"));
     QDir().mkpath(env.state->settings.DataDir);
-    QFile::copy(QStringLiteral(TAVORINE_SOURCE_DATA_DIR "/TavorineUserList.tmp"),
+    QFile::copy(SourceDataFolder() + QStringLiteral("/TavorineUserList.tmp"),
                 env.state->userListPath());
     QFile::setPermissions(env.state->userListPath(), QFile::ReadOwner | QFile::WriteOwner);
     Host host(*env.state, BrowserHost::HHC);

@@ -9,9 +9,9 @@
 
 #include <sqlite3.h>
 
-namespace {
+#include "core/paths.h"
 
-const char* const kDataDir = TAVORINE_SOURCE_DATA_DIR;
+namespace {
 
 const QStringList kObjectTables = {"MessierObjects",   "CaldwellObjects", "NGCObjects",
                                    "ICObjects",        "DeepSpaceObjects", "StarObjects",
@@ -125,7 +125,7 @@ class Db {
   QString error_;
 };
 
-QString dataFile(const char* name) { return QString::fromUtf8(kDataDir) + "/" + name; }
+QString dataFile(const char* name) { return SourceDataFolder() + "/" + name; }
 
 }  // namespace
 

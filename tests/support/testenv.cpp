@@ -1,12 +1,14 @@
 #include "support/testenv.h"
 
+#include "core/paths.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
 TestEnv::TestEnv() {
   state = std::make_unique<AppState>(prompter);
-  state->programFolder = QStringLiteral(TAVORINE_SOURCE_DATA_DIR);
+  state->programFolder = SourceDataFolder();
   state->configFolder = dir.filePath(QStringLiteral("config"));
   state->defaultDataDir = dir.filePath(QStringLiteral("data/Data"));
   state->settings.DataDir = state->defaultDataDir;
