@@ -80,7 +80,7 @@ void SkyWidget::placeAt(int leftTwips, int topTwips) {
 
 QSize SkyWidget::sizeHint() const { return surface_.image().size(); }
 
-void SkyWidget::DrawSkyChart(const std::vector<SkyPosition>& stars) {
+void SkyWidget::DrawSkyChart(const std::vector<SkyCoordinates>& stars) {
   {
     HourglassPointer hourglass;
     chart_->DrawSkyChart(stars);
@@ -88,7 +88,7 @@ void SkyWidget::DrawSkyChart(const std::vector<SkyPosition>& stars) {
   update();
 }
 
-bool SkyWidget::PlotObject(const SkyPosition& position, quint32 markerColour) {
+bool SkyWidget::PlotObject(const SkyCoordinates& position, quint32 markerColour) {
   const bool drawn = chart_->PlotObject(position, markerColour);
   update();
   return drawn;

@@ -18,8 +18,8 @@ class SkyWidget : public QWidget {
             SkyChart::AltAzFunction azimuth, QWidget* parent = nullptr);
 
   // Draw under the hourglass pointer, then repaint.
-  void DrawSkyChart(const std::vector<SkyPosition>& stars);
-  bool PlotObject(const SkyPosition& position, quint32 markerColour);
+  void DrawSkyChart(const std::vector<SkyCoordinates>& stars);
+  bool PlotObject(const SkyCoordinates& position, quint32 markerColour);
 
   SkyChart& chart() { return *chart_; }
   QImageChartSurface& surface() { return surface_; }
