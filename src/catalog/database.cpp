@@ -126,10 +126,20 @@ void fnValJoined(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
     const char* text = reinterpret_cast<const char*>(sqlite3_value_text(argv[i]));
     joined.append(text, sqlite3_value_bytes(argv[i]));
   }
+  // A query asks the same twice a row (the declination's sign in the altitude filter).
+  thread_local QByteArray lastText;
+  thread_local double lastValue = 0;
+  if (joined.size() == lastText.size() &&
+      std::memcmp(joined.constData(), lastText.constData(), size_t(joined.size())) == 0) {
+    sqlite3_result_double(ctx, lastValue);
+    return;
+  }
   const auto* bytes = reinterpret_cast<const unsigned char*>(joined.constData());
   bool slow = false;
   double r = fastVal(bytes, int(joined.size()), &slow);
   if (slow) r = Val(QString::fromUtf8(joined.constData(), joined.size()));
+  lastText = QByteArray(joined.constData(), joined.size());
+  lastValue = r;
   sqlite3_result_double(ctx, r);
 }
 

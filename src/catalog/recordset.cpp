@@ -65,15 +65,18 @@ void Recordset::open() {
       query_ = QStringLiteral("SELECT * FROM ") + QuoteIdentifier(name);
     }
   } else {
-    query_ = TranslateQuery(source_);
-    if (auto s = ParseSimpleSelect(query_); s && db_->isTable(s->table)) {
+    // Over a table the condition may work out a term it repeats once a row; over anything
+    // else the text is taken as written.
+    query_ = TranslateQuery(source_, true);
+    auto s = ParseSimpleSelect(query_);
+    if (s && db_->isTable(s->table)) {
       byIds = true;
       table = s->table;
       columns = s->columns;
+      where = s->where;
       orderBy = s->orderBy;
-      // Over a table the condition may work out a term it repeats once a row.
-      const auto shared = ParseSimpleSelect(TranslateQuery(source_, true));
-      where = shared ? shared->where : s->where;
+    } else {
+      query_ = TranslateQuery(source_);
     }
   }
 
