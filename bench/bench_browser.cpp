@@ -7,22 +7,12 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 
+#include "silentprompter.h"
 #include "catalog/catalogbrowser.h"
 #include "catalog/recordset.h"
 #include "core/appstate.h"
 #include "core/paths.h"
-#include "core/prompter.h"
 #include "sky/skycalc.h"
-
-namespace {
-class SilentPrompter : public Prompter {
- public:
-  void message(const QString&, const QString& text) override { messages << text; }
-  Answer ask(const QString&, const QString&, Buttons, Answer d) override { return d; }
-  void beep() override {}
-  QStringList messages;
-};
-}  // namespace
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
