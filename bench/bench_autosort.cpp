@@ -2,15 +2,12 @@
 // row from its altitude and azimuth at the observing date, the new DisplayOrder of every row
 // written to the file, and the requery. Real files, real clock, the system's time zone.
 #include <QCoreApplication>
-#include <QTemporaryDir>
 #include <QTextStream>
 #include <numeric>
 
-#include "benchlists.h"
+#include "benchsetup.h"
 #include "benchstats.h"
 #include "plainsky.h"
-#include "silentprompter.h"
-#include "core/paths.h"
 #include "lists/autosort.h"
 #include "sky/skycalc.h"
 
@@ -19,9 +16,8 @@ namespace {
 // The floor: one plain read of the positions, the keys done plainly, a stable sort, and the
 // numbers written with one prepared statement in one transaction.
 void plainSort(const AppState& state, const Database& doc) {
-  const double lat = (state.settings.LatDeg + state.settings.LatMin / 60.0) *
-                     (state.settings.LatHemi == QLatin1String("N") ? 1 : -1);
-  const bench::PlainSky sky{SiderealDegreesAtUserDate(state), lat};
+  const bench::PlainSky sky{SiderealDegreesAtUserDate(state),
+                            bench::latitudeDegrees(state.settings)};
   std::vector<qint64> ids;
   std::vector<double> keys;
   Statement read = doc.prepare(QStringLiteral(
@@ -55,10 +51,8 @@ void plainSort(const AppState& state, const Database& doc) {
 int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);
   QTextStream out(stdout);
-  QTemporaryDir dir;
-  SilentPrompter prompter;
-  AppState state(prompter);  // the real clock and the system's time zone
-  state.programFolder = SourceDataFolder();
+  bench::Setup setup;
+  AppState& state = setup.state;
 
   const struct {
     int rows, tab;
@@ -66,7 +60,7 @@ int main(int argc, char** argv) {
   } cases[] = {{2000, 2, 50}, {40000, 6, 1000}};
   bool met = true;
   for (const auto& c : cases) {
-    const QString path = bench::listOfPage(state, dir, QStringLiteral("sort%1.tlf").arg(c.rows),
+    const QString path = bench::listOfPage(state, setup.dir, QStringLiteral("sort%1.tlf").arg(c.rows),
                                            c.tab, c.rows);
     auto doc = Database::open(path, Database::Mode::ReadWrite);
     Recordset list(doc, QStringLiteral("Objects"));  // the editor's open list

@@ -1,28 +1,20 @@
 // Rebinding the catalog browser's eight pages under the altitude filter, on the shipped
 // catalog, as the list editor does after the filter dialog or a new observing date.
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTextStream>
 
-#include "silentprompter.h"
+#include "benchsetup.h"
 #include "catalog/catalogbrowser.h"
-#include "catalog/recordset.h"
-#include "core/appstate.h"
-#include "core/paths.h"
 #include "sky/skycalc.h"
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication app(argc, argv);
   QTextStream out(stdout);
-  QTemporaryDir dir;
-  SilentPrompter prompter;
-  AppState state(prompter);
-  state.programFolder = SourceDataFolder();
-  state.settings.DataDir = dir.path() + QLatin1Char('/');
+  bench::Setup setup;
+  AppState& state = setup.state;
+  SilentPrompter& prompter = setup.prompter;
   state.UserDate = QDateTime(QDate(2026, 11, 21), QTime(20, 30));
   state.filter.FltAlt = true;
   state.filter.FltMinAlt = 20;

@@ -3,18 +3,17 @@
 // browser binds it.
 #include <QCoreApplication>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTextStream>
 #include <cmath>
 
+#include "benchsetup.h"
 #include "benchstats.h"
-#include "silentprompter.h"
+#include "plainsky.h"
 #include "catalog/catalogpages.h"
 #include "catalog/database.h"
 #include "catalog/jetsql.h"
 #include "catalog/recordset.h"
 #include "core/appstate.h"
-#include "core/paths.h"
 #include "sky/altitudefilter.h"
 #include "sky/skycalc.h"
 
@@ -41,11 +40,8 @@ Statement pageInOrder(const Database& db, const QString& source, const QString& 
 int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);
   QTextStream out(stdout);
-  QTemporaryDir dir;
-  SilentPrompter prompter;
-  AppState state(prompter);  // the real clock and the system's time zone
-  state.programFolder = SourceDataFolder();
-  state.settings.DataDir = dir.path() + QLatin1Char('/');
+  bench::Setup setup;
+  AppState& state = setup.state;
   QFile::copy(state.programFolder + QStringLiteral("/TavorineUserList.tmp"), state.userListPath());
   auto catalog = Database::open(state.catalogPath(), Database::Mode::ReadOnly);
   auto user = Database::open(state.userListPath(), Database::Mode::ReadWrite);
@@ -82,8 +78,7 @@ int main(int argc, char** argv) {
       // The floor: every row of the eight pages read in page order, its altitude worked out
       // plainly with the constants of the filter text, the rows above the limit kept.
       [&](int) {
-        const ProgramSettings& s = state.settings;
-        const double lat = (s.LatDeg + s.LatMin / 60.0) * (s.LatHemi == QLatin1String("N") ? 1 : -1) * 0.017453;
+        const double lat = bench::latitudeDegrees(state.settings) * 0.017453;
         const double lst = SiderealDegreesAtUserDate(state);
         rows = 0;
         for (const CatalogPage& p : CatalogPages()) {

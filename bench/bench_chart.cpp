@@ -4,16 +4,13 @@
 #include <QApplication>
 #include <QImage>
 #include <QLineEdit>
-#include <QTemporaryDir>
 #include <QTextStream>
 
-#include "benchlists.h"
+#include "benchsetup.h"
 #include "benchstats.h"
 #include "plainsky.h"
-#include "silentprompter.h"
 #include "charts/skywidget.h"
 #include "core/mainwindow.h"
-#include "core/paths.h"
 #include "lists/editlist.h"
 #include "lists/listview.h"
 #include "lists/listwindow.h"
@@ -35,24 +32,16 @@ void plainChart(const std::vector<SkyCoordinates>& stars, const bench::PlainSky&
   }
 }
 
-double latitudeOf(const ProgramSettings& s) {
-  return (s.LatDeg + s.LatMin / 60.0) * (s.LatHemi == QLatin1String("N") ? 1 : -1);
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication app(argc, argv);
   QTextStream out(stdout);
-  QTemporaryDir dir;
-  SilentPrompter prompter;
-  AppState state(prompter);  // the real clock and the system's time zone
-  state.programFolder = SourceDataFolder();
-  state.configFolder = dir.path();
-  state.settings.DataDir = dir.path() + QLatin1Char('/');
+  bench::Setup setup;
+  AppState& state = setup.state;
   state.UserDate = QDateTime(QDate::currentDate(), QTime(22, 0));
-  const QString path = bench::listOfPage(state, dir, QStringLiteral("tonight.tlf"), 0, 40);
+  const QString path = bench::listOfPage(state, setup.dir, QStringLiteral("tonight.tlf"), 0, 40);
 
   TavorineListMain main(state);
   main.findChild<QLineEdit*>(QStringLiteral("txtFileName"))->setText(path);
@@ -68,7 +57,7 @@ int main(int argc, char** argv) {
                 bench::measure([&](int) { list.timerAltitude_Timer(); },
                                [&](int) {
                                  const bench::PlainSky sky{SiderealDegreesNow(state),
-                                                           latitudeOf(state.settings)};
+                                                           bench::latitudeDegrees(state.settings)};
                                  plainChart(stars, sky, large, image);
                                }),
                 10);
@@ -92,7 +81,7 @@ int main(int argc, char** argv) {
                 bench::measure([&](int) { editor.DrawSkyChart(); },
                                [&](int) {
                                  const bench::PlainSky sky{SiderealDegreesAtUserDate(state),
-                                                           latitudeOf(state.settings)};
+                                                           bench::latitudeDegrees(state.settings)};
                                  plainChart(stars, sky, small, editorImage);
                                },
                                [&](int run) {

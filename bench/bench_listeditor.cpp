@@ -1,20 +1,15 @@
 // The list editor's Add on a selection of 500 catalog rows, on real files.
 #include <QCoreApplication>
-#include <QTemporaryDir>
 #include <QTextStream>
 
-#include "benchlists.h"
+#include "benchsetup.h"
 #include "benchstats.h"
-#include "silentprompter.h"
-#include "core/paths.h"
 
 int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);
   QTextStream out(stdout);
-  QTemporaryDir dir;
-  SilentPrompter prompter;
-  AppState state(prompter);
-  state.programFolder = SourceDataFolder();
+  bench::Setup setup;
+  AppState& state = setup.state;
 
   auto catalog = Database::open(state.catalogPath(), Database::Mode::ReadOnly);
   const CatalogPage& ngc = PageByTab(2);
@@ -51,7 +46,7 @@ int main(int argc, char** argv) {
       },
       [&](int run) {
         static int n = 0;
-        doc = Database::open(bench::freshList(state, dir, QStringLiteral("add%1.tlf").arg(n++)),
+        doc = Database::open(bench::freshList(state, setup.dir, QStringLiteral("add%1.tlf").arg(n++)),
                              Database::Mode::ReadWrite);
         Q_UNUSED(run);
       });

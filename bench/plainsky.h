@@ -4,7 +4,14 @@
 // sidereal time and the latitude worked out once for the whole loop.
 #include <cmath>
 
+#include "core/appstate.h"
+
 namespace bench {
+
+// The site's latitude in degrees, north positive.
+inline double latitudeDegrees(const ProgramSettings& s) {
+  return (s.LatDeg + s.LatMin / 60.0) * (s.LatHemi == QLatin1String("N") ? 1 : -1);
+}
 
 struct PlainSky {
   double lstDegrees, latDegrees;

@@ -1,16 +1,31 @@
 #pragma once
 
-// List documents for the benchmarks: a copy of the template, filled with catalog rows.
+// What the benchmarks start from: the program's state in a temporary folder, on the real
+// clock and the system's time zone, and list documents filled with catalog rows.
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "silentprompter.h"
 #include "catalog/catalogpages.h"
 #include "catalog/database.h"
 #include "catalog/recordset.h"
 #include "core/appstate.h"
+#include "core/paths.h"
 #include "lists/editlistlogic.h"
 
 namespace bench {
+
+struct Setup {
+  QTemporaryDir dir;
+  SilentPrompter prompter;
+  AppState state{prompter};
+
+  Setup() {
+    state.programFolder = SourceDataFolder();
+    state.configFolder = dir.path();
+    state.settings.DataDir = dir.path() + QLatin1Char('/');
+  }
+};
 
 inline QString freshList(const AppState& state, const QTemporaryDir& dir, const QString& name) {
   const QString path = dir.filePath(name);
