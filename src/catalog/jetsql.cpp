@@ -177,11 +177,14 @@ class Translator {
         out += k.pre + k.text;
         ++p_;
         if (k.is("select")) ++terms_.unsafe;  // a subquery is never shared
+        // Only the first WHERE of the query, right behind FROM and one table's name.
         if (share_ && !untilCloseParen && k.is("from") && table_.isEmpty() &&
-            (cur().kind == Tok::Word || cur().kind == Tok::Bracket))
+            (cur().kind == Tok::Word || cur().kind == Tok::Bracket) && peek().is("where"))
           table_ = cur().text;
-        if (share_ && !untilCloseParen && k.is("where") && !table_.isEmpty())
+        if (share_ && !untilCloseParen && k.is("where") && !table_.isEmpty()) {
           out += sharedCondition();
+          share_ = false;
+        }
         continue;
       }
       Expr e = orExpr();
@@ -512,6 +515,7 @@ class Translator {
 
   // A column reference: counted, and noted for the column list of a shared condition.
   Expr column(Expr e) {
+    if (!share_) return e;
     ++terms_.refs;
     const QString name = e.bare();
     if (name.contains(QLatin1Char('.')) || isKeywordLike(name)) ++terms_.unlisted;
