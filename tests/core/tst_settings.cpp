@@ -2,7 +2,9 @@
 
 #include "core/apperror.h"
 #include "core/recordfile.h"
+#include <optional>
 #include "core/settings.h"
+#include "support/commalocale.h"
 #include "support/testenv.h"
 
 class TestSettings : public QObject {
@@ -15,7 +17,9 @@ class TestSettings : public QObject {
   void readerFields();
   void textFieldEncoding_data();
   void textFieldEncoding();
+  void filterRoundTrip_data();
   void filterRoundTrip();
+  void settingsUnderDecimalComma();
   void firstStart();
   void cancelledFirstRunIsRepairedOnNextStart();
   void shortFilterFileRepairsSettings();
@@ -110,7 +114,19 @@ void TestSettings::textFieldEncoding() {
   QCOMPARE(r.text(), QStringLiteral("next"));
 }
 
+void TestSettings::filterRoundTrip_data() {
+  QTest::addColumn<bool>("comma");
+  QTest::newRow("C locale") << false;
+  QTest::newRow("decimal-comma locale") << true;
+}
+
 void TestSettings::filterRoundTrip() {
+  QFETCH(bool, comma);
+  std::optional<CommaLocale> locale;
+  if (comma) {
+    locale.emplace();
+    REQUIRE_COMMA_LOCALE(*locale);
+  }
   TestEnv env;
   FilterSettings f;
   f.FltAlt = false;
@@ -176,6 +192,23 @@ void TestSettings::emptySettingsFileKeepsTheDefaultFolder() {
   const QByteArray repaired = env.readFile("config/TavorineList.ini");
   QVERIFY(repaired.startsWith("\"GT\",\"1\",\"" + env.state->defaultDataDir.toUtf8() + "\",1,"));
   QVERIFY(repaired.endsWith(",#TRUE#,200\r\n"));
+}
+
+// The first start of a German user: the files hold the program's own number form.
+void TestSettings::settingsUnderDecimalComma() {
+  CommaLocale comma;
+  REQUIRE_COMMA_LOCALE(comma);
+  TestEnv env;
+  LoadStartupState(*env.state);
+  QCOMPARE(env.readFile("config/Filter.ini"), FilterRecord(FilterSettings{}));
+  QCOMPARE(env.readFile("config/Filter.ini"),
+           QByteArray("#TRUE#,20,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,"
+                      "30,2,-2,10,10,0,-2,12\r\n"));
+  env.state->settings.MyTimeZone = -7.5f;
+  SaveSettings(*env.state, true);
+  QVERIFY(env.readFile("config/TavorineList.ini").contains(",#TRUE#,-7.5,\"E\","));
+  LoadStartupState(*env.state);
+  QCOMPARE(env.state->settings.MyTimeZone, -7.5f);
 }
 
 void TestSettings::shortFilterFileRepairsSettings() {
