@@ -772,19 +772,39 @@ def build_map_stars(stars6, starnames):
 # ---------------------------------------------------------------- writing
 
 TEXT = "TEXT COLLATE NOCASE"
-COMMON_DDL = ("Category {t}, ObjectNum NUMERIC, Name {t}, Type {t}, Constellation {t}, "
-              "Magnitude {t}, Info {t}, RAHour REAL, RAMinute REAL, DecSign {t}, DecDeg REAL, "
-              "DecMinute REAL").format(t=TEXT)
+# Lists and the user's table keep ObjectNum as typed ("0012", "        12", "NGC 7000-A") and
+# sort it by its leading number through the program's collation.
+USER_OBJECTNUM = "TEXT COLLATE ObjectNumber"
+COMMON_COLUMNS_DDL = ("Category {t}, ObjectNum {n}, Name {t}, Type {t}, Constellation {t}, "
+                      "Magnitude {t}, Info {t}, RAHour REAL, RAMinute REAL, DecSign {t}, "
+                      "DecDeg REAL, DecMinute REAL")
+COMMON_DDL = COMMON_COLUMNS_DDL.format(t=TEXT, n="NUMERIC")
+USER_DDL = COMMON_COLUMNS_DDL.format(t=TEXT, n=USER_OBJECTNUM)
 OBJECTS_DDL = ("CREATE TABLE Objects (DisplayOrder INTEGER, Goto {t}, Category {t}, "
-               "ObjectNum NUMERIC, Name {t}, Type {t}, Constellation {t}, Magnitude {t}, "
+               "ObjectNum {n}, Name {t}, Type {t}, Constellation {t}, Magnitude {t}, "
                "RAHour REAL, RAMinute REAL, DecSign {t}, DecDeg REAL, DecMinute REAL, Info {t}, "
-               "Observed {t})").format(t=TEXT)
+               "Observed {t})").format(t=TEXT, n=USER_OBJECTNUM)
+
+
+def object_number_key(text):
+    """The order of the program's ObjectNumber collation, as a sort key."""
+    t = text.strip(" ")
+    m = re.match(r"\d+(\.\d+)?", t)
+    if m:
+        return (0, float(m.group(0)), t[m.end():].lower(), t.lower(), text.lower())
+    return (1, 0.0, "", t.lower(), text.lower())
+
+
+def collate_object_number(a, b):
+    ka, kb = object_number_key(a), object_number_key(b)
+    return (ka > kb) - (ka < kb)
 
 
 def fresh_db(path):
     if os.path.exists(path):
         os.remove(path)
     db = sqlite3.connect(path)
+    db.create_collation("ObjectNumber", collate_object_number)
     db.execute("PRAGMA page_size = 4096")
     return db
 
@@ -821,7 +841,7 @@ def write_template(path):
 
 def write_user_template(path):
     db = fresh_db(path)
-    db.execute("CREATE TABLE UserObjects (%s)" % COMMON_DDL)
+    db.execute("CREATE TABLE UserObjects (%s)" % USER_DDL)
     finish_db(db)
 
 
