@@ -29,6 +29,7 @@
 #include "core/settings.h"
 #include "core/setupdialog.h"
 #include "core/twips.h"
+#include "core/windowplacement.h"
 #include "info/frmabout.h"
 #include "lists/editlist.h"
 #include "info/frmlicense.h"
@@ -61,6 +62,7 @@ TavorineListMain::TavorineListMain(AppState& state, QWidget* parent)
     : QMainWindow(parent), state_(state), redScreen_(state) {
   InitIconResources();
   setObjectName(QStringLiteral("TavorineListMain"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Tavorine"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/tavorine.svg")));
   UseWaitCursor(link_);

@@ -8,9 +8,11 @@
 #include <QVBoxLayout>
 
 #include "core/appstate.h"
+#include "core/windowplacement.h"
 
 HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::Window), state_(state) {
   setObjectName(QStringLiteral("HelpWindow"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Tavorine Online Help"));
   resize(760, 640);
   auto* root = new QVBoxLayout(this);

@@ -1,0 +1,79 @@
+#include <QtTest>
+
+#include <QScreen>
+
+#include "core/mainwindow.h"
+#include "core/settings.h"
+#include "core/windowfit.h"
+#include "core/windowplacement.h"
+#include "support/testenv.h"
+
+class TestWindowPlacement : public QObject {
+  Q_OBJECT
+ private slots:
+  void fit_data() {
+    QTest::addColumn<QRect>("frame");
+    QTest::addColumn<QSize>("minimum");
+    QTest::addColumn<QRect>("fitted");
+    const QSize none(0, 0);
+    // The free area is 1024 x 570 below a 30 pixel panel.
+    QTest::newRow("fits as it is") << QRect(10, 40, 600, 400) << none << QRect(10, 40, 600, 400);
+    QTest::newRow("too tall: shrunk, top on the area")
+        << QRect(12, 20, 1000, 720) << none << QRect(12, 30, 1000, 570);
+    QTest::newRow("off the right and bottom: moved back")
+        << QRect(900, 500, 300, 200) << none << QRect(724, 400, 300, 200);
+    QTest::newRow("left on another screen") << QRect(-2000, 100, 300, 200) << none
+                                            << QRect(0, 100, 300, 200);
+    QTest::newRow("smallest size larger than the area: title bar stays on")
+        << QRect(100, 100, 1100, 800) << QSize(1050, 600) << QRect(0, 30, 1050, 600);
+  }
+  void fit() {
+    QFETCH(QRect, frame);
+    QFETCH(QSize, minimum);
+    QFETCH(QRect, fitted);
+    QCOMPARE(FitFrame(frame, minimum, QRect(0, 30, 1024, 570)), fitted);
+  }
+
+  // A window comes back where it was left; each window has its own place.
+  void remembered() {
+    TestEnv env;
+    const QRect left(40, 60, 320, 200);
+    {
+      QWidget probe;
+      probe.setObjectName(QStringLiteral("Probe"));
+      KeepWindowPlacement(&probe, *env.state);
+      probe.show();
+      probe.setGeometry(left);
+      probe.hide();
+    }
+    QWidget again, other;
+    again.setObjectName(QStringLiteral("Probe"));
+    other.setObjectName(QStringLiteral("Other"));
+    for (QWidget* w : {&again, &other}) {
+      w->resize(300, 150);
+      KeepWindowPlacement(w, *env.state);
+      w->show();
+    }
+    QCOMPARE(again.geometry(), left);
+    QCOMPARE(other.size(), QSize(300, 150));
+    QVERIFY(env.readFile("config/windows.ini").contains("Probe="));
+  }
+
+  // On its first start the main window fits the screen, however small.
+  void mainWindowFitsFirstStart() {
+    TestEnv env;
+    ProgramSettings s;
+    s.FirstRun = 0;
+    env.writeFile("config/TavorineList.ini", SettingsRecord(s, true));
+    TavorineListMain w(*env.state);
+    w.quitApplication = [] {};
+    w.start();
+    const QRect area = w.screen()->availableGeometry();
+    QVERIFY2(area.contains(w.geometry()), qPrintable(QStringLiteral("%1x%2 on %3x%4")
+                                                          .arg(w.width()).arg(w.height())
+                                                          .arg(area.width()).arg(area.height())));
+  }
+};
+
+QTEST_MAIN(TestWindowPlacement)
+#include "tst_windowplacement.moc"
