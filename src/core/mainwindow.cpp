@@ -161,7 +161,8 @@ void TavorineListMain::buildMenus() {
     mnuMRU_[i] = a;
   }
   file->addSeparator()->setObjectName(QStringLiteral("mnuSep1"));
-  addAction(file, "mnuExit", QStringLiteral("E&xit"), {}, &TavorineListMain::mnuExit_Click);
+  addAction(file, "mnuExit", QStringLiteral("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q),
+            &TavorineListMain::mnuExit_Click);
 
   QMenu* tools = menuBar()->addMenu(QStringLiteral("&Tools"));
   tools->setObjectName(QStringLiteral("mnuTools"));

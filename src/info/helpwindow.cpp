@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTextBrowser>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -34,6 +35,8 @@ HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::W
   connect(txtHelp_, &QTextBrowser::backwardAvailable, back, &QPushButton::setEnabled);
   back->setEnabled(false);
   connect(home, &QPushButton::clicked, this, [this] { showSection(QStringLiteral("contents")); });
+  connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this,
+          &QWidget::close);
 
   const QString path = state_.helpPath();
   if (QFileInfo::exists(path))

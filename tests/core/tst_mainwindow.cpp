@@ -88,7 +88,8 @@ void TestMainWindow::exitLeavesChildrenOpen() {
   w.start();
   w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
   w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
-  action(&w, QStringLiteral("mnuExit"))->trigger();
+  QVERIFY(QTest::qWaitForWindowActive(&w));
+  QTest::keyClick(&w, Qt::Key_Q, Qt::ControlModifier);  // Exit's shortcut
   QCOMPARE(quits, 1);
   QCOMPARE(closed, 0);
 }
@@ -200,6 +201,10 @@ void TestMainWindow::helpWindowIsReused() {
     if (top->windowTitle() == QLatin1String("Tavorine Online Help") && top->isVisible())
       ++helpWindows;
   QCOMPARE(helpWindows, 1);
+  auto* help = w.findChild<QWidget*>(QStringLiteral("HelpWindow"));
+  QVERIFY(QTest::qWaitForWindowActive(help));
+  QTest::keyClick(help, Qt::Key_Escape);
+  QVERIFY(!help->isVisible());
 }
 
 QTEST_MAIN(TestMainWindow)
