@@ -50,9 +50,11 @@ class WindowPlacement : public QObject {
     return QMargins(0, window_->style()->pixelMetric(QStyle::PM_TitleBarHeight), 0, 0);
   }
 
+  // A window seen before goes back where it was; one seen for the first time keeps the place
+  // its parent or the window manager gives it. Either way it fits the screen it is on.
   void place() {
     const QByteArray saved = ReadWindowGeometry(folder_, window_->objectName());
-    if (!saved.isEmpty()) window_->restoreGeometry(saved);
+    const bool restored = !saved.isEmpty() && window_->restoreGeometry(saved);
     if (window_->isMaximized() || window_->isFullScreen()) return;
     const QScreen* screen = window_->screen();
     if (!screen) return;
@@ -60,7 +62,10 @@ class WindowPlacement : public QObject {
     const QRect frame = window_->geometry().marginsAdded(m);
     const QSize smallest = window_->minimumSize().grownBy(m);
     const QRect fitted = FitFrame(frame, smallest, screen->availableGeometry());
-    if (fitted != frame) window_->setGeometry(fitted.marginsRemoved(m));
+    if (restored && fitted != frame)
+      window_->setGeometry(fitted.marginsRemoved(m));
+    else if (!restored && fitted.size() != frame.size())
+      window_->resize(fitted.size().shrunkBy(m));
   }
 
   QPointer<QWidget> window_;
