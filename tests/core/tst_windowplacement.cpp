@@ -1,9 +1,5 @@
 #include <QtTest>
 
-#include <QScreen>
-
-#include "core/mainwindow.h"
-#include "core/settings.h"
 #include "core/windowfit.h"
 #include "core/windowplacement.h"
 #include "support/testenv.h"
@@ -57,21 +53,6 @@ class TestWindowPlacement : public QObject {
     QCOMPARE(again.geometry(), left);
     QCOMPARE(other.size(), QSize(300, 150));
     QVERIFY(env.readFile("config/windows.ini").contains("Probe="));
-  }
-
-  // On its first start the main window fits the screen, however small.
-  void mainWindowFitsFirstStart() {
-    TestEnv env;
-    ProgramSettings s;
-    s.FirstRun = 0;
-    env.writeFile("config/TavorineList.ini", SettingsRecord(s, true));
-    TavorineListMain w(*env.state);
-    w.quitApplication = [] {};
-    w.start();
-    const QRect area = w.screen()->availableGeometry();
-    QVERIFY2(area.contains(w.geometry()), qPrintable(QStringLiteral("%1x%2 on %3x%4")
-                                                          .arg(w.width()).arg(w.height())
-                                                          .arg(area.width()).arg(area.height())));
   }
 };
 
