@@ -29,6 +29,7 @@
 #include "core/settings.h"
 #include "core/setupdialog.h"
 #include "core/twips.h"
+#include "core/windowplacement.h"
 #include "info/frmabout.h"
 #include "lists/editlist.h"
 #include "info/frmlicense.h"
@@ -61,6 +62,7 @@ TavorineListMain::TavorineListMain(AppState& state, QWidget* parent)
     : QMainWindow(parent), state_(state), redScreen_(state) {
   InitIconResources();
   setObjectName(QStringLiteral("TavorineListMain"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Tavorine"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/tavorine.svg")));
   UseWaitCursor(link_);
@@ -159,7 +161,8 @@ void TavorineListMain::buildMenus() {
     mnuMRU_[i] = a;
   }
   file->addSeparator()->setObjectName(QStringLiteral("mnuSep1"));
-  addAction(file, "mnuExit", QStringLiteral("E&xit"), {}, &TavorineListMain::mnuExit_Click);
+  addAction(file, "mnuExit", QStringLiteral("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q),
+            &TavorineListMain::mnuExit_Click);
 
   QMenu* tools = menuBar()->addMenu(QStringLiteral("&Tools"));
   tools->setObjectName(QStringLiteral("mnuTools"));
