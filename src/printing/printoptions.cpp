@@ -195,7 +195,7 @@ void PrintOptions::cmdPreview_Click() {
   });
 }
 
-std::unique_ptr<QPrinter> PrintOptions::makePrinter(const QString& choice, bool preview) {
+std::unique_ptr<QPrinter> NewPrinter(const QString& choice) {
   auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
   if (choice != SaveAsPdfChoice()) {
     printer->setPrinterName(choice);
@@ -204,7 +204,12 @@ std::unique_ptr<QPrinter> PrintOptions::makePrinter(const QString& choice, bool 
   printer->setOutputFormat(QPrinter::PdfFormat);
   // A PDF has no unprintable edge; leave the one a printer would.
   printer->setPageMargins(QMarginsF(0.25, 0.25, 0.25, 0.25), QPageLayout::Inch);
-  if (preview) return printer;
+  return printer;
+}
+
+std::unique_ptr<QPrinter> PrintOptions::makePrinter(const QString& choice, bool preview) {
+  auto printer = NewPrinter(choice);
+  if (preview || choice != SaveAsPdfChoice()) return printer;
   const QString& title = request_.documentTitle;
   const QString folder = request_.kind == PrintKind::List
                              ? QFileInfo(request_.documentPath).absolutePath()

@@ -31,6 +31,9 @@ struct PrintRequest {
 // The entry of the printer list that writes a PDF file instead; it is always offered.
 QString SaveAsPdfChoice();
 
+// A printer of the printer list: a printer by its name, or a PDF (its file still to be set).
+std::unique_ptr<QPrinter> NewPrinter(const QString& choice);
+
 // Prints the request on a device: a printer, a PDF or the preview.
 void PrintToDevice(const AppState& state, const PrintRequest& request, QPagedPaintDevice& device,
                    PainterPrintSurface::Documents documents, const AppError& openError);
