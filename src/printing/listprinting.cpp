@@ -43,13 +43,7 @@ void PrintingJob::Run(const QString& style, int copies) {
 
 void PrintingJob::PrintListHeader() {
   const int P = s_.printableWidth();
-  s_.setFontName(QStringLiteral("Arial"));
-  s_.setFontBold(true);
-  s_.newLine();
-
-  s_.setFontSize(18);
-  s_.setCurrentX((P - s_.textWidth(title_)) / 2);
-  s_.print(title_);
+  PrintPageTitle(s_, title_);
 
   s_.setFontSize(12);
   s_.setCurrentX(LeftMargin);

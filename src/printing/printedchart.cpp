@@ -25,17 +25,20 @@ QPointF PrintedChartPoint(double altitude, double azimuth) {
   return ProjectSky(PrintedChartCx, PrintedChartCy, PrintedChartRadius, altitude, azimuth);
 }
 
+void PrintPageTitle(PrintSurface& s, const QString& title) {
+  s.setFontName(QStringLiteral("Arial"));
+  s.setFontBold(true);
+  s.newLine();
+  s.setFontSize(18);
+  s.setCurrentX((s.printableWidth() - s.textWidth(title)) / 2);
+  s.print(title);
+}
+
 void PrintChartHeading(PrintSurface& s, const AppState& state, const QString& title,
                        int leftMargin) {
   const int P = s.printableWidth();
   s.setLineWidth(PageShareWidth(P, 0.0004));
-  s.setFontName(QStringLiteral("Arial"));
-  s.setFontBold(true);
-  s.newLine();
-
-  s.setFontSize(18);
-  s.setCurrentX((P - s.textWidth(title)) / 2);
-  s.print(title);
+  PrintPageTitle(s, title);
 
   s.setFontSize(12);
   s.print(ShortDate(state.UserDate.date()) + QLatin1Char(' ') + ShortTime(state.UserDate.time()),

@@ -20,6 +20,10 @@ int PageShareWidth(int printableWidth, double share);
 // The dot of a star: brighter stars are wider.
 int StarDotWidth(int printableWidth, double magnitude);
 
+// The title at the top of every page: an empty line, then the title in Arial 18 bold, centred.
+// Leaves the font bold.
+void PrintPageTitle(PrintSurface& surface, const QString& title);
+
 // The top of a chart page: the title centred, the observing date and the site, the compass
 // letters round the disc, then the horizon. Ends in Arial 8, regular.
 void PrintChartHeading(PrintSurface& surface, const AppState& state, const QString& title,
