@@ -7,6 +7,8 @@ set -e
 PKGS="cmake g++ make qt6-base-dev qt6-serialport-dev qt6-svg-dev libsqlite3-dev libgl-dev python3 xvfb xauth"
 # Building and checking the .deb (make package, .ci/run).
 PKGS="$PKGS dpkg-dev file appstream desktop-file-utils x11-utils"
+# Printing: the PDF test turns pages into pictures; Arial is drawn with Liberation Sans.
+PKGS="$PKGS poppler-utils fonts-liberation2"
 
 if ! command -v dpkg-query >/dev/null 2>&1; then
   echo "tools/install-deps.sh: not a Debian system; make sure these (or your system's" \
