@@ -5,11 +5,13 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QTextBrowser>
 #include <QUrl>
 #include <QVBoxLayout>
 
 #include "core/appstate.h"
+#include "core/windowplacement.h"
 
 // The help page; under Red Screen its own colours (blue headings, pale boxes) give way to the
 // night scheme.
@@ -37,6 +39,7 @@ class HelpBrowser : public QTextBrowser {
 
 HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::Window), state_(state) {
   setObjectName(QStringLiteral("HelpWindow"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Tavorine Online Help"));
   resize(760, 640);
   auto* root = new QVBoxLayout(this);
@@ -58,6 +61,8 @@ HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::W
   connect(txtHelp_, &QTextBrowser::backwardAvailable, back, &QPushButton::setEnabled);
   back->setEnabled(false);
   connect(home, &QPushButton::clicked, this, [this] { showSection(QStringLiteral("contents")); });
+  connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this,
+          &QWidget::close);
 
   redScreen_ = state_.RedScreenOn;
   const QString path = state_.helpPath();
