@@ -164,7 +164,6 @@ void TestNumText::cint() {
   QFETCH(QString, text);
   QFETCH(int, value);
   QFETCH(int, error);
-  CommaLocale comma;
   try {
     const int v = CInt(text);
     QCOMPARE(error, 0);

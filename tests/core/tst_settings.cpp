@@ -2,7 +2,6 @@
 
 #include "core/apperror.h"
 #include "core/recordfile.h"
-#include <optional>
 #include "core/settings.h"
 #include "support/commalocale.h"
 #include "support/testenv.h"
@@ -17,7 +16,6 @@ class TestSettings : public QObject {
   void readerFields();
   void textFieldEncoding_data();
   void textFieldEncoding();
-  void filterRoundTrip_data();
   void filterRoundTrip();
   void settingsUnderDecimalComma();
   void firstStart();
@@ -114,19 +112,7 @@ void TestSettings::textFieldEncoding() {
   QCOMPARE(r.text(), QStringLiteral("next"));
 }
 
-void TestSettings::filterRoundTrip_data() {
-  QTest::addColumn<bool>("comma");
-  QTest::newRow("C locale") << false;
-  QTest::newRow("decimal-comma locale") << true;
-}
-
 void TestSettings::filterRoundTrip() {
-  QFETCH(bool, comma);
-  std::optional<CommaLocale> locale;
-  if (comma) {
-    locale.emplace();
-    REQUIRE_COMMA_LOCALE(*locale);
-  }
   TestEnv env;
   FilterSettings f;
   f.FltAlt = false;
