@@ -468,11 +468,11 @@ MAGNITUDE_FIXES = {("NGC", 5139): 3.7, ("NGC", 6514): 6.3, ("NGC", 4565): 9.6,
                    ("NGC", 4372): 7.2, ("NGC", 4697): 9.3, ("NGC", 2451): 2.8}
 
 
-def added_record(spec, next_id):
-    r = {"id": next_id, "ra": spec["ra"], "dec": spec["dec"], "bmag": 99.0, "vmag": 99.0,
-         "type": spec["type"], "morph": "", "maj": 0.0, "min": 0.0, "Ced": ""}
+def added_record(entry, next_id):
+    r = {"id": next_id, "ra": entry["ra"], "dec": entry["dec"], "bmag": 99.0, "vmag": 99.0,
+         "type": entry["type"], "morph": "", "maj": 0.0, "min": 0.0, "Ced": ""}
     for k in DSO_NUMBER_FIELDS_1 + DSO_NUMBER_FIELDS_2 + ["Arp", "VV"]:
-        r[k] = spec.get(k, 0)
+        r[k] = entry.get(k, 0)
     for k in DSO_TEXT_FIELDS:
         r[k] = ""
     return r
@@ -497,10 +497,10 @@ def build_dso_tables(recs, names, con):
             first[("NGC", num)] = first[("NGC", other)]
             remarks[("NGC", num)] = "also NGC %d" % other
     next_id = max(r["id"] for r in recs) + 1
-    for spec in ADDED_OBJECTS:
-        if ("NGC", spec["NGC"]) not in first:
-            first[("NGC", spec["NGC"])] = added_record(spec, next_id)
-            remarks[("NGC", spec["NGC"])] = spec["remark"]
+    for entry in ADDED_OBJECTS:
+        if ("NGC", entry["NGC"]) not in first:
+            first[("NGC", entry["NGC"])] = added_record(entry, next_id)
+            remarks[("NGC", entry["NGC"])] = entry["remark"]
             next_id += 1
 
     def table_rows(key, category):
