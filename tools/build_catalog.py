@@ -463,7 +463,7 @@ ADDED_OBJECTS = [
 # Magnitudes the source gives for a part or a different band, set to the integrated visual
 # magnitude (see data/SOURCES): Harris (1996, 2010 edition) for globular clusters, the RC3
 # for galaxies, Sky Catalogue 2000.0 for the rest.
-MAGNITUDE_FIXES = {("NGC", 5139): 3.7, ("NGC", 6514): 6.3, ("NGC", 4565): 9.6,
+MAGNITUDE_FIXES = {("NGC", 5139): 3.7, ("NGC", 6514): 6.3, ("NGC", 4565): 9.6, ("NGC", 1275): 11.6,
                    ("NGC", 5005): 9.8, ("NGC", 2419): 10.4, ("NGC", 3201): 6.8,
                    ("NGC", 4372): 7.2, ("NGC", 4697): 9.3, ("NGC", 2451): 2.8}
 
@@ -1033,7 +1033,8 @@ databases made by tools/build_catalog.py from the sources below. Run
      Third Reference Catalogue of Bright Galaxies (RC3): NGC 4565 9.6,
      NGC 5005 9.8, NGC 4697 9.3; Hirshfeld, A., Sinnott, R. W. and Ochsenbein,
      F., 1991, Sky Catalogue 2000.0, vol. 2, 2nd ed., Sky Publishing and
-     Cambridge University Press: NGC 6514 (M 20) 6.3, NGC 2451 2.8.
+     Cambridge University Press: NGC 6514 (M 20) 6.3, NGC 2451 2.8,
+     NGC 1275 (C 24) 11.6.
    - Objects Stellarium files under another number of the same object
      (Steinicke, W., Revised NGC and IC): NGC 2372 = NGC 2371, NGC 3184 =
      NGC 3180, NGC 4214 = NGC 4228, NGC 4665 = NGC 4664, NGC 5907 = NGC 5906.

@@ -262,6 +262,7 @@ void TestCatalogData::knownObjects_data() {
   row(m, "Messier", 104, "Sombrero", "Galaxy", "8.0", "12 40.0 -11 37");
   row(c, "Caldwell", 14, "Double Cluster", "Open Cluster", "", "2 20.0 +57 8", 10);
   row(c, "Caldwell", 20, "North America", "Nebula", "4.0", "20 58.8 +44 20");
+  row(c, "Caldwell", 24, "Perseus A", "Galaxy", "11.6", "3 19.8 +41 31");
   row(c, "Caldwell", 29, "", "Galaxy", "9.8", "13 10.9 +37 3");
   row(c, "Caldwell", 33, "Veil", "Nebula", "", "20 56.4 +31 43");
   row(c, "Caldwell", 38, "Needle", "Galaxy", "9.6", "12 36.3 +25 59");
