@@ -31,6 +31,12 @@ SkyCoordinates PositionColumns::current(const Recordset& rs) const {
 
 SkyCoordinates RowPosition(const Recordset& rs) { return PositionColumns(rs).current(rs); }
 
+SkyPosition CurrentRowPosition(const Recordset& rs) {
+  return SkyPosition{rs.text(QStringLiteral("RAHour")), rs.text(QStringLiteral("RAMinute")),
+                     rs.text(QStringLiteral("DecSign")), rs.text(QStringLiteral("DecDeg")),
+                     rs.text(QStringLiteral("DecMinute"))};
+}
+
 ColumnLayouts ListColumnLayouts() {
   const Qt::Alignment right = Qt::AlignRight, centre = Qt::AlignHCenter, left = Qt::AlignLeft;
   return {

@@ -28,8 +28,10 @@ class PositionColumns {
   int columns_[5];
 };
 
-// The position of the current row (or the edit buffer) of a recordset.
+// The position of the current row (or the edit buffer) of a recordset, as numbers to compute
+// with; and as the texts the row shows, for what keeps a row's position as it reads.
 SkyCoordinates RowPosition(const Recordset& rs);
+SkyPosition CurrentRowPosition(const Recordset& rs);
 
 // Captions, widths and alignment of the fifteen grid columns.
 ColumnLayouts ListColumnLayouts();

@@ -1,4 +1,6 @@
 #include <QtTest>
+#include <QTextBrowser>
+#include <QTextDocument>
 
 #include <QAction>
 #include <QLineEdit>
@@ -6,6 +8,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QToolButton>
 
 #include "core/mainwindow.h"
@@ -50,6 +53,7 @@ class TestMainWindow : public QObject {
   void firstRunOpensSetup();
   void redScreenRoundTrip();
   void helpWindowIsReused();
+  void fitsTheScreenOnFirstStart();
 };
 
 void TestMainWindow::listCommandsStartDisabled() {
@@ -88,7 +92,8 @@ void TestMainWindow::exitLeavesChildrenOpen() {
   w.start();
   w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
   w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
-  action(&w, QStringLiteral("mnuExit"))->trigger();
+  QVERIFY(QTest::qWaitForWindowActive(&w));
+  QTest::keyClick(&w, Qt::Key_Q, Qt::ControlModifier);  // Exit's shortcut
   QCOMPARE(quits, 1);
   QCOMPARE(closed, 0);
 }
@@ -182,6 +187,24 @@ void TestMainWindow::redScreenRoundTrip() {
   QCOMPARE(w.findChild<QToolButton*>(QStringLiteral("cmdNew"))->toolTip(),
            QStringLiteral("New List"));
 
+  // Ctrl+R works from the help window too, and its headings follow the mode.
+  action(&w, QStringLiteral("mnuHelpTopics"))->trigger();
+  QWidget* help = nullptr;
+  for (QWidget* top : QApplication::topLevelWidgets())
+    if (top->windowTitle() == QLatin1String("Tavorine Online Help")) help = top;
+  QVERIFY(help && QTest::qWaitForWindowActive(help));
+  auto* page = help->findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
+  const auto headingColour = [&] {
+    return page->document()->find(QStringLiteral("Tavorine Help")).charFormat().foreground().color();
+  };
+  const QColor dayHeading = headingColour();
+  for (bool on : {true, false}) {
+    QTest::keyClick(page, Qt::Key_R, Qt::ControlModifier);
+    QCOMPARE(env->state->RedScreenOn, on);
+    QCOMPARE(menu->isChecked(), on);
+    QCOMPARE(headingColour(), on ? QColor(255, 0, 0) : dayHeading);
+  }
+
   // Exit while on puts the colours back.
   red->click();
   w.quitApplication = [] {};
@@ -200,6 +223,21 @@ void TestMainWindow::helpWindowIsReused() {
     if (top->windowTitle() == QLatin1String("Tavorine Online Help") && top->isVisible())
       ++helpWindows;
   QCOMPARE(helpWindows, 1);
+  auto* help = w.findChild<QWidget*>(QStringLiteral("HelpWindow"));
+  QVERIFY(QTest::qWaitForWindowActive(help));
+  QTest::keyClick(help, Qt::Key_Escape);
+  QVERIFY(!help->isVisible());
+}
+
+// However small the screen, the main window opens inside it.
+void TestMainWindow::fitsTheScreenOnFirstStart() {
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  w.start();
+  const QRect area = w.screen()->availableGeometry();
+  QVERIFY2(area.contains(w.geometry()),
+           qPrintable(QStringLiteral("%1x%2 in %3x%4").arg(w.width()).arg(w.height())
+                          .arg(area.width()).arg(area.height())));
 }
 
 QTEST_MAIN(TestMainWindow)
