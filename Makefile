@@ -15,7 +15,7 @@ configure: deps
 	  cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo; fi
 
 build: configure
-	cmake --build $(BUILD) -j $(JOBS)
+	MAKEFLAGS=--no-print-directory cmake --build $(BUILD) -j $(JOBS)
 
 run: build
 	./$(BUILD)/tavorine
