@@ -29,6 +29,7 @@
 #include "core/settings.h"
 #include "core/setupdialog.h"
 #include "core/twips.h"
+#include "exchange/exchangecommands.h"
 #include "info/frmabout.h"
 #include "lists/editlist.h"
 #include "info/frmlicense.h"
@@ -77,6 +78,7 @@ TavorineListMain::TavorineListMain(AppState& state, QWidget* parent)
   mdi_ = new QMdiArea(this);
   mdi_->setObjectName(QStringLiteral("mdiArea"));
   setCentralWidget(mdi_);
+  exchange_ = std::make_unique<ExchangeCommands>(state_, *mdi_, *this);
 
   buildMenus();
   buildToolbar();
@@ -424,18 +426,20 @@ void TavorineListMain::openListWindow(const ListDocumentRequest& request) {
   QApplication::restoreOverrideCursor();
   setListCommandsEnabled(true);
 }
-void TavorineListMain::mnuImporthcTour_Click() { notYetAvailable(QStringLiteral("Tour import")); }
-void TavorineListMain::mnuImportCurrent_Click() { notYetAvailable(QStringLiteral("CSV import")); }
-void TavorineListMain::mnuImportUser_Click() { notYetAvailable(QStringLiteral("CSV import")); }
-void TavorineListMain::mnuExportBRLT_Click() { notYetAvailable(QStringLiteral("Brillet export")); }
+void TavorineListMain::mnuImporthcTour_Click() {
+  exchange_->importIntoList(ImportKind::TourIntoList);
+}
+void TavorineListMain::mnuImportCurrent_Click() {
+  exchange_->importIntoList(ImportKind::CsvIntoList);
+}
+void TavorineListMain::mnuImportUser_Click() { exchange_->importIntoUserList(); }
+void TavorineListMain::mnuExportBRLT_Click() { exchange_->exportList(ExportKind::Brillet); }
 void TavorineListMain::mnuExportHC_Click() {
   state_.prompter().message(AppTitle(), QStringLiteral("For future developments."));
 }
-void TavorineListMain::mnuExportPlanetarium_Click() {
-  notYetAvailable(QStringLiteral("Planetarium for Palm export"));
-}
-void TavorineListMain::mnuExporthcTour_Click() { notYetAvailable(QStringLiteral("Tour export")); }
-void TavorineListMain::mnuExportCSV_Click() { notYetAvailable(QStringLiteral("CSV export")); }
+void TavorineListMain::mnuExportPlanetarium_Click() { exchange_->exportList(ExportKind::Palm); }
+void TavorineListMain::mnuExporthcTour_Click() { exchange_->exportList(ExportKind::Tour); }
+void TavorineListMain::mnuExportCSV_Click() { exchange_->exportList(ExportKind::Csv); }
 void TavorineListMain::mnuPrint_Click() { notYetAvailable(QStringLiteral("Printing")); }
 void TavorineListMain::mnuHHC_Click() { notYetAvailable(QStringLiteral("Hyper Hand Control")); }
 void TavorineListMain::mnuEditUserList_Click() {

@@ -444,19 +444,24 @@ void CurrentList::cmdEdit_Click() {
       const auto restart = qScopeGuard([this] { timer_->start(); });
       if (openEditor) openEditor(*this);
     }
-    datPrimary_->Requery();
-    update();
-    ApplyListColumns();
-    if (datPrimary_->RecordCount() >= 1) {
-      datPrimary_->MoveFirst();
-      refreshDetails();
-      RefreshAltitude();
-      writeCounter();
-      PlotObject();
-    } else {
-      txtRecordCounter_->clear();
-    }
+    RequeryList();
   });
+}
+
+void CurrentList::RequeryList() {
+  datPrimary_->Requery();
+  update();
+  ApplyListColumns();
+  if (datPrimary_->RecordCount() >= 1) {
+    datPrimary_->MoveLast();
+    datPrimary_->MoveFirst();
+    refreshDetails();
+    RefreshAltitude();
+    writeCounter();
+    PlotObject();
+  } else {
+    txtRecordCounter_->clear();
+  }
 }
 
 void CurrentList::cmdGoto_Click() {

@@ -74,6 +74,9 @@ class CurrentList : public QWidget {
   void cmdObserved_Click();
   void cmdClearGoto_Click();
   void cmdEdit_Click();
+  // Reads the document again after another window changed it (the editor, an import): the
+  // grid's layout, the first row and the counter.
+  void RequeryList();
   void cmdCDC_Click();
   void grdDataGrid_HeadClick(int column);
   void timerAltitude_Timer();
