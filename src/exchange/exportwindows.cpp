@@ -59,7 +59,9 @@ QPlainTextEdit* textBox(QWidget* parent, const QString& text) {
   t->setObjectName(QStringLiteral("Text1"));
   t->setReadOnly(true);
   t->setFocusPolicy(Qt::NoFocus);
-  t->setMinimumSize(420, 110);
+  // Room for the longest of the texts, seven lines.
+  t->setFixedSize(t->fontMetrics().averageCharWidth() * 64,
+                  t->fontMetrics().lineSpacing() * 7 + 2 * t->frameWidth() + 8);
   return t;
 }
 
