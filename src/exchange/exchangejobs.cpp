@@ -15,7 +15,8 @@ ExportResult ExportList(ExportKind kind, const QString& dataSource, const QStrin
   // transaction: one consistent picture of the list, and one file lock instead of one a row.
   const auto db = Database::open(dataSource, Database::Mode::ReadOnly);
   db->exec(QStringLiteral("BEGIN"));
-  const auto end = qScopeGuard([&] { RunIgnoringErrors([&] { db->exec(QStringLiteral("COMMIT")); }); });
+  const auto end =
+      qScopeGuard([&] { RunIgnoringErrors([&] { db->exec(QStringLiteral("COMMIT")); }); });
   ListRows list(*db);
   ExportResult result;
   switch (kind) {

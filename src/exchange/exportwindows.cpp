@@ -30,7 +30,8 @@ const ExportForm& formOf(ExportKind kind) {
       "Setup').";
   static const QByteArray palm =
       QByteArray("This operation creates a TXT file which is compatible with Planetarium for "
-                 "Palm.  ") + sameFolder + "  Refer to the instuctions of this program for futher details.";
+                 "Palm.  ") +
+      sameFolder + "  Refer to the instuctions of this program for futher details.";
   static const QByteArray csv =
       QByteArray("This operation creates a CSV file which is compatible with most spreadsheet "
                  "and database programs.  ") + sameFolder;
@@ -179,9 +180,10 @@ ExportCompleteWindow::ExportCompleteWindow(bool multipleFiles, QWidget* parent) 
   auto* layout = new QVBoxLayout(this);
   const QStringList labels =
       multipleFiles
-          ? QStringList{QStringLiteral("Multiple export files have been created, each with the same"),
-                        QStringLiteral("name as the Tavorine List file but with a numeric suffix."),
-                        QStringLiteral("Import all of these files to the same category in Planetarium.")}
+          ? QStringList{
+                QStringLiteral("Multiple export files have been created, each with the same"),
+                QStringLiteral("name as the Tavorine List file but with a numeric suffix."),
+                QStringLiteral("Import all of these files to the same category in Planetarium.")}
           : QStringList{QStringLiteral("The file has been created.")};
   int n = 0;
   for (const QString& text : labels) {

@@ -448,8 +448,12 @@ void CurrentList::RequeryList() {
   datPrimary_->Requery();
   update();
   ApplyListColumns();
+  if (datPrimary_->RecordCount() >= 1) datPrimary_->MoveLast();
+  showFirstRow();
+}
+
+void CurrentList::showFirstRow() {
   if (datPrimary_->RecordCount() >= 1) {
-    datPrimary_->MoveLast();
     datPrimary_->MoveFirst();
     refreshDetails();
     RefreshAltitude();
@@ -503,15 +507,7 @@ void CurrentList::grdDataGrid_HeadClick(int column) {
     update();
     bindPrimary();
     ApplyListColumns();
-    if (datPrimary_->RecordCount() > 0) {
-      datPrimary_->MoveFirst();
-      refreshDetails();
-      RefreshAltitude();
-      writeCounter();
-      PlotObject();
-    } else {
-      txtRecordCounter_->clear();
-    }
+    showFirstRow();
   });
 }
 

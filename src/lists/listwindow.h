@@ -93,6 +93,8 @@ class CurrentList : public QWidget {
   void refreshDetails();
   void writeCounter();
   void rowChanged();
+  // The first row in the details, altitude, counter and chart; an empty counter for no rows.
+  void showFirstRow();
   void placeControls();
   QMdiSubWindow* frame() const;
   int twipsOf(int pixels) const;

@@ -1,20 +1,18 @@
 #pragma once
 
-#include <QFile>
 #include <QStringList>
 #include <vector>
 
 #include "catalog/database.h"
 #include "core/appstate.h"
 #include "exchange/exchangeobject.h"
+#include "support/listdocument.h"
 
 // A list document made from the shipped template, holding the given objects (columns in the
 // order of the exchange files) with DisplayOrder 1, 2, 3...
 inline void MakeExchangeList(const AppState& state, const QString& path,
                              const std::vector<ImportedObject>& objects) {
-  QFile::remove(path);
-  QFile::copy(state.templatePath(), path);
-  QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+  MakeListDocument(state, path, {});
   Database db(path, Database::Mode::ReadWrite);
   QStringList columns{QStringLiteral("DisplayOrder")};
   for (const ExchangeColumnInfo& c : ExchangeColumns()) columns << c.field;

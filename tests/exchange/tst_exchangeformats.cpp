@@ -36,10 +36,8 @@ class TestExchangeFormats : public QObject {
   void writers();
   void splits_data();
   void splits();
-  void csvReader_data();
-  void csvReader();
-  void tourReader_data();
-  void tourReader();
+  void readers_data();
+  void readers();
   void roundTrips();
   void storing();
 };
@@ -175,87 +173,69 @@ void TestExchangeFormats::splits() {
   QCOMPARE(brillet.count("\r\n"), count + 2);
 }
 
-void TestExchangeFormats::csvReader_data() {
+void TestExchangeFormats::readers_data() {
   QTest::addColumn<QByteArray>("file");
   QTest::addColumn<bool>("header");
-  QTest::addColumn<QStringList>("objects");  // empty and "bad": a malformed file
+  QTest::addColumn<bool>("tour");
+  QTest::addColumn<QStringList>("objects");  // {"bad"}: a malformed file
   const QByteArray head = "Category,Object Number,Name,Type,Magnitude,Constellation,RA Hour,"
                           "RA Minute,Dec Sign,Dec Degree,Dec Arcminute,Info\r\n";
   const QByteArray m31 = "\"Messier\",\"31\",\"Andromeda\",\"Galaxy\",\"3.40\",\"And\",0,42.7,\"+\",41,16,\"Sb\"\r\n";
   const QString m31Row = "Messier|        31|Andromeda|Galaxy|3.4|And|0|42.7|+|41|16|Sb";
-  QTest::newRow("empty") << QByteArray() << true << QStringList{};
-  QTest::newRow("header only") << head << true << QStringList{};
-  QTest::newRow("no header, tick set") << m31 << true << QStringList{m31Row};
-  QTest::newRow("header, no tick") << head + m31 << false
+  QTest::newRow("empty") << QByteArray() << true << false << QStringList{};
+  QTest::newRow("header only") << head << true << false << QStringList{};
+  QTest::newRow("no header, tick set") << m31 << true << false << QStringList{m31Row};
+  QTest::newRow("header, no tick") << head + m31 << false << false
       << QStringList{"Category|Object Number|Name|Type|Magnitude|Constellation|0|0|Dec Sign|0|0|Info", m31Row};
   QTest::newRow("values spill across lines")
-      << QByteArray("Messier,31,Andromeda\r\nGalaxy,3.40,And,0,42.7,+,41\r\n16,Sb\r\n") << false << QStringList{m31Row};
+      << QByteArray("Messier,31,Andromeda\r\nGalaxy,3.40,And,0,42.7,+,41\r\n16,Sb\r\n") << false << false << QStringList{m31Row};
   QTest::newRow("field rules")
       << QByteArray("IC,007,,,0.5,,N/A,12h,,-3,x,\r\nSh2,NGC12,\" x \",,\"4.5,6.1\",,,1e1,,,,\r\n")
-      << false
+      << false << false
       << QStringList{"IC|         7| | |.5| |0|12| |-3|0| ",
                      "Sh2|     NGC12| x | |4.5,6.1| |0|10| |0|0| "};
   QTest::newRow("11-character number")
-      << QByteArray("User,PGC 1234567,,,,,1,2,+,3,4,\r\n") << false
+      << QByteArray("User,PGC 1234567,,,,,1,2,+,3,4,\r\n") << false << false
       << QStringList{"User|PGC 1234567| | | | |1|2|+|3|4| "};
-  QTest::newRow("exported Nulls") << QByteArray("#NULL#,\"#NULL#\",,,,,#NULL#,1,,2,3,#NULL#\r\n") << false
+  QTest::newRow("exported Nulls") << QByteArray("#NULL#,\"#NULL#\",,,,,#NULL#,1,,2,3,#NULL#\r\n") << false << false
       << QStringList{" |    #NULL#| | | | |0|1| |2|3| "};
   QTest::newRow("spreadsheet: BOM, doubled quotes, LF, empty line")
       << QByteArray("\xEF\xBB\xBF" "Category,Number,Name,Type,Mag,Con,RAh,RAm,Sign,Decd,Decm,Info\n"
                     "Sh2,155,\"The \"\"Cave\"\", \xC3\xA9t\xC3\xA9\",Nebula,7.7,Cep,22,56.8,+,62,37,\"a\nb\"\n\n")
-      << true << QStringList{QString::fromUtf8("Sh2|       155|The \"Cave\", été|Nebula|7.7|Cep|22|56.8|+|62|37|a\nb")};
-  QTest::newRow("one value short") << QByteArray(m31).replace(",\"Sb\"", "") << false << QStringList{"bad"};
+      << true << false << QStringList{QString::fromUtf8("Sh2|       155|The \"Cave\", été|Nebula|7.7|Cep|22|56.8|+|62|37|a\nb")};
+  QTest::newRow("one value short") << QByteArray(m31).replace(",\"Sb\"", "") << false << false << QStringList{"bad"};
   QTest::newRow("Brillet file") << QByteArray("\"BRLT\",\"1\",\"0\",\"0\",\"0\",\"0\",\"0\",\"0\",\"0\",\"0\",\"0\",\"0\",\"0\",\"0\"\r\n")
                                        + QByteArray(m31).replace("\r\n", ",\"0\",\"0\"\r\n")
-                                << true << QStringList{"bad"};
-  QTest::newRow("unclosed quote") << QByteArray("\"abc,\r\n1,2") << false << QStringList{"bad"};
-}
+                                << true << false << QStringList{"bad"};
+  QTest::newRow("unclosed quote") << QByteArray("\"abc,\r\n1,2") << false << false << QStringList{"bad"};
 
-void TestExchangeFormats::csvReader() {
-  QFETCH(QByteArray, file);
-  QFETCH(bool, header);
-  QFETCH(QStringList, objects);
-  const ImportReading r = ReadCsvImport(file, header);
-  if (objects == QStringList{"bad"}) {
-    QVERIFY(!r.wellFormed);
-    return;
-  }
-  QVERIFY(r.wellFormed);
-  QStringList got;
-  for (const ImportedObject& o : r.objects) got << joined(o);
-  QCOMPARE(got, objects);
-}
-
-void TestExchangeFormats::tourReader_data() {
-  QTest::addColumn<QByteArray>("file");
-  QTest::addColumn<QStringList>("objects");
   const QByteArray sample = "00:42:44.4#+41:16:00#NGC 224#       Andromeda Galaxy - Sb####34####4#######\r\n";
-  QTest::newRow("empty") << QByteArray() << QStringList{};
-  QTest::newRow("sample, blank line after it") << sample + "\r\n"
-      << QStringList{" |NGC 224|NGC 224|Galaxy|3.4| |0|42.7|+|41|16|Andromeda Galaxy - Sb"};
-  QTest::newRow("foreign tour: category, codes 3 and 8, LF")
+  QTest::newRow("tour: empty") << QByteArray() << false << true << QStringList{};
+  QTest::newRow("tour: sample, blank line after it")
+      << sample + "\r\n" << false << true << QStringList{" |NGC 224|NGC 224|Galaxy|3.4| |0|42.7|+|41|16|Andromeda Galaxy - Sb"};
+  QTest::newRow("tour: foreign tour: category, codes 3 and 8, LF")
       << QByteArray("05:35:17.3#-05:23:28#M42#Orion####40####3##Messier#####\n"
                     "23:59:59.0#-00:29:31#A very long identifier#x####5####8##Star####\n")
+      << false << true
       << QStringList{"Messier|M42|M42|Emission Nebula|4| |5|35.3|-|5|23|Orion",
                      "Star|A very lon|A very long identifier|Probable Star|.5| |23|60|+|0|30|x"};
-  QTest::newRow("'#' in a description shifts the fields")
+  QTest::newRow("tour: '#' in a description shifts the fields")
       << QByteArray("00:00:00.0#+00:00:00#X 1#a#b####34####4#######\r\n")
-      << QStringList{" |X 1|X 1| |0| |0|0|+|0|0|a"};
-  QTest::newRow("good line, then a short one")
-      << sample + "00:42:44.4#+41:16\r\n" << QStringList{"bad"};
-  QTest::newRow("seconds not numbers")
-      << QByteArray("00:42:xx.4#+41:16:00#NGC 224#d####34####4#######") << QStringList{"bad"};
+      << false << true << QStringList{" |X 1|X 1| |0| |0|0|+|0|0|a"};
+  QTest::newRow("tour: good line, then a short one")
+      << sample + "00:42:44.4#+41:16\r\n" << false << true << QStringList{"bad"};
+  QTest::newRow("tour: seconds not numbers")
+      << QByteArray("00:42:xx.4#+41:16:00#NGC 224#d####34####4#######") << false << true << QStringList{"bad"};
 }
 
-void TestExchangeFormats::tourReader() {
+void TestExchangeFormats::readers() {
   QFETCH(QByteArray, file);
+  QFETCH(bool, header);
+  QFETCH(bool, tour);
   QFETCH(QStringList, objects);
-  const ImportReading r = ReadTour(file);
-  if (objects == QStringList{"bad"}) {
-    QVERIFY(!r.wellFormed);
-    return;
-  }
-  QVERIFY(r.wellFormed);
+  const ImportReading r = tour ? ReadTour(file) : ReadCsvImport(file, header);
+  QCOMPARE(r.wellFormed, objects != QStringList{"bad"});
+  if (!r.wellFormed) return;
   QStringList got;
   for (const ImportedObject& o : r.objects) got << joined(o);
   QCOMPARE(got, objects);
