@@ -274,7 +274,6 @@ void TestExchangeFormats::roundTrips() {
 }
 
 // DisplayOrder counts on from the last row in the list's order; an empty list starts at 2.
-// The user list has no DisplayOrder.
 void TestExchangeFormats::storing() {
   TestEnv env;
   const QString path = env.path(QStringLiteral("l.tlf"));
@@ -287,15 +286,6 @@ void TestExchangeFormats::storing() {
   QStringList orders;
   for (const QString& row : TableRows(path)) orders << row.section(QLatin1Char('|'), 0, 0);
   QCOMPARE(orders, (QStringList{"9", "3", "10", "11"}));
-
-  env.state->settings.DataDir = env.path(QStringLiteral("data"));
-  QDir().mkpath(env.state->settings.DataDir);
-  QFile::copy(QDir(env.state->programFolder).filePath(QStringLiteral("TavorineUserList.tmp")),
-              env.state->userListPath());
-  QFile::setPermissions(env.state->userListPath(), QFile::ReadOwner | QFile::WriteOwner);
-  StoreImportedObjects(Database::open(env.state->userListPath(), Database::Mode::ReadWrite),
-                       ImportTarget::UserList, two);
-  QCOMPARE(TableRows(env.state->userListPath(), QStringLiteral("UserObjects")).size(), 2);
 }
 
 QTEST_MAIN(TestExchangeFormats)

@@ -11,7 +11,6 @@
 #include "core/mainwindow.h"
 #include "core/settings.h"
 #include "exchange/exchangecommands.h"
-#include "exchange/tourformat.h"
 #include "exchangefixture.h"
 #include "lists/listwindow.h"
 #include "support/testenv.h"
@@ -158,9 +157,9 @@ void TestExchangeWindows::menuEntries() {
   QFETCH(QString, outFile);
   QFETCH(QByteArray, outStart);
   QFETCH(int, listRows);
-  Rig rig(QByteArray(QTest::currentDataTag()).startsWith("compact"));
-  QCOMPARE(rig.list()->objectName(), QString::fromLatin1(QTest::currentDataTag()).startsWith(
-                                         QLatin1String("compact")) ? "CurrentListFixed" : "CurrentList");
+  const bool compact = QByteArray(QTest::currentDataTag()).startsWith("compact");
+  Rig rig(compact);
+  QCOMPARE(rig.list()->objectName(), compact ? "CurrentListFixed" : "CurrentList");
   if (!windowsDrive.isEmpty()) {
     rig.env.state->windowsDriveC = rig.env.path(QStringLiteral("c"));
     QDir().mkpath(rig.env.path(QStringLiteral("c/") + windowsDrive));
