@@ -1,36 +1,42 @@
 #include "exchange/csvformat.h"
 
 #include "catalog/recordset.h"
-#include "exchange/exportvalues.h"
 #include "core/numtext.h"
 #include "exchange/codepage.h"
+#include "exchange/exportvalues.h"
 
 namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
 
-QString quoted(QString text) {
-  text.replace(QLatin1Char('"'), QLatin1String("\"\""));
-  return QLatin1Char('"') + text + QLatin1Char('"');
+void appendQuoted(QString& out, QStringView text) {
+  out += QLatin1Char('"');
+  for (const QChar c : text) {
+    if (c == QLatin1Char('"')) out += QLatin1Char('"');
+    out += c;
+  }
+  out += QLatin1Char('"');
 }
 
-QString csvValue(const QVariant& v, bool trimmed) {
-  if (v.isNull()) return QStringLiteral("#NULL#");
-  if (trimmed) return quoted(FieldText(v).trimmed());
-  switch (v.typeId()) {
-    case QMetaType::Double:
-    case QMetaType::LongLong:
-    case QMetaType::Int:
-      return NumberText(v.toDouble());
-    default:
-      return quoted(v.toString());
+void appendValue(QString& out, const QVariant& v, bool trimmed) {
+  if (v.isNull()) {
+    out += QLatin1String("#NULL#");
+  } else if (trimmed) {
+    appendQuoted(out, QStringView(FieldText(v)).trimmed());
+  } else if (v.typeId() == QMetaType::Double || v.typeId() == QMetaType::LongLong) {
+    out += NumberText(v.toDouble());
+  } else {
+    appendQuoted(out, v.toString());
   }
 }
 
 QString quotedLine(const QStringList& texts) {
-  QStringList out;
-  for (const QString& t : texts) out << quoted(t);
-  return out.join(QLatin1Char(',')) + kCrLf;
+  QString out;
+  for (const QString& t : texts) {
+    if (!out.isEmpty()) out += QLatin1Char(',');
+    appendQuoted(out, t);
+  }
+  return out + kCrLf;
 }
 
 bool isBlank(QChar c) { return c == QLatin1Char(' ') || c == QLatin1Char('\t'); }
@@ -68,10 +74,11 @@ QByteArray WriteCsv(ListRows& list, CsvVariant variant) {
     headers << QStringLiteral("Ob") << QStringLiteral("Go");
   }
   out += quotedLine(headers);
+  out.reserve(out.size() + list.count() * 160);
   while (list.next()) {
     for (int i = 0; i < ExchangeColumnCount; ++i) {
       if (i) out += QLatin1Char(',');
-      out += csvValue(list.value(ExchangeColumn(i)), columns[size_t(i)].trimmed);
+      appendValue(out, list.value(ExchangeColumn(i)), columns[size_t(i)].trimmed);
     }
     if (brillet) out += QStringLiteral(",\"0\",\"0\"");
     out += kCrLf;
