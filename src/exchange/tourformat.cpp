@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QStringView>
 #include <cmath>
+#include <optional>
 
 #include "core/numtext.h"
 #include "exchange/codepage.h"
