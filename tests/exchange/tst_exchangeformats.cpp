@@ -8,6 +8,7 @@
 #include "exchange/palmformat.h"
 #include "exchange/tourformat.h"
 #include "exchangefixture.h"
+#include "support/commalocale.h"
 #include "support/testenv.h"
 
 namespace {
@@ -127,18 +128,26 @@ void TestExchangeFormats::writers() {
   const QString path = env.path(QStringLiteral("Deep.tlf"));
   MakeExchangeList(*env.state, path, AwkwardObjects());
   const Database db(path, Database::Mode::ReadOnly);
-  ListRows list(db);
-  QByteArray out;
-  if (format == QLatin1String("tour")) out = WriteTour(list);
-  if (format == QLatin1String("csv")) out = WriteCsv(list, CsvVariant::General);
-  if (format == QLatin1String("brillet")) out = WriteCsv(list, CsvVariant::Brillet);
-  if (format == QLatin1String("palm")) {
-    const auto files = WritePalm(list, env.path(QStringLiteral("Deep")), QStringLiteral("Deep"));
-    QCOMPARE(int(files.size()), 1);
-    QCOMPARE(files[0].path, env.path(QStringLiteral("Deep.txt")));
-    out = files[0].bytes;
+  // The same bytes whatever the user's locale.
+  for (const bool comma : {false, true}) {
+    std::optional<CommaLocale> locale;
+    if (comma) {
+      locale.emplace();
+      REQUIRE_COMMA_LOCALE(*locale);
+    }
+    ListRows list(db);
+    QByteArray out;
+    if (format == QLatin1String("tour")) out = WriteTour(list);
+    if (format == QLatin1String("csv")) out = WriteCsv(list, CsvVariant::General);
+    if (format == QLatin1String("brillet")) out = WriteCsv(list, CsvVariant::Brillet);
+    if (format == QLatin1String("palm")) {
+      const auto files = WritePalm(list, env.path(QStringLiteral("Deep")), QStringLiteral("Deep"));
+      QCOMPARE(int(files.size()), 1);
+      QCOMPARE(files[0].path, env.path(QStringLiteral("Deep.txt")));
+      out = files[0].bytes;
+    }
+    QCOMPARE(out, expected);
   }
-  QCOMPARE(out, expected);
 }
 
 void TestExchangeFormats::splits_data() {
