@@ -77,6 +77,9 @@ class AppState {
   QString programFolder;
   QString configFolder;
   QString defaultDataDir;
+  // The drive C: of a Windows compatibility layer (Wine), where the Windows programs that
+  // take tours may be installed; empty when there is none.
+  QString windowsDriveC;
 
   QString settingsPath() const;     // TavorineList.ini
   QString filterPath() const;       // Filter.ini
