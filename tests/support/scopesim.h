@@ -10,12 +10,15 @@
 
 // The telescope simulator as a child process: a pseudo-terminal (or a relay port) whose
 // first output line is what Setup's Comm Port takes, and a log of every byte it received.
+// Its slews end at once unless `extra` asks for --slew-seconds.
 class ScopeSim {
  public:
   bool start(const QString& family, const QString& mode = QStringLiteral("normal"),
-             bool relay = false) {
+             bool relay = false, const QStringList& extra = {}) {
     QStringList args{QStringLiteral(SCOPE_SIM_PATH), QStringLiteral("--family"), family,
-                     QStringLiteral("--mode"), mode, QStringLiteral("--log"), logPath()};
+                     QStringLiteral("--mode"), mode, QStringLiteral("--log"), logPath(),
+                     QStringLiteral("--slew-seconds"), QStringLiteral("0")};
+    args << extra;
     if (relay) args << QStringLiteral("--tcp") << QStringLiteral("0");
     process.start(QStringLiteral("python3"), args);
     if (!process.waitForStarted(5000)) return false;
