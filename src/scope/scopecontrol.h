@@ -6,10 +6,12 @@
 #include <memory>
 #include <optional>
 
+#include "scope/indilink.h"
 #include "scope/scopecodec.h"
 #include "scope/scopeport.h"
 
 class AppState;
+struct IndiSettings;
 struct SkyPosition;
 
 // Blocks for that many milliseconds (rounded half to even) while still handling the event
@@ -32,6 +34,7 @@ class ScopeLink {
   int portTimeoutMs = 2000;        // each open, write and read of a serial port
   int proxyTimeoutMs = 2000;       // connect to and answer from the hand-control relay
   int chartTimeoutMs = 2000;       // connect to and answer from the planetarium
+  IndiLimits indi;                 // the steps of an exchange with an INDI server
   QString chartHost = QStringLiteral("127.0.0.1");
   quint16 chartPort = 3292;
 };
@@ -43,7 +46,9 @@ class ScopeLink {
 QString ProxySend(AppState& state, const ScopeLink& link, const QString& command);
 
 // Slews the telescope of ScopeType through the route of CommPort. True unless a step failed;
-// each failing step shows its message and the next step still runs.
+// each failing step shows its message and the next step still runs. On the INDI route the
+// J2000 target goes to the mount on the equator of date, and the slew counts as sent once the
+// device has taken it.
 bool ScopeGoto(AppState& state, ScopeLink& link, double raHours, double raMinutes,
                QString decSign, double decDegrees, double decMinutes);
 // The same for a position as the tables hold it (numbers as text, read by Val).
@@ -52,6 +57,10 @@ bool ScopeGoto(AppState& state, ScopeLink& link, const SkyPosition& target);
 // Asks the telescope where it points. Nothing when the exchange failed (its message shown,
 // or silently for a reply too short for a binary layout).
 std::optional<PositionFields> ReadScopePosition(AppState& state, ScopeLink& link);
+
+// The telescope devices of an INDI server (for Setup), under the hourglass; raises AppError
+// when no server answers.
+QStringList IndiTelescopes(const IndiSettings& server, const ScopeLink& link);
 
 // The message texts of the telescope link.
 QString ScopeTrapText(const QString& description);  // "Unable to communicate with the scope -\n..."
