@@ -29,12 +29,14 @@
 #include "core/settings.h"
 #include "core/setupdialog.h"
 #include "core/twips.h"
+#include "core/windowplacement.h"
 #include "info/frmabout.h"
 #include "lists/editlist.h"
 #include "info/frmlicense.h"
 #include "info/frmsupport.h"
 #include "info/helpwindow.h"
 #include "lists/listwindow.h"
+#include "printing/printoptions.h"
 #include "scope/gotoflow.h"
 #include "scope/waitcursor.h"
 
@@ -61,6 +63,7 @@ TavorineListMain::TavorineListMain(AppState& state, QWidget* parent)
     : QMainWindow(parent), state_(state), redScreen_(state) {
   InitIconResources();
   setObjectName(QStringLiteral("TavorineListMain"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Tavorine"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/tavorine.svg")));
   UseWaitCursor(link_);
@@ -159,7 +162,8 @@ void TavorineListMain::buildMenus() {
     mnuMRU_[i] = a;
   }
   file->addSeparator()->setObjectName(QStringLiteral("mnuSep1"));
-  addAction(file, "mnuExit", QStringLiteral("E&xit"), {}, &TavorineListMain::mnuExit_Click);
+  addAction(file, "mnuExit", QStringLiteral("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q),
+            &TavorineListMain::mnuExit_Click);
 
   QMenu* tools = menuBar()->addMenu(QStringLiteral("&Tools"));
   tools->setObjectName(QStringLiteral("mnuTools"));
@@ -436,7 +440,17 @@ void TavorineListMain::mnuExportPlanetarium_Click() {
 }
 void TavorineListMain::mnuExporthcTour_Click() { notYetAvailable(QStringLiteral("Tour export")); }
 void TavorineListMain::mnuExportCSV_Click() { notYetAvailable(QStringLiteral("CSV export")); }
-void TavorineListMain::mnuPrint_Click() { notYetAvailable(QStringLiteral("Printing")); }
+// The list of the active list window, found through its hidden document fields.
+void TavorineListMain::mnuPrint_Click() {
+  RunGuarded(state_.prompter(), [&] {
+    QMdiSubWindow* child = mdi_->currentSubWindow();
+    if (!child || !child->widget()) return;
+    const auto* source = child->widget()->findChild<QLineEdit*>(QStringLiteral("txtDataSource"));
+    const auto* title = child->widget()->findChild<QLineEdit*>(QStringLiteral("txtObserverTitle"));
+    if (!source || !title) return;
+    ShowPrintOptions(state_, source->text(), title->text(), this);
+  });
+}
 void TavorineListMain::mnuHHC_Click() { notYetAvailable(QStringLiteral("Hyper Hand Control")); }
 void TavorineListMain::mnuEditUserList_Click() {
   state_.EditUserListCaller = QStringLiteral("Menu");

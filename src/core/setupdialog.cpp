@@ -22,6 +22,7 @@
 #include "core/appstate.h"
 #include "core/handler.h"
 #include "core/redscreencolors.h"
+#include "core/windowplacement.h"
 #include "scope/waitcursor.h"
 
 UpDownButtons::UpDownButtons(QWidget* parent) : QWidget(parent) {
@@ -59,6 +60,7 @@ QLineEdit* numberField(QWidget* parent, const char* name, int width = 48) {
 
 Setup::Setup(AppState& state, QWidget* parent) : QDialog(parent), state_(state) {
   setObjectName(QStringLiteral("Setup"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Setup"));
   setModal(true);
   pickFolder_ = [](QWidget* p, const QString& start) {
