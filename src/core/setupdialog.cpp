@@ -8,8 +8,8 @@
 #include <QFrame>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QIntValidator>
 #include <QHBoxLayout>
+#include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -21,9 +21,9 @@
 
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/hourglass.h"
 #include "core/redscreencolors.h"
 #include "core/windowplacement.h"
-#include "scope/waitcursor.h"
 
 UpDownButtons::UpDownButtons(QWidget* parent) : QWidget(parent) {
   auto* layout = new QVBoxLayout(this);
@@ -71,7 +71,6 @@ Setup::Setup(AppState& state, QWidget* parent) : QDialog(parent), state_(state) 
         QColor(RedOf(initial), GreenOf(initial), BlueOf(initial)), p);
     return c.isValid() ? RedLowValue(c.red(), c.green(), c.blue()) : -1;
   };
-  UseWaitCursor(link_);
   build();
   RunGuarded(state_.prompter(), [this] { load(); });
 }
@@ -397,7 +396,12 @@ void Setup::onBrowse() {
 void Setup::onFindIndiDevices() {
   RunGuarded([this] {
     const IndiSettings typed = IndiSettingsOf(fields());
-    const QStringList found = IndiTelescopes(typed, link_);
+    QStringList found;
+    {
+      const Hourglass wait;
+      found = IndiMount::telescopes({typed.Host, static_cast<quint16>(typed.Port), QString()},
+                                    indiLimits_);
+    }
     if (found.isEmpty()) {
       state_.prompter().message(
           QStringLiteral("Problem"),

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "core/setuplogic.h"
-#include "scope/scopecontrol.h"
+#include "scope/indilink.h"
 
 class AppState;
 class QCheckBox;
@@ -41,7 +41,7 @@ class Setup : public QDialog {
   void setFolderPicker(FolderPicker picker) { pickFolder_ = std::move(picker); }
   void setColorChooser(ColorChooser chooser) { chooseColor_ = std::move(chooser); }
   // The time limits of asking an INDI server for its telescopes.
-  void setIndiLimits(const IndiLimits& limits) { link_.indi = limits; }
+  void setIndiLimits(const IndiLimits& limits) { indiLimits_ = limits; }
 
   // The texts and states of the fields as they stand.
   SetupFields fields() const;
@@ -72,7 +72,7 @@ class Setup : public QDialog {
   AppState& state_;
   FolderPicker pickFolder_;
   ColorChooser chooseColor_;
-  ScopeLink link_;  // for Find: its limits and hourglass
+  IndiLimits indiLimits_;
 
   QComboBox* cmbScopeType_ = nullptr;
   QRadioButton* optCommPort_ = nullptr;

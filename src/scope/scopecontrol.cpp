@@ -68,12 +68,6 @@ void WithIndiMount(const AppState& state, const ScopeLink& link,
 
 }  // namespace
 
-QStringList IndiTelescopes(const IndiSettings& server, const ScopeLink& link) {
-  const Busy busy(link);
-  return IndiMount::telescopes({server.Host, static_cast<quint16>(server.Port), QString()},
-                               link.indi);
-}
-
 QString ProxySend(AppState& state, const ScopeLink& link, const QString& command) {
   const ScopeRoute route = ScopeRoute::of(state.settings.CommPort);
   QByteArray reply;

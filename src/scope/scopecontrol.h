@@ -11,7 +11,6 @@
 #include "scope/scopeport.h"
 
 class AppState;
-struct IndiSettings;
 struct SkyPosition;
 
 // Blocks for that many milliseconds (rounded half to even) while still handling the event
@@ -57,10 +56,6 @@ bool ScopeGoto(AppState& state, ScopeLink& link, const SkyPosition& target);
 // Asks the telescope where it points. Nothing when the exchange failed (its message shown,
 // or silently for a reply too short for a binary layout).
 std::optional<PositionFields> ReadScopePosition(AppState& state, ScopeLink& link);
-
-// The telescope devices of an INDI server (for Setup), under the hourglass; raises AppError
-// when no server answers.
-QStringList IndiTelescopes(const IndiSettings& server, const ScopeLink& link);
 
 // The message texts of the telescope link.
 QString ScopeTrapText(const QString& description);  // "Unable to communicate with the scope -\n..."

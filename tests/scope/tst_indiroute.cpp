@@ -87,11 +87,11 @@ class TestIndiRoute : public QObject {
     Rig rig;
     QVERIFY(rig.server.start({QStringLiteral("indi_simulator_focus"),
                               QStringLiteral("indi_simulator_telescope")}));
-    QCOMPARE(IndiTelescopes({QStringLiteral("localhost"), rig.server.port, QString()}, rig.link),
+    QCOMPARE(IndiMount::telescopes({QStringLiteral("localhost"), rig.server.port, QString()}),
              QStringList{kDevice});
     const quint16 none = UnusedPort();
     try {
-      IndiTelescopes({QStringLiteral("localhost"), none, QString()}, rig.link);
+      IndiMount::telescopes({QStringLiteral("localhost"), none, QString()});
       QFAIL("no error without a server");
     } catch (const AppError& e) {
       QCOMPARE(e.description, QStringLiteral("No INDI server answers at localhost:%1.").arg(none));
