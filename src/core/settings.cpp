@@ -26,8 +26,8 @@ void SaveSettings(const AppState& state, bool withObjectColor) {
 namespace {
 
 // The fields of TavorineINDI.ini in file order, for the reader and the writer alike.
-template <typename Field>
-void IndiFields(IndiSettings& s, Field&& field) {
+template <typename Settings, typename Field>
+void IndiFields(Settings& s, Field&& field) {
   field(s.Host);
   field(s.Port);
   field(s.Device);
@@ -49,8 +49,7 @@ struct ReadField {
 
 QByteArray IndiRecord(const IndiSettings& s) {
   RecordWriter w;
-  IndiSettings copy = s;
-  IndiFields(copy, WriteField{w});
+  IndiFields(s, WriteField{w});
   return w.endRecord().bytes();
 }
 

@@ -394,25 +394,29 @@ void Setup::onBrowse() {
 }
 
 void Setup::onFindIndiDevices() {
-  RunGuarded([this] {
+  const auto body = [this] {
     const IndiSettings typed = IndiSettingsOf(fields());
+    const IndiAddress server{typed.Host, static_cast<quint16>(typed.Port), QString()};
     QStringList found;
     {
       const Hourglass wait;
-      found = IndiMount::telescopes({typed.Host, static_cast<quint16>(typed.Port), QString()},
-                                    indiLimits_);
+      found = IndiMount::telescopes(server, indiLimits_);
     }
     if (found.isEmpty()) {
       state_.prompter().message(
           QStringLiteral("Problem"),
-          QStringLiteral("The INDI server at %1:%2 offers no telescope.").arg(typed.Host).arg(typed.Port));
+          QStringLiteral("The INDI server at %1 offers no telescope.").arg(server.server()));
       return;
     }
     const QString kept = cmbIndiDevice_->currentText().trimmed();
     cmbIndiDevice_->clear();
     cmbIndiDevice_->addItems(found);
     cmbIndiDevice_->setEditText(found.contains(kept) ? kept : found.first());
-  }, [this](const AppError& e) { state_.prompter().message(QStringLiteral("Error"), e.description); });
+  };
+  // No server is said as it is, without the scope's words around it.
+  RunGuarded(body, [this](const AppError& e) {
+    state_.prompter().message(QStringLiteral("Error"), e.description);
+  });
 }
 
 void Setup::onColor() {

@@ -38,7 +38,8 @@ PropertySnapshot snapshotOf(const INDI::Property& p) {
   s.state = p.getState();
   switch (p.getType()) {
     case INDI_NUMBER:
-      for (const auto& w : *p.getNumber()) s.numbers.insert(QString::fromUtf8(w.getName()), w.getValue());
+      for (const auto& w : *p.getNumber())
+        s.numbers.insert(QString::fromUtf8(w.getName()), w.getValue());
       break;
     case INDI_SWITCH:
       for (const auto& w : *p.getSwitch())
@@ -56,16 +57,33 @@ PropertySnapshot snapshotOf(const INDI::Property& p) {
 
 QString quoted(const QString& device) { return QLatin1Char('"') + device + QLatin1Char('"'); }
 
+AppError serverLost(const IndiAddress& address) {
+  return AppError(
+      ErrNo::IndiServer,
+      QStringLiteral("The INDI server at %1 closed the connection.").arg(address.server()));
+}
+
+AppError notTelescope(const QString& device) {
+  return AppError(ErrNo::IndiDevice,
+                  QStringLiteral("The INDI device %1 is not a telescope.").arg(quoted(device)));
+}
+
 }  // namespace
 
 // What this thread knows of the server, built only from the reports handed over to it.
 struct IndiMount::State {
   bool lost = false;
-  QStringList devices;                                   // in the order they appeared
+  QStringList devices;                                         // in the order they appeared
   QMap<QPair<QString, QString>, PropertySnapshot> properties;  // (device, property)
-  QHash<QString, QString> lastMessage;                   // by device
+  QHash<QString, QString> lastMessage;                         // by device
   int messages = 0;
   std::function<void()> wake;  // set while a wait runs
+
+  // The device's last message, after a blank, when it came after `count` messages.
+  QString saidSince(const QString& device, int count) const {
+    const QString text = lastMessage.value(device);
+    return messages > count && !text.isEmpty() ? QLatin1Char(' ') + text : QString();
+  }
 
   const PropertySnapshot* find(const QString& device, const char* name) const {
     const auto it = properties.constFind({device, QString::fromLatin1(name)});
@@ -102,9 +120,11 @@ class IndiMount::Client : public INDI::BaseClient {
   void newMessage(INDI::BaseDevice device, int messageId) override {
     const QString name = QString::fromUtf8(device.getDeviceName());
     QString text = QString::fromStdString(device.messageQueue(messageId));
-    // Messages come as "<timestamp>: text".
+    // Messages come as "<timestamp>: [LEVEL] text".
     const int colon = text.indexOf(QLatin1String(": "));
     if (colon > 0 && colon < 30) text = text.mid(colon + 2);
+    if (text.startsWith(QLatin1Char('[')) && text.indexOf(QLatin1String("] ")) > 0)
+      text = text.mid(text.indexOf(QLatin1String("] ")) + 2);
     post([name, text](State& s) {
       s.lastMessage.insert(name, text.trimmed());
       ++s.messages;
@@ -193,17 +213,13 @@ void IndiMount::open() {
   if (device.trimmed().isEmpty())
     throw AppError(ErrNo::IndiDevice, QStringLiteral("No INDI device is named in Setup."));
   connectServer();
-  const auto lost = [this] {
-    return AppError(ErrNo::IndiServer,
-                    QStringLiteral("The INDI server at %1 closed the connection.").arg(address_.server()));
-  };
 
   // The device, with its connection switch and what kind of device it is.
   const auto described = [&] {
     return state_->find(device, kConnection) && state_->find(device, kDriverInfo);
   };
   waitUntil(described, limits_.deviceMs);
-  if (state_->lost) throw lost();
+  if (state_->lost) throw serverLost(address_);
   if (!state_->find(device, kConnection)) {
     QString text = QStringLiteral("The INDI server at %1 has no device %2.")
                        .arg(address_.server(), quoted(device));
@@ -212,13 +228,9 @@ void IndiMount::open() {
               QLatin1Char('.');
     throw AppError(ErrNo::IndiDevice, text);
   }
-  const auto notTelescope = [&] {
-    return AppError(ErrNo::IndiDevice,
-                    QStringLiteral("The INDI device %1 is not a telescope.").arg(quoted(device)));
-  };
   if (const PropertySnapshot* info = state_->find(device, kDriverInfo)) {
     const int interfaces = info->texts.value(QStringLiteral("DRIVER_INTERFACE")).toInt();
-    if (!(interfaces & INDI::BaseDevice::TELESCOPE_INTERFACE)) throw notTelescope();
+    if (!(interfaces & INDI::BaseDevice::TELESCOPE_INTERFACE)) throw notTelescope(device);
   }
 
   // Connected to its mount, and showing where the mount points.
@@ -236,24 +248,23 @@ void IndiMount::open() {
           return (connected() && hasCoordinates()) || (c && c->state == IPS_ALERT);
         },
         limits_.mountMs);
-    if (state_->lost) throw lost();
+    if (state_->lost) throw serverLost(address_);
     if (!done || !connected()) {
-      QString text = QStringLiteral("The INDI device %1 could not connect to its mount.").arg(quoted(device));
-      if (state_->messages > before && !state_->lastMessage.value(device).isEmpty())
-        text += QLatin1Char(' ') + state_->lastMessage.value(device);
-      throw AppError(ErrNo::IndiMount, text);
+      throw AppError(
+          ErrNo::IndiMount,
+          QStringLiteral("The INDI device %1 could not connect to its mount.").arg(quoted(device)) +
+              state_->saidSince(device, before));
     }
   }
   if (!waitUntil(hasCoordinates, limits_.deviceMs)) {
-    if (state_->lost) throw lost();
-    throw notTelescope();
+    if (state_->lost) throw serverLost(address_);
+    throw notTelescope(device);
   }
 }
 
 EquatorialPlace IndiMount::position() const {
   const PropertySnapshot* p = state_->find(address_.device, kCoordinates);
-  if (!p) throw AppError(ErrNo::IndiDevice, QStringLiteral("The INDI device %1 is not a telescope.")
-                                                .arg(quoted(address_.device)));
+  if (!p) throw notTelescope(address_.device);
   return {p->numbers.value(QStringLiteral("RA")), p->numbers.value(QStringLiteral("DEC"))};
 }
 
@@ -282,7 +293,8 @@ void IndiMount::slewTo(const EquatorialPlace& ofDate) {
       [&] {
         const PropertySnapshot* p = state_->find(address_.device, kCoordinates);
         if (!p || p->serial <= serial) return false;
-        const double dRa = std::remainder(p->numbers.value(QStringLiteral("RA")) - ofDate.raHours, 24.0);
+        const double dRa =
+            std::remainder(p->numbers.value(QStringLiteral("RA")) - ofDate.raHours, 24.0);
         const double dDec = p->numbers.value(QStringLiteral("DEC")) - ofDate.decDegrees;
         const bool there = std::fabs(dRa) * 15 < 0.01 && std::fabs(dDec) < 0.01;
         if (p->state == IPS_BUSY || p->state == IPS_ALERT || (p->state == IPS_OK && there))
@@ -291,16 +303,12 @@ void IndiMount::slewTo(const EquatorialPlace& ofDate) {
       },
       limits_.replyMs);
   if (answered && answer != IPS_ALERT) return;
-  if (state_->lost)
-    throw AppError(ErrNo::IndiServer,
-                   QStringLiteral("The INDI server at %1 closed the connection.").arg(address_.server()));
-  QString text = answered
-                     ? QStringLiteral("The INDI device %1 refused the GoTo.").arg(quoted(address_.device))
-                     : QStringLiteral("The INDI device %1 did not take the GoTo in time.")
-                           .arg(quoted(address_.device));
-  if (state_->messages > messages && !state_->lastMessage.value(address_.device).isEmpty())
-    text += QLatin1Char(' ') + state_->lastMessage.value(address_.device);
-  throw AppError(ErrNo::IndiGoto, text);
+  if (state_->lost) throw serverLost(address_);
+  const QString text =
+      answered ? QStringLiteral("The INDI device %1 refused the GoTo.").arg(quoted(address_.device))
+               : QStringLiteral("The INDI device %1 did not take the GoTo in time.")
+                     .arg(quoted(address_.device));
+  throw AppError(ErrNo::IndiGoto, text + state_->saidSince(address_.device, messages));
 }
 
 QStringList IndiMount::telescopes(const IndiAddress& server, const IndiLimits& limits) {

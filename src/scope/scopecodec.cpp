@@ -56,7 +56,8 @@ namespace {
 
 // A byte cannot hold what a 16-bit unit outside its range would split into.
 void checkUnits(double ra, double dec) {
-  if (!(ra >= 0 && ra <= 65535 && dec >= 0 && dec <= 65535)) throw AppError::of(ErrNo::InvalidCall);
+  if (!(ra >= 0 && ra <= 65535 && dec >= 0 && dec <= 65535))
+    throw AppError::of(ErrNo::InvalidCall);
 }
 
 }  // namespace
@@ -88,7 +89,8 @@ EquatorialPlace GotoPlace(double raHours, double raMinutes, const QString& decSi
                           double decDegrees, double decMinutes) {
   checkUnits(RAUnits(raHours, raMinutes), DecUnits(decSign, decDegrees, decMinutes));
   const bool south = decSign == QLatin1String("-");
-  const double dec = south ? -(std::fabs(decDegrees) + decMinutes / 60) : decDegrees + decMinutes / 60;
+  const double dec =
+      south ? -(std::fabs(decDegrees) + decMinutes / 60) : decDegrees + decMinutes / 60;
   return {std::fmod(raHours + raMinutes / 60, 24.0), dec};
 }
 

@@ -11,7 +11,8 @@ class TestCelestronDriver : public QObject {
 
  private slots:
   void initTestCase() {
-    if (!IndiServer::installed()) QFAIL("indiserver not found: install indi-bin (tools/install-deps.sh)");
+    if (!IndiServer::installed())
+      QFAIL("indiserver not found: install indi-bin (tools/install-deps.sh)");
   }
 
   // A hand control below 2.2 gets the 16-bit commands, one from 2.2 on the precise ones. The
@@ -24,8 +25,8 @@ class TestCelestronDriver : public QObject {
     QTest::addColumn<double>("tolerance");    // degrees, the command's resolution
     QTest::newRow("16-bit 1.6") << "1.6" << QByteArray("R3B77,0FA8") << QByteArray("EL")
                                 << 360.0 / 65536;
-    QTest::newRow("precise 4.21") << "4.21" << QByteArray("r3B777777,0FA80496")
-                                  << QByteArray("eL") << 1e-6;
+    QTest::newRow("precise 4.21") << "4.21" << QByteArray("r3B777777,0FA80496") << QByteArray("eL")
+                                  << 1e-6;
   }
   void connectSlewReadBack() {
     QFETCH(QString, version);
@@ -42,8 +43,10 @@ class TestCelestronDriver : public QObject {
                        QStringLiteral("--dec-units"), QStringLiteral("2048")}));
     IndiServer server;
     QVERIFY(server.start({QStringLiteral("indi_celestron_gps")}));
-    QVERIFY(server.waitFor(QLatin1Char('"') + dev + QStringLiteral(".CONNECTION.CONNECT\"==0"), 10));
-    QVERIFY(server.set(dev + QStringLiteral(".DEVICE_AUTO_SEARCH.INDI_ENABLED=Off;INDI_DISABLED=On")));
+    QVERIFY(
+        server.waitFor(QLatin1Char('"') + dev + QStringLiteral(".CONNECTION.CONNECT\"==0"), 10));
+    QVERIFY(
+        server.set(dev + QStringLiteral(".DEVICE_AUTO_SEARCH.INDI_ENABLED=Off;INDI_DISABLED=On")));
     QVERIFY(server.set(dev + QStringLiteral(".DEVICE_PORT.PORT=") + sim.address));
     QVERIFY(server.set(dev + QStringLiteral(".CONNECTION.CONNECT=On")));
     // The 16-bit hand control does not know the variant question: the driver waits it out.

@@ -28,7 +28,8 @@ struct Rig {
 
 QString show(const std::optional<PositionFields>& f) {
   if (!f) return QStringLiteral("nothing");
-  return QStringList{f->txtRAHour, f->txtRAMin, f->txtDecSign, f->txtDecDeg, f->txtDecMin}.join('|');
+  return QStringList{f->txtRAHour, f->txtRAMin, f->txtDecSign, f->txtDecDeg, f->txtDecMin}.join(
+      '|');
 }
 
 }  // namespace
@@ -39,7 +40,8 @@ class TestIndiRoute : public QObject {
 
  private slots:
   void initTestCase() {
-    if (!IndiServer::installed()) QFAIL("indiserver not found: install indi-bin (tools/install-deps.sh)");
+    if (!IndiServer::installed())
+      QFAIL("indiserver not found: install indi-bin (tools/install-deps.sh)");
   }
 
   // A declined altitude alert reaches nothing; Quick GoTo connects the device, sends the place
@@ -64,8 +66,10 @@ class TestIndiRoute : public QObject {
     QVERIFY(QuickGoto(rig.state(), rig.link, target, GotoPanel::MainWindow));
     QCOMPARE(rig.env.prompter.texts(), QStringList{});
     const EquatorialPlace ofDate = J2000ToOfDate({5.575, 22 + 1 / 60.0}, rig.state().now());
-    QVERIFY(std::fabs(rig.server.number(prefix + QStringLiteral("TARGET_EOD_COORD.RA")) - ofDate.raHours) < 1e-6);
-    QVERIFY(std::fabs(rig.server.number(prefix + QStringLiteral("TARGET_EOD_COORD.DEC")) - ofDate.decDegrees) < 1e-6);
+    QVERIFY(std::fabs(rig.server.number(prefix + QStringLiteral("TARGET_EOD_COORD.RA")) -
+                      ofDate.raHours) < 1e-6);
+    QVERIFY(std::fabs(rig.server.number(prefix + QStringLiteral("TARGET_EOD_COORD.DEC")) -
+                      ofDate.decDegrees) < 1e-6);
 
     QVERIFY2(rig.server.waitFor(QStringLiteral("\"%1EQUATORIAL_EOD_COORD._STATE\"==1 && "
                                                "abs(\"%1EQUATORIAL_EOD_COORD.DEC\"-%2)<0.01")
@@ -85,8 +89,8 @@ class TestIndiRoute : public QObject {
   // Setup's Find: the telescopes among the server's devices, or why there are none.
   void findTelescopes() {
     Rig rig;
-    QVERIFY(rig.server.start({QStringLiteral("indi_simulator_focus"),
-                              QStringLiteral("indi_simulator_telescope")}));
+    QVERIFY(rig.server.start(
+        {QStringLiteral("indi_simulator_focus"), QStringLiteral("indi_simulator_telescope")}));
     QCOMPARE(IndiMount::telescopes({QStringLiteral("localhost"), rig.server.port, QString()}),
              QStringList{kDevice});
     const quint16 none = UnusedPort();

@@ -1,5 +1,6 @@
-#include <QtTest>
 #include <erfa.h>
+
+#include <QtTest>
 
 #include "sky/ofdate.h"
 #include "support/csvrows.h"
@@ -47,7 +48,9 @@ class TestOfDate : public QObject {
     worst_ = qMax(worst_, worst);
     QVERIFY2(worst < 1.0, qPrintable(QString::number(worst)));
   }
-  void cleanupTestCase() { qInfo("largest difference from astropy: %.3f milliarcseconds", worst_ * 1000); }
+  void cleanupTestCase() {
+    qInfo("largest difference from astropy: %.3f milliarcseconds", worst_ * 1000);
+  }
 };
 
 QTEST_GUILESS_MAIN(TestOfDate)

@@ -25,7 +25,8 @@ class IndiServer {
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(QStringLiteral("indiserver"),
                   QStringList{QStringLiteral("-p"), QString::number(port), QStringLiteral("-u"),
-                              home.filePath(QStringLiteral("socket"))} + drivers);
+                              home.filePath(QStringLiteral("socket"))} +
+                      drivers);
     if (!process.waitForStarted(5000)) return false;
     const QDeadlineTimer deadline(10000);
     while (!deadline.hasExpired()) {
@@ -52,7 +53,8 @@ class IndiServer {
   bool set(const QString& spec) { return tool(QStringLiteral("indi_setprop"), {spec}, 5).first; }
   // indi_getprop of one element: its value, or "" when the server does not have it.
   QString get(const QString& element) {
-    const QString out = tool(QStringLiteral("indi_getprop"), {QStringLiteral("-1"), element}, 3).second;
+    const QString out =
+        tool(QStringLiteral("indi_getprop"), {QStringLiteral("-1"), element}, 3).second;
     return out.section(QLatin1Char('\n'), 0, 0).trimmed();
   }
   double number(const QString& element) { return get(element).toDouble(); }
@@ -69,7 +71,8 @@ class IndiServer {
   std::pair<bool, QString> tool(const QString& program, const QStringList& args, int seconds) {
     QProcess p;
     p.start(program, QStringList{QStringLiteral("-p"), QString::number(port), QStringLiteral("-t"),
-                                 QString::number(seconds)} + args);
+                                 QString::number(seconds)} +
+                         args);
     const bool finished = p.waitForFinished((seconds + 5) * 1000);
     if (!finished) {
       p.kill();
