@@ -46,14 +46,7 @@ class IndiServer {
   }
   ~IndiServer() { stop(); }
 
-  void stop() {
-    if (process.state() == QProcess::NotRunning) return;
-    process.terminate();
-    if (!process.waitForFinished(5000)) {
-      process.kill();
-      process.waitForFinished(2000);
-    }
-  }
+  void stop() { EndProcess(process, 5000); }
 
   // indi_setprop "device.property.element=value"; true when it was sent.
   bool set(const QString& spec) { return tool(QStringLiteral("indi_setprop"), {spec}, 5).first; }
@@ -80,10 +73,7 @@ class IndiServer {
                                  QString::number(seconds)} +
                          args);
     const bool finished = p.waitForFinished((seconds + 5) * 1000);
-    if (!finished) {
-      p.kill();
-      p.waitForFinished(1000);
-    }
+    if (!finished) EndProcess(p, 0);
     const bool ok = finished && p.exitStatus() == QProcess::NormalExit && p.exitCode() == 0;
     return {ok, QString::fromLocal8Bit(p.readAllStandardOutput())};
   }

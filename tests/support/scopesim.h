@@ -8,6 +8,17 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+// Ends a child process: asked first, then killed when it does not go within `ms`. False when
+// it had to be killed.
+inline bool EndProcess(QProcess& process, int ms) {
+  if (process.state() == QProcess::NotRunning) return true;
+  process.terminate();
+  if (process.waitForFinished(ms)) return true;
+  process.kill();
+  process.waitForFinished(1000);
+  return false;
+}
+
 // The telescope simulator as a child process: a pseudo-terminal (or a relay port) whose
 // first output line is what Setup's Comm Port takes, and a log of every byte it received.
 // Its slews end at once unless `extra` asks for --slew-seconds.
@@ -31,13 +42,7 @@ class ScopeSim {
   ~ScopeSim() { stop(); }
 
   int stop() {
-    if (process.state() == QProcess::NotRunning) return process.exitCode();
-    process.terminate();
-    if (!process.waitForFinished(3000)) {
-      process.kill();
-      process.waitForFinished(1000);
-      return -1;
-    }
+    if (!EndProcess(process, 3000)) return -1;
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
   }
 
