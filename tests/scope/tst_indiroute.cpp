@@ -5,6 +5,7 @@
 #include "core/apperror.h"
 #include "scope/gotoflow.h"
 #include "scope/scopecontrol.h"
+#include "support/commalocale.h"
 #include "support/indiserver.h"
 #include "support/testenv.h"
 
@@ -45,8 +46,11 @@ class TestIndiRoute : public QObject {
   }
 
   // A declined altitude alert reaches nothing; Quick GoTo connects the device, sends the place
-  // of date, and the read-back turns the mount's place back into J2000.
+  // of date, and the read-back turns the mount's place back into J2000. INDI's client library
+  // writes and reads numbers with the C library, so this runs with decimal commas.
   void quickGotoAndReadBack() {
+    CommaLocale comma;
+    REQUIRE_COMMA_LOCALE(comma);
     Rig rig;
     QVERIFY(rig.server.start({QStringLiteral("indi_simulator_telescope")}));
     rig.pointAt(rig.server.port, kDevice);
