@@ -87,7 +87,14 @@ void SkyWidget::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   const bool recoloured =
       event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange;
-  if (!recoloured || !resolveSystemColours() || stars_.empty()) return;
+  if (!recoloured) return;
+  if (!resolveSystemColours()) {
+    // Taking an application style sheet off puts back the letters' colours of the moment it
+    // came: they are set again.
+    layoutLetters();
+    return;
+  }
+  if (stars_.empty()) return;
   chart_->DrawSkyChart(stars_);
   if (marker_) chart_->PlotObject(marker_->first, marker_->second);
   update();

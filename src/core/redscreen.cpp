@@ -4,10 +4,14 @@
 #include <QApplication>
 #include <QColor>
 #include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QPixmapCache>
+#include <QStyleFactory>
+#include <QTimer>
 
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/redscreenstyle.h"
 
 namespace {
 
@@ -76,30 +80,6 @@ const char* const kButtonTips[][2] = {
     {"cmdAlignStars", "Alignment Star Chart"},
 };
 
-// A picture in shades of the scheme's red: the brightness of each pixel becomes red, up to
-// `brightest`, so no white page or yellow folder shines at the telescope.
-QPixmap inRed(const QPixmap& picture, int brightest) {
-  QImage image = picture.toImage().convertToFormat(QImage::Format_ARGB32);
-  for (int y = 0; y < image.height(); ++y) {
-    auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-    for (int x = 0; x < image.width(); ++x) {
-      const int level = qGray(line[x]) * brightest / 255;
-      line[x] = qRgba(level, 0, 0, qAlpha(line[x]));
-    }
-  }
-  QPixmap out = QPixmap::fromImage(image);
-  out.setDevicePixelRatio(picture.devicePixelRatio());
-  return out;
-}
-
-QIcon iconInRed(const QIcon& icon, const QSize& size, qreal dpr) {
-  const QPixmap picture = icon.pixmap(size, dpr);
-  QIcon red;
-  red.addPixmap(inRed(picture, 0xC0), QIcon::Normal);
-  red.addPixmap(inRed(picture, 0x50), QIcon::Disabled);
-  return red;
-}
-
 }  // namespace
 
 RedScreen::RedScreen(AppState& state) : state_(state) {}
@@ -148,9 +128,19 @@ void RedScreen::restoreForExit() {
 }
 
 void RedScreen::applyOn(const QList<QAbstractButton*>& buttons) {
+  // A dialog of the desktop's own (file, colour) is out of the palette's reach: ours are not.
+  nativeDialogsWereOff_ = QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs);
+  QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+  const QString ownStyle = QApplication::style()->name();
   QApplication::setPalette(paletteFor(tables_.RedSysColors, savedPalette_));
   qApp->setStyleSheet(savedStyleSheet_ + QLatin1Char('\n') +
                       SysColorStyleSheet(tables_.RedSysColors));
+  // The same style as before does the drawing, wrapped in the one that keeps it red. It comes
+  // after the style sheet and goes before it, so that the list windows' icons change once each
+  // way: a list window paints the title bar it noted on its last resize for a moment after.
+  auto* style = new RedScreenStyle(QStyleFactory::create(ownStyle));
+  ownStyleName_ = style->baseStyle()->name();
+  QApplication::setStyle(style);
   const QBrush workspace(toColor(tables_.RedSysColors[SysColor::AppWorkspace]));
   const auto widgets = QApplication::allWidgets();
   for (QWidget* w : widgets) {
@@ -166,11 +156,12 @@ void RedScreen::applyOn(const QList<QAbstractButton*>& buttons) {
     b->setToolTip(QString());
     if (!b->icon().isNull()) {
       if (!buttonIcons_.contains(b)) buttonIcons_.insert(b, b->icon());
-      b->setIcon(iconInRed(buttonIcons_.value(b), b->iconSize(), b->devicePixelRatioF()));
+      b->setIcon(IconInRed(buttonIcons_.value(b)));
     }
   }
   // Pictures made for the other palette (a disabled button's greyed icon) must not return.
   QPixmapCache::clear();
+  repaintTitleBarsLater();
 }
 
 void RedScreen::applyOff(const QList<QAbstractButton*>& buttons) {
@@ -184,13 +175,34 @@ void RedScreen::applyOff(const QList<QAbstractButton*>& buttons) {
   }
 }
 
-// The palette before the style sheet, as when turning on: the list windows' title bars take
-// their colours when the style changes.
+// The palette first, as when turning on: the list windows' title bars take their colours when
+// the style changes. Taking the style sheet off gives each widget back the palette it had when
+// the sheet came; a widget that set colours of its own meanwhile sets them again on the style
+// change that follows.
 void RedScreen::putBackSnapshot() {
   QApplication::setPalette(savedPalette_);
+  if (!ownStyleName_.isEmpty()) {
+    // The style the red one wrapped came from the factory, which makes it again. Taking the
+    // red one off gives the list windows their own icons back.
+    QApplication::setStyle(QStyleFactory::create(ownStyleName_));
+    ownStyleName_.clear();
+  }
   qApp->setStyleSheet(savedStyleSheet_);
+  QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, nativeDialogsWereOff_);
   QPixmapCache::clear();
   for (const auto& [area, brush] : workspaces_)
     if (area) area->setBackground(brush);
   workspaces_.clear();
+  repaintTitleBarsLater();
+}
+
+// For a moment after it was last resized (200 ms), a list window paints the title bar it noted
+// then, in the colours and with the icon of that moment, and the style changes resize it: once
+// the moment has passed, the title bars are painted again as they are now.
+void RedScreen::repaintTitleBarsLater() {
+  QTimer::singleShot(kTitleBarPauseMs, qApp, [] {
+    const auto widgets = QApplication::allWidgets();
+    for (QWidget* w : widgets)
+      if (auto* frame = qobject_cast<QMdiSubWindow*>(w)) frame->update();
+  });
 }

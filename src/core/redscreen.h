@@ -16,11 +16,15 @@ class QAbstractButton;
 class QMdiArea;
 
 // Night vision. Linux has no system colours to rewrite, so while the mode is on every window of
-// the program takes the 25-colour scheme: a palette for what the style draws from it, and an
-// application style sheet for menus, tool tips, the workspace, scroll bars and grid headers.
+// the program takes the 25-colour scheme: a palette for what the style draws from it, an
+// application style sheet for menus, tool tips, the workspace, scroll bars and grid headers,
+// and a style (RedScreenStyle) that turns red whatever the style paints in colours of its own.
 // Switching off puts back exactly what the snapshot held.
 class RedScreen {
  public:
+  // How long after the switch the list windows' title bars are painted again.
+  static constexpr int kTitleBarPauseMs = 250;
+
   explicit RedScreen(AppState& state);
 
   // Start-up: remember the application's palette and style sheet and fill the three tables.
@@ -47,12 +51,17 @@ class RedScreen {
   void applyOn(const QList<QAbstractButton*>& buttons);
   void applyOff(const QList<QAbstractButton*>& buttons);
   void putBackSnapshot();
+  static void repaintTitleBarsLater();
 
   AppState& state_;
   SysColorTables tables_;
   QPalette savedPalette_;
   QString savedStyleSheet_;
   bool snapshotTaken_ = false;
+  // While on: the name of the application's own style, to put back; and whether the program
+  // had already turned the desktop's dialogs off.
+  QString ownStyleName_;
+  bool nativeDialogsWereOff_ = false;
   // Each button's own style sheet and picture, from before they turned red.
   QHash<QAbstractButton*, QString> buttonSheets_;
   QHash<QAbstractButton*, QIcon> buttonIcons_;

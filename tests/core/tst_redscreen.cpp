@@ -1,13 +1,18 @@
 #include <QtTest>
 
 #include <QApplication>
+#include <QMainWindow>
 #include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QStyle>
 #include <QToolButton>
 #include <memory>
 #include <vector>
 
 #include "core/redscreen.h"
 #include "core/redscreencolors.h"
+#include "core/redscreenstyle.h"
 #include "support/testenv.h"
 
 class TestRedScreen : public QObject {
@@ -22,6 +27,8 @@ class TestRedScreen : public QObject {
   void exitWhileOff();
   void workspaceTurnsBlack();
   void picturesFollowTheMode();
+  void titleBarsFollowTheMode_data();
+  void titleBarsFollowTheMode();
 
  private:
   struct Buttons {
@@ -108,10 +115,15 @@ void TestRedScreen::roundTrip() {
     QVERIFY(button->styleSheet().contains(QLatin1String("rgb(127, 0, 0)")));
   }
 
+  QVERIFY(!qApp->findChildren<RedScreenStyle*>().isEmpty());
+  QVERIFY(QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+
   red.toggle(b.list);
   QVERIFY(!env.state->RedScreenOn);
   QVERIFY(QApplication::palette() == startPalette);
   QCOMPARE(qApp->styleSheet(), startSheet_);
+  QVERIFY(qApp->findChildren<RedScreenStyle*>().isEmpty());
+  QVERIFY(!QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
   for (int i = 0; i < 6; ++i) {
     QCOMPARE(b.list[i]->toolTip(), QString::fromLatin1(kTips[i]));
     QCOMPARE(b.list[i]->styleSheet(), i == 2 ? QStringLiteral("padding: 3px;") : QString());
@@ -196,6 +208,75 @@ void TestRedScreen::picturesFollowTheMode() {
   red.toggle(b.list);
   QCOMPARE(picture(b.list[0], QIcon::Normal), normal);
   QCOMPARE(picture(b.list[2], QIcon::Disabled), disabled);
+}
+
+void TestRedScreen::titleBarsFollowTheMode_data() {
+  QTest::addColumn<bool>("maximised");
+  QTest::addColumn<bool>("openedWhileOn");
+  QTest::newRow("side by side") << false << false;
+  QTest::newRow("side by side, opened while on") << false << true;
+  QTest::newRow("maximised") << true << false;
+  QTest::newRow("maximised, opened while on") << true << true;
+}
+
+// While on, no pixel of a title bar, active or not, nor of a maximised list's buttons in the
+// menu bar, has more than a trace of green or blue; after, once the list windows are done with
+// the title bars they noted while the styles changed, each looks exactly as before.
+void TestRedScreen::titleBarsFollowTheMode() {
+  QFETCH(bool, maximised);
+  QFETCH(bool, openedWhileOn);
+  qApp->setStyleSheet(QString());
+  TestEnv env;
+  RedScreen red(*env.state);
+  red.snapshot();
+  QMainWindow main;
+  main.menuBar()->addMenu(QStringLiteral("&File"));
+  auto* area = new QMdiArea;
+  main.setCentralWidget(area);
+  main.resize(600, 400);
+  main.show();
+  QPixmap picture(16, 16);
+  picture.fill(QColor(40, 90, 255));
+  const QIcon own(picture);
+  if (openedWhileOn) red.toggle({});
+  QList<QMdiSubWindow*> frames;
+  for (int i = 0; i < 2; ++i) {
+    auto* frame = new QMdiSubWindow;
+    frame->setWidget(new QWidget);
+    frame->setWindowTitle(QStringLiteral("List %1").arg(i));
+    frame->setWindowIcon(own);
+    area->addSubWindow(frame);
+    frame->setGeometry(i * 200, i * 100, 300, 200);
+    frame->show();
+    frames << frame;
+  }
+  if (maximised) frames[1]->showMaximized();
+  const auto bars = [&] {
+    QTest::qWait(RedScreen::kTitleBarPauseMs);
+    QList<QImage> out;
+    for (QMdiSubWindow* frame : frames) {
+      const int bar = frame->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame);
+      out << (maximised ? main.menuBar()->grab().toImage()
+                        : frame->grab(QRect(0, 0, frame->width(), bar)).toImage());
+    }
+    return out;
+  };
+  QList<QImage> before;
+  if (!openedWhileOn) {
+    before = bars();
+    red.toggle({});
+  }
+  for (const QImage& image : bars()) {
+    int most = 0;
+    for (int y = 0; y < image.height(); ++y)
+      for (int x = 0; x < image.width(); ++x)
+        most = qMax(most, qMax(image.pixelColor(x, y).green(), image.pixelColor(x, y).blue()));
+    QCOMPARE_LE(most, 8);
+  }
+  red.toggle({});
+  const QList<QImage> after = bars();
+  for (QMdiSubWindow* frame : frames) QCOMPARE(frame->windowIcon().cacheKey(), own.cacheKey());
+  if (!openedWhileOn) QVERIFY(after == before);
 }
 
 QTEST_MAIN(TestRedScreen)
