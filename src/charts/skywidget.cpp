@@ -88,6 +88,14 @@ void SkyWidget::DrawSkyChart(const std::vector<SkyPosition>& stars) {
   update();
 }
 
+void SkyWidget::draw(const std::function<void(ChartSurface&)>& paint) {
+  {
+    HourglassPointer hourglass;
+    paint(surface_);
+  }
+  update();
+}
+
 bool SkyWidget::PlotObject(const SkyPosition& position, quint32 markerColour) {
   const bool drawn = chart_->PlotObject(position, markerColour);
   update();

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -20,6 +21,8 @@ class SkyWidget : public QWidget {
   // Draw under the hourglass pointer, then repaint.
   void DrawSkyChart(const std::vector<SkyPosition>& stars);
   bool PlotObject(const SkyPosition& position, quint32 markerColour);
+  // Any other drawing on the surface, under the hourglass pointer, then a repaint.
+  void draw(const std::function<void(ChartSurface&)>& paint);
 
   SkyChart& chart() { return *chart_; }
   QImageChartSurface& surface() { return surface_; }
