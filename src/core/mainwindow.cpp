@@ -19,6 +19,7 @@
 #include <QToolButton>
 
 #include "catalog/catalogdialogs.h"
+#include "charts/alignstars.h"
 #include "core/appstate.h"
 #include "core/handler.h"
 #include "core/icons.h"
@@ -442,8 +443,29 @@ void TavorineListMain::mnuEditUserList_Click() {
   state_.EditUserListCaller = QStringLiteral("Menu");
   RunGuarded(state_.prompter(), [&] { ShowEditUserList(state_, this); });
 }
+// One alignment chart, a child window like the lists; closing it unloads it.
 void TavorineListMain::mnuAlignStars_Click() {
-  notYetAvailable(QStringLiteral("The Alignment Star Chart"));
+  RunGuarded(state_.prompter(), [&] {
+    if (alignStars_) {
+      mdi_->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(alignStars_->parentWidget()));
+      return;
+    }
+    auto* chart = new AlignStars(state_);
+    alignStars_ = chart;
+    chart->printRequested = [this] { notYetAvailable(QStringLiteral("Printing")); };
+    auto* frame = new QMdiSubWindow;
+    frame->setAttribute(Qt::WA_DeleteOnClose);
+    frame->setWidget(chart);
+    frame->setWindowTitle(chart->windowTitle());
+    frame->setWindowIcon(windowIcon());
+    mdi_->addSubWindow(frame);
+    connect(mdi_, &QMdiArea::subWindowActivated, chart, [chart, frame](QMdiSubWindow* w) {
+      if (w == frame) chart->Form_Activate();
+    });
+    frame->resize(TwipsToPixels(AlignStarsWidth, chart), TwipsToPixels(AlignStarsHeight, chart));
+    frame->show();
+    mdi_->setActiveSubWindow(frame);
+  });
 }
 QList<QAbstractButton*> TavorineListMain::toolbarButtons() const {
   QList<QAbstractButton*> out;

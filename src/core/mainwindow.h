@@ -8,6 +8,7 @@
 #include "core/redscreen.h"
 #include "scope/scopecontrol.h"
 
+class AlignStars;
 class AppState;
 class CurrentList;
 struct ListDocumentRequest;
@@ -108,6 +109,7 @@ class TavorineListMain : public QMainWindow {
   ScopeLink link_;
   RedScreen redScreen_;
   QPointer<HelpWindow> help_;
+  QPointer<AlignStars> alignStars_;
   QMdiArea* mdi_ = nullptr;
   QMenu* windowMenu_ = nullptr;
   QAction* mnuExport_ = nullptr;
