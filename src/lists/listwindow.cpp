@@ -404,22 +404,15 @@ void CurrentList::cmdGoto_Click() {
 }
 
 void CurrentList::cmdCDC_Click() {
-  RunGuarded(
-      [&] {
-        if (datPrimary_->RecordCount() < 1 || !datPrimary_->hasCurrentRow()) return;
-        const bool moved =
-            MoveChart(state_, main_.scopeLink(), Val(text(7)->text()), Val(text(8)->text()),
-                      text(9)->text(), Val(text(10)->text()), Val(text(11)->text()), 5);
-        // The planetarium's window cannot be raised from here everywhere; stepping the main
-        // window back brings it forward instead.
-        if (moved) main_.lower();
-      },
-      [&](const AppError& e) {
-        state_.prompter().message(QStringLiteral("Error"),
-                                  QStringLiteral("Unable to communicate with CDC -") +
-                                      e.description + QStringLiteral(" - ") +
-                                      QString::number(e.number));
+  const bool moved =
+      CentreChartOnObject(state_, main_.scopeLink(), [this]() -> std::optional<SkyPosition> {
+        if (datPrimary_->RecordCount() < 1 || !datPrimary_->hasCurrentRow()) return std::nullopt;
+        return SkyPosition{text(7)->text(), text(8)->text(), text(9)->text(), text(10)->text(),
+                           text(11)->text()};
       });
+  // The planetarium's window cannot be raised from here everywhere; stepping the main window
+  // back brings it forward instead.
+  if (moved) main_.lower();
 }
 
 void CurrentList::grdDataGrid_HeadClick(int column) {
