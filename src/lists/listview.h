@@ -17,6 +17,9 @@ class Recordset;
 // The star positions of the chart, read once from MapStars of the catalog database.
 std::vector<SkyPosition> LoadMapStars(const Database& catalog);
 
+// The fields shown in Text1 to Text12 of a detail panel, in that order.
+const QStringList& ObjectDetailFields();
+
 // The position of the current row of a list recordset.
 SkyPosition CurrentRowPosition(const Recordset& rs);
 

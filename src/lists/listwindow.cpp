@@ -226,13 +226,11 @@ void CurrentList::bindPrimary() {
 }
 
 void CurrentList::refreshDetails() {
-  static const char* fields[] = {"Category", "ObjectNum", "Name",    "Type",
-                                 "Constellation", "Magnitude", "RAHour", "RAMinute",
-                                 "DecSign",  "DecDeg",    "DecMinute", "Info"};
+  const QStringList& fields = ObjectDetailFields();
   Recordset* rs = datPrimary_.get();
   const bool row = rs && rs->hasCurrentRow();
   for (int n = 1; n <= 12; ++n) {
-    text(n)->setText(row ? rs->text(QString::fromLatin1(fields[n - 1])) : QString());
+    text(n)->setText(row ? rs->text(fields[n - 1]) : QString());
     // A long name shows from its beginning, not from where the caret was left.
     text(n)->setCursorPosition(0);
   }
