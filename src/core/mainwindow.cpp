@@ -14,12 +14,14 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 
 #include "catalog/catalogdialogs.h"
 #include "charts/alignstars.h"
+#include "charts/hhc.h"
 #include "core/appstate.h"
 #include "core/handler.h"
 #include "core/icons.h"
@@ -438,7 +440,21 @@ void TavorineListMain::mnuExportPlanetarium_Click() {
 void TavorineListMain::mnuExporthcTour_Click() { notYetAvailable(QStringLiteral("Tour export")); }
 void TavorineListMain::mnuExportCSV_Click() { notYetAvailable(QStringLiteral("CSV export")); }
 void TavorineListMain::mnuPrint_Click() { notYetAvailable(QStringLiteral("Printing")); }
-void TavorineListMain::mnuHHC_Click() { notYetAvailable(QStringLiteral("Hyper Hand Control")); }
+// One hand control window beside the frame; closing it unloads it.
+void TavorineListMain::mnuHHC_Click() {
+  RunGuarded(state_.prompter(), [&] {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
+    if (!hhc_) {
+      hhc_ = new HHC(state_, link_, this);
+      hhc_->showHelp = [this] { mnuHelpTopics_Click(); };
+    }
+    hhc_->show();
+    hhc_->raise();
+    hhc_->activateWindow();
+    if (hhc_->firstActivatePending()) hhc_->Form_Activate();
+  });
+}
 void TavorineListMain::mnuEditUserList_Click() {
   state_.EditUserListCaller = QStringLiteral("Menu");
   RunGuarded(state_.prompter(), [&] { ShowEditUserList(state_, this); });

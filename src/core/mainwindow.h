@@ -13,6 +13,7 @@ class AppState;
 class CurrentList;
 struct ListDocumentRequest;
 class HelpWindow;
+class HHC;
 class QAction;
 class QLineEdit;
 class QMdiArea;
@@ -110,6 +111,7 @@ class TavorineListMain : public QMainWindow {
   RedScreen redScreen_;
   QPointer<HelpWindow> help_;
   QPointer<AlignStars> alignStars_;
+  QPointer<HHC> hhc_;
   QMdiArea* mdi_ = nullptr;
   QMenu* windowMenu_ = nullptr;
   QAction* mnuExport_ = nullptr;
