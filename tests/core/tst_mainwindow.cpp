@@ -8,6 +8,9 @@
 #include <QPushButton>
 #include <QToolButton>
 
+#include "catalog/catalogbrowser.h"
+#include "charts/alignstars.h"
+#include "charts/hhc.h"
 #include "core/mainwindow.h"
 #include "core/settings.h"
 #include "support/testenv.h"
@@ -50,6 +53,8 @@ class TestMainWindow : public QObject {
   void firstRunOpensSetup();
   void redScreenRoundTrip();
   void helpWindowIsReused();
+  void chartWindowsOpenOnce_data();
+  void chartWindowsOpenOnce();
 };
 
 void TestMainWindow::listCommandsStartDisabled() {
@@ -200,6 +205,44 @@ void TestMainWindow::helpWindowIsReused() {
     if (top->windowTitle() == QLatin1String("Tavorine Online Help") && top->isVisible())
       ++helpWindows;
   QCOMPARE(helpWindows, 1);
+}
+
+void TestMainWindow::chartWindowsOpenOnce_data() {
+  QTest::addColumn<QString>("command");
+  QTest::newRow("menu, hand control") << "mnuHHC";
+  QTest::newRow("button, hand control") << "cmdHHC";
+  QTest::newRow("menu, alignment") << "mnuAlignStars";
+  QTest::newRow("button, alignment") << "cmdAlignStars";
+}
+
+// Each opens its one window, or brings it back; F1 in the hand control window shows the one
+// help window.
+void TestMainWindow::chartWindowsOpenOnce() {
+  QFETCH(QString, command);
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  w.start();
+  for (int i = 0; i < 2; ++i) {
+    if (QAction* a = action(&w, command)) a->trigger();
+    else w.findChild<QToolButton*>(command)->click();
+  }
+  if (command.endsWith(QLatin1String("HHC"))) {
+    QCOMPARE(w.findChildren<HHC*>().size(), 1);
+    HHC* hhc = w.findChild<HHC*>();
+    QVERIFY(hhc->isVisible() && !hhc->firstActivatePending());
+    QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
+    QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
+    int helpWindows = 0;
+    for (QWidget* top : QApplication::topLevelWidgets())
+      helpWindows += top->windowTitle() == QLatin1String("Tavorine Online Help") && top->isVisible();
+    QCOMPARE(helpWindows, 1);
+  } else {
+    QCOMPARE(w.findChildren<AlignStars*>().size(), 1);
+    QCOMPARE(w.mdiArea()->activeSubWindow()->widget(), w.findChild<AlignStars*>());
+    QVERIFY(!w.findChild<AlignStars*>()->candidates().empty() ||
+            !w.findChild<AlignStars*>()->bestPairsText().empty());
+  }
+  QVERIFY(env->prompter.entries.isEmpty());
 }
 
 QTEST_MAIN(TestMainWindow)
