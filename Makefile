@@ -1,8 +1,9 @@
-# Quick start: `make run` builds and starts Tavorine, `make test` builds and runs the tests.
+# Quick start: `make run` builds and starts Tavorine, `make test` builds and runs the tests,
+# `make package` builds the Debian package in $(BUILD)/.
 BUILD ?= build
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build run test bench clean
+.PHONY: all deps configure build run test bench package clean
 
 all: build
 
@@ -21,6 +22,9 @@ run: build
 
 test: build
 	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
+
+package: build
+	cmake --build $(BUILD) --target package
 
 bench: build
 	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done; true

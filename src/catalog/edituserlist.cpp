@@ -23,6 +23,7 @@
 #include "core/appstate.h"
 #include "core/handler.h"
 #include "core/selectall.h"
+#include "core/windowplacement.h"
 
 namespace {
 
@@ -75,6 +76,7 @@ QString EditUserList::fieldName(int index) {
 
 EditUserList::EditUserList(AppState& state, QWidget* parent) : QDialog(parent), state_(state) {
   setObjectName(QStringLiteral("EditUserList"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("User Supplied Objects"));
   setModal(true);
   build();

@@ -20,6 +20,7 @@
 #include "core/settings.h"
 #include "core/setupdialog.h"
 #include "core/twips.h"
+#include "core/windowplacement.h"
 
 namespace {
 
@@ -49,6 +50,7 @@ QString chooseWithDialog(QWidget* parent, const QString& title, const QString& f
 
 Filter::Filter(AppState& state, QWidget* parent) : QDialog(parent), state_(state) {
   setObjectName(QStringLiteral("Filter"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Filter Settings"));
   setModal(true);
   chooseOpen_ = [](QWidget* p, const QString& t, const QString& f, const QString& filter) {

@@ -14,7 +14,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
@@ -24,6 +23,7 @@
 #include "charts/hhc.h"
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/hourglass.h"
 #include "core/icons.h"
 #include "core/listdocuments.h"
 #include "core/opendocuments.h"
@@ -32,12 +32,14 @@
 #include "core/settings.h"
 #include "core/setupdialog.h"
 #include "core/twips.h"
+#include "core/windowplacement.h"
 #include "info/frmabout.h"
 #include "lists/editlist.h"
 #include "info/frmlicense.h"
 #include "info/frmsupport.h"
 #include "info/helpwindow.h"
 #include "lists/listwindow.h"
+#include "printing/printoptions.h"
 #include "scope/gotoflow.h"
 #include "scope/waitcursor.h"
 
@@ -64,6 +66,7 @@ TavorineListMain::TavorineListMain(AppState& state, QWidget* parent)
     : QMainWindow(parent), state_(state), redScreen_(state) {
   InitIconResources();
   setObjectName(QStringLiteral("TavorineListMain"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Tavorine"));
   setWindowIcon(QIcon(QStringLiteral(":/icons/tavorine.svg")));
   UseWaitCursor(link_);
@@ -162,7 +165,8 @@ void TavorineListMain::buildMenus() {
     mnuMRU_[i] = a;
   }
   file->addSeparator()->setObjectName(QStringLiteral("mnuSep1"));
-  addAction(file, "mnuExit", QStringLiteral("E&xit"), {}, &TavorineListMain::mnuExit_Click);
+  addAction(file, "mnuExit", QStringLiteral("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q),
+            &TavorineListMain::mnuExit_Click);
 
   QMenu* tools = menuBar()->addMenu(QStringLiteral("&Tools"));
   tools->setObjectName(QStringLiteral("mnuTools"));
@@ -439,12 +443,21 @@ void TavorineListMain::mnuExportPlanetarium_Click() {
 }
 void TavorineListMain::mnuExporthcTour_Click() { notYetAvailable(QStringLiteral("Tour export")); }
 void TavorineListMain::mnuExportCSV_Click() { notYetAvailable(QStringLiteral("CSV export")); }
-void TavorineListMain::mnuPrint_Click() { notYetAvailable(QStringLiteral("Printing")); }
+// The list of the active list window, found through its hidden document fields.
+void TavorineListMain::mnuPrint_Click() {
+  RunGuarded(state_.prompter(), [&] {
+    QMdiSubWindow* child = mdi_->currentSubWindow();
+    if (!child || !child->widget()) return;
+    const auto* source = child->widget()->findChild<QLineEdit*>(QStringLiteral("txtDataSource"));
+    const auto* title = child->widget()->findChild<QLineEdit*>(QStringLiteral("txtObserverTitle"));
+    if (!source || !title) return;
+    ShowPrintOptions(state_, source->text(), title->text(), this);
+  });
+}
 // One hand control window beside the frame; closing it unloads it.
 void TavorineListMain::mnuHHC_Click() {
   RunGuarded(state_.prompter(), [&] {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
+    Hourglass hourglass;
     if (!hhc_) {
       hhc_ = new HHC(state_, link_, this);
       hhc_->showHelp = [this] { mnuHelpTopics_Click(); };
@@ -468,7 +481,7 @@ void TavorineListMain::mnuAlignStars_Click() {
     }
     auto* chart = new AlignStars(state_);
     alignStars_ = chart;
-    chart->printRequested = [this] { notYetAvailable(QStringLiteral("Printing")); };
+    chart->printRequested = [this, chart] { ShowAlignPrintOptions(state_, chart); };
     auto* frame = new QMdiSubWindow;
     frame->setAttribute(Qt::WA_DeleteOnClose);
     frame->setWidget(chart);

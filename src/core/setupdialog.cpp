@@ -21,6 +21,7 @@
 #include "core/appstate.h"
 #include "core/handler.h"
 #include "core/redscreencolors.h"
+#include "core/windowplacement.h"
 
 UpDownButtons::UpDownButtons(QWidget* parent) : QWidget(parent) {
   auto* layout = new QVBoxLayout(this);
@@ -57,6 +58,7 @@ QLineEdit* numberField(QWidget* parent, const char* name, int width = 48) {
 
 Setup::Setup(AppState& state, QWidget* parent) : QDialog(parent), state_(state) {
   setObjectName(QStringLiteral("Setup"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Setup"));
   setModal(true);
   pickFolder_ = [](QWidget* p, const QString& start) {

@@ -5,11 +5,13 @@
 #include <QVBoxLayout>
 
 #include "core/appstate.h"
+#include "core/windowplacement.h"
 #include "info/aboutinfo.h"
 #include "info/infowidgets.h"
 
 frmLicense::frmLicense(AppState& state, QWidget* parent) : QDialog(parent) {
   setObjectName(QStringLiteral("frmLicense"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Software License"));
   setModal(true);
   resize(640, 520);

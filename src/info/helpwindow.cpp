@@ -3,14 +3,17 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTextBrowser>
 #include <QUrl>
 #include <QVBoxLayout>
 
 #include "core/appstate.h"
+#include "core/windowplacement.h"
 
 HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::Window), state_(state) {
   setObjectName(QStringLiteral("HelpWindow"));
+  KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Tavorine Online Help"));
   resize(760, 640);
   auto* root = new QVBoxLayout(this);
@@ -32,6 +35,8 @@ HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::W
   connect(txtHelp_, &QTextBrowser::backwardAvailable, back, &QPushButton::setEnabled);
   back->setEnabled(false);
   connect(home, &QPushButton::clicked, this, [this] { showSection(QStringLiteral("contents")); });
+  connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this,
+          &QWidget::close);
 
   const QString path = state_.helpPath();
   if (QFileInfo::exists(path))

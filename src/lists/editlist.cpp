@@ -19,6 +19,7 @@
 #include "core/handler.h"
 #include "core/mainwindow.h"
 #include "core/twips.h"
+#include "core/windowplacement.h"
 #include "lists/editlistlogic.h"
 #include "sky/altitudefilter.h"
 #include "sky/skycalc.h"
@@ -59,6 +60,7 @@ EditList::EditList(AppState& state, TavorineListMain& main, const QString& docum
                    const QString& listWindowCaption, QWidget* parent)
     : QDialog(parent), state_(state), main_(main) {
   setObjectName(QStringLiteral("EditList"));
+  KeepWindowPlacement(this, state);
   setModal(true);
   setPointer(kPointerHourglass);
   // The controls are laid out in twips for the small dialog font.

@@ -25,17 +25,13 @@
 #include "core/numtext.h"
 #include "core/opendocuments.h"
 #include "core/settings.h"
+#include "core/hourglass.h"
 #include "core/twips.h"
 #include "lists/objectdetails.h"
 #include "scope/chartlink.h"
 #include "scope/gotoflow.h"
 
 namespace {
-
-struct Hourglass {
-  Hourglass() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-  ~Hourglass() { QApplication::restoreOverrideCursor(); }
-};
 
 // Design-time place of a control the resize rule moves up and down: left and width, twips.
 struct Place {

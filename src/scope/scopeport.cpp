@@ -1,7 +1,15 @@
 #include "scope/scopeport.h"
 
 #include <QDeadlineTimer>
+#include <QFileInfo>
 #include <QSerialPort>
+#include <QSerialPortInfo>
+
+#ifdef Q_OS_UNIX
+#include <grp.h>
+#include <pwd.h>
+#include <unistd.h>
+#endif
 
 #include "core/apperror.h"
 #include "core/numtext.h"
@@ -45,6 +53,96 @@ QString SerialDeviceName(int number) {
 #endif
 }
 
+QString PortOpenFailureText(const PortOpenProblem& p) {
+  switch (p.fault) {
+    case PortOpenProblem::Missing:
+      return QStringLiteral("There is no port %1 on this computer.\n").arg(p.device) +
+             (p.portsFound.isEmpty()
+                  ? QStringLiteral("No serial ports were found: is the telescope's cable or USB "
+                                   "adapter plugged in?")
+                  : QStringLiteral("Ports found: %1.").arg(p.portsFound.join(QStringLiteral(", ")))) +
+             QStringLiteral("\nChoose the port in Tools, Setup.");
+    case PortOpenProblem::NoPermission:
+      if (p.groupPending)
+        return QStringLiteral("You were added to the group %1, which may use %2, after this "
+                              "session began.\nLog out and log in again (or restart the "
+                              "computer), then try again.")
+            .arg(p.group, p.device);
+      return QStringLiteral("You may not use %1: only members of the group %2 may.\nAdd "
+                            "yourself to it with the command\n    sudo usermod -aG %2 %3\nthen "
+                            "log out and log in again.")
+          .arg(p.device, p.group, p.user);
+    case PortOpenProblem::Busy:
+      return QStringLiteral("%1 is in use by another program, perhaps another copy of "
+                            "Tavorine.\nClose it, then try again.")
+          .arg(p.device);
+    case PortOpenProblem::Other: break;
+  }
+  return p.device + QStringLiteral(": ") + p.systemText;
+}
+
+QStringList FoundSerialPorts() {
+  QStringList ports;
+  for (const QSerialPortInfo& info : QSerialPortInfo::availablePorts())
+    ports << info.systemLocation();
+  ports.sort();
+  return ports;
+}
+
+namespace {
+
+QString UserName() {
+#ifdef Q_OS_UNIX
+  if (const struct passwd* pw = getpwuid(geteuid())) return QString::fromLocal8Bit(pw->pw_name);
+#endif
+  return QStringLiteral("$USER");
+}
+
+// Whether the group database lists the user in the group although this process does not
+// carry it: the membership is newer than the login.
+bool GroupIsPending(const QString& group, const QString& user) {
+#ifndef Q_OS_UNIX
+  return false;
+#else
+  const struct group* g = getgrnam(group.toLocal8Bit().constData());
+  if (!g) return false;
+  bool listed = false;
+  for (char** m = g->gr_mem; m && *m && !listed; ++m) listed = user == QString::fromLocal8Bit(*m);
+  if (!listed) return false;
+  gid_t groups[256];
+  const int n = getgroups(256, groups);
+  for (int i = 0; i < n; ++i)
+    if (groups[i] == g->gr_gid) return false;
+  return getegid() != g->gr_gid;
+#endif
+}
+
+PortOpenProblem Diagnose(const QString& device, QSerialPort::SerialPortError error,
+                         const QString& systemText) {
+  PortOpenProblem p;
+  p.device = device;
+  p.systemText = systemText;
+  const QFileInfo file(device);
+  if (error == QSerialPort::DeviceNotFoundError || !file.exists()) {
+    p.fault = PortOpenProblem::Missing;
+    p.portsFound = FoundSerialPorts();
+  } else if (error == QSerialPort::PermissionError) {
+    // A device we may read and write that still refuses is held by someone else.
+    if (file.isReadable() && file.isWritable()) {
+      p.fault = PortOpenProblem::Busy;
+    } else {
+      p.fault = PortOpenProblem::NoPermission;
+      p.group = file.group();
+      if (p.group.isEmpty() || p.group == QLatin1String("root")) p.group = QStringLiteral("dialout");
+      p.user = UserName();
+      p.groupPending = GroupIsPending(p.group, p.user);
+    }
+  }
+  return p;
+}
+
+}  // namespace
+
 SerialScopePort::SerialScopePort(QString device, int timeoutMs)
     : device_(std::move(device)), timeoutMs_(timeoutMs), port_(std::make_unique<QSerialPort>()) {}
 
@@ -59,9 +157,7 @@ void SerialScopePort::open() {
   port_->setStopBits(QSerialPort::OneStop);
   port_->setFlowControl(QSerialPort::NoFlowControl);
   if (!port_->open(QIODevice::ReadWrite)) {
-    const bool missing = port_->error() == QSerialPort::DeviceNotFoundError;
-    const QString why = missing ? AppError::describe(ErrNo::PortOpen)
-                                : device_ + QStringLiteral(": ") + port_->errorString();
+    const QString why = PortOpenFailureText(Diagnose(device_, port_->error(), port_->errorString()));
     port_->clearError();
     throw AppError(ErrNo::PortOpen, why);
   }

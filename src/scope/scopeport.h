@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 class QSerialPort;
@@ -20,6 +21,24 @@ struct ScopeRoute {
 
 // The device name of serial port number N: "COMN" on Windows, "/dev/ttyS<N-1>" elsewhere.
 QString SerialDeviceName(int number);
+
+// Why a serial device would not open, as far as the system tells.
+struct PortOpenProblem {
+  enum Fault { Missing, NoPermission, Busy, Other };
+  Fault fault = Other;
+  QString device;
+  QStringList portsFound;  // Missing: the serial ports this computer has
+  QString group;           // NoPermission: the group that may use the device
+  QString user;            // NoPermission: who runs the program
+  bool groupPending = false;  // NoPermission: the user is in the group since this session began
+  QString systemText;      // Other: the system's own words
+};
+
+// The serial ports this computer has, by device path.
+QStringList FoundSerialPorts();
+
+// The description of a port that would not open: what is wrong and what the user can do.
+QString PortOpenFailureText(const PortOpenProblem& problem);
 
 // A serial line to the telescope, open only for one exchange. Every call returns within its
 // time limit; failures raise AppError (8002 open, 8018 not open, 8020 write).

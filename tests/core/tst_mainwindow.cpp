@@ -6,6 +6,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QToolButton>
 
 #include "catalog/catalogbrowser.h"
@@ -53,6 +54,7 @@ class TestMainWindow : public QObject {
   void firstRunOpensSetup();
   void redScreenRoundTrip();
   void helpWindowIsReused();
+  void fitsTheScreenOnFirstStart();
   void chartWindowsOpenOnce_data();
   void chartWindowsOpenOnce();
 };
@@ -93,7 +95,8 @@ void TestMainWindow::exitLeavesChildrenOpen() {
   w.start();
   w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
   w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
-  action(&w, QStringLiteral("mnuExit"))->trigger();
+  QVERIFY(QTest::qWaitForWindowActive(&w));
+  QTest::keyClick(&w, Qt::Key_Q, Qt::ControlModifier);  // Exit's shortcut
   QCOMPARE(quits, 1);
   QCOMPARE(closed, 0);
 }
@@ -205,6 +208,21 @@ void TestMainWindow::helpWindowIsReused() {
     if (top->windowTitle() == QLatin1String("Tavorine Online Help") && top->isVisible())
       ++helpWindows;
   QCOMPARE(helpWindows, 1);
+  auto* help = w.findChild<QWidget*>(QStringLiteral("HelpWindow"));
+  QVERIFY(QTest::qWaitForWindowActive(help));
+  QTest::keyClick(help, Qt::Key_Escape);
+  QVERIFY(!help->isVisible());
+}
+
+// However small the screen, the main window opens inside it.
+void TestMainWindow::fitsTheScreenOnFirstStart() {
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  w.start();
+  const QRect area = w.screen()->availableGeometry();
+  QVERIFY2(area.contains(w.geometry()),
+           qPrintable(QStringLiteral("%1x%2 in %3x%4").arg(w.width()).arg(w.height())
+                          .arg(area.width()).arg(area.height())));
 }
 
 void TestMainWindow::chartWindowsOpenOnce_data() {

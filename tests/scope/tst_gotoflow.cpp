@@ -125,7 +125,9 @@ class TestGotoFlow : public QObject {
                               << QStringList{"This object is at an altitude of  90, above your "
                                              "maximum altitude limit of  80.\nOverride and Goto anyway?"};
     QTest::newRow("slew failed") << "nodevice" << false
-                                 << QStringList{kScopeTrap + "Invalid port number",
+                                 << QStringList{kScopeTrap + PortOpenFailureText({PortOpenProblem::Missing,
+                                                                 "/dev/tavorine-no-such-port",
+                                                                 FoundSerialPorts()}),
                                                 kScopeTrap + "Operation valid only when the port is open"};
     QTest::newRow("relay missing still marks") << "norelay" << true
                                                << QStringList{"Unable to communicate with hcAnywhere"};

@@ -113,12 +113,13 @@ class TestScopeLink : public QObject {
     QTest::addColumn<QStringList>("gotoTexts");
     QTest::addColumn<QString>("shown");
     QTest::addColumn<QStringList>("readTexts");
-    const QString noPort = QStringLiteral("Unable to communicate with the scope -\nInvalid port number");
+    const QString missing = QStringLiteral("/dev/tavorine-no-such-port");
+    const QString noPort = ScopeTrapText(
+        PortOpenFailureText({PortOpenProblem::Missing, missing, FoundSerialPorts()}));
     const QString closed = QStringLiteral(
         "Unable to communicate with the scope -\nOperation valid only when the port is open");
     const QString plain = QStringLiteral("Unable to communicate with the scope");
     const QString relay = QStringLiteral("Unable to communicate with hcAnywhere");
-    const QString missing = QStringLiteral("/dev/tavorine-no-such-port");
 
     QTest::newRow("no such device, hex") << "GT" << "none" << missing << false
                                          << QStringList{noPort, closed} << "nothing"
@@ -187,6 +188,51 @@ class TestScopeLink : public QObject {
     QCOMPARE(env.prompter.texts(), readTexts);
     for (const auto& e : env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
     QVERIFY2(t.elapsed() < 5000, qPrintable(QString::number(t.elapsed())));
+  }
+
+  // A port that will not open says why and what to do.
+  void portOpenTexts_data() {
+    QTest::addColumn<int>("fault");
+    QTest::addColumn<bool>("pending");
+    QTest::addColumn<QStringList>("ports");
+    QTest::addColumn<QString>("text");
+    const QString setup = QStringLiteral("\nChoose the port in Tools, Setup.");
+    QTest::newRow("missing, others found")
+        << int(PortOpenProblem::Missing) << false << QStringList{"/dev/ttyS0", "/dev/ttyUSB1"}
+        << "There is no port /dev/ttyUSB0 on this computer.\nPorts found: /dev/ttyS0, "
+           "/dev/ttyUSB1." + setup;
+    QTest::newRow("not in the group")
+        << int(PortOpenProblem::NoPermission) << false << QStringList{}
+        << "You may not use /dev/ttyUSB0: only members of the group dialout may.\nAdd yourself "
+           "to it with the command\n    sudo usermod -aG dialout ann\nthen log out and log in "
+           "again.";
+    QTest::newRow("in the group since this login")
+        << int(PortOpenProblem::NoPermission) << true << QStringList{}
+        << "You were added to the group dialout, which may use /dev/ttyUSB0, after this session "
+           "began.\nLog out and log in again (or restart the computer), then try again.";
+  }
+  void portOpenTexts() {
+    QFETCH(int, fault);
+    QFETCH(bool, pending);
+    QFETCH(QStringList, ports);
+    QFETCH(QString, text);
+    QCOMPARE(PortOpenFailureText({PortOpenProblem::Fault(fault), "/dev/ttyUSB0", ports, "dialout",
+                                  "ann", pending}),
+             text);
+  }
+
+  // A telescope port another program holds is reported as busy, not as missing.
+  void portInUse() {
+    ScopeSim sim;
+    QVERIFY(sim.start(QStringLiteral("GT")));
+    ScopeLink link;
+    const auto holder = link.makePort(sim.address);
+    holder->open();
+    TestEnv env;
+    env.state->settings.CommPort = sim.address;
+    QVERIFY(!ReadScopePosition(*env.state, link));
+    QCOMPARE(env.prompter.texts(),
+             QStringList{ScopeTrapText(PortOpenFailureText({PortOpenProblem::Busy, sim.address}))});
   }
 
   // What a slew leaves in the line is emptied before the next read.
