@@ -26,10 +26,7 @@ AlignStars::AlignStars(AppState& state, QWidget* parent) : QWidget(parent), stat
   QFont small = font();
   small.setPointSizeF(8);
   setFont(small);
-  showUserDateDialog = [this](QWidget* p) {
-    frmUserDate dialog(state_, p);
-    dialog.exec();
-  };
+  showUserDateDialog = [this](QWidget* p) { ShowUserDateDialog(state_, p); };
   buildControls();
   RunGuarded(state_.prompter(), [&] {
     const auto catalog = Database::open(state_.catalogPath(), Database::Mode::ReadOnly);

@@ -28,7 +28,7 @@
 #include "lists/objectdetails.h"
 #include "scope/chartlink.h"
 #include "scope/gotoflow.h"
-#include "scope/scopecontrol.h"
+#include "scope/positionpanel.h"
 #include "sky/altitudefilter.h"
 
 namespace {
@@ -205,14 +205,6 @@ void HHC::buildControls() {
   connect(SSTab1, &QTabWidget::currentChanged, this, [this] { tabChanged(); });
 }
 
-QString HHC::text(const char* name) const {
-  return findChild<QLineEdit*>(QString::fromLatin1(name))->text();
-}
-
-void HHC::setText(const char* name, const QString& value) {
-  findChild<QLineEdit*>(QString::fromLatin1(name))->setText(value);
-}
-
 // ---- activation and the timer ---------------------------------------------------------------
 
 void HHC::changeEvent(QEvent* event) {
@@ -303,28 +295,12 @@ void HHC::cmdGoto_Click() {
 }
 
 void HHC::cmdQuickGoto_Click() {
-  const QuickGotoFields fields{text("txtGotoRAHour"), text("txtGotoRAMin"),
-                               text("txtGoToRASec"),  text("txtGotoDecSign"),
-                               text("txtGotoDecDeg"), text("txtGotoDecMin"),
-                               text("txtGotoDecSec")};
-  QuickGoto(state_, link_, fields, GotoPanel::HandControl);
+  QuickGoto(state_, link_, QuickGotoFieldsOf(this), GotoPanel::HandControl);
 }
 
-void HHC::cmdGetRA_Click() {
-  const std::optional<PositionFields> read = ReadScopePosition(state_, link_);
-  if (!read) return;
-  setText("txtRAHour", read->txtRAHour);
-  setText("txtRAMin", read->txtRAMin);
-  setText("txtDecSign", read->txtDecSign);
-  setText("txtDecDeg", read->txtDecDeg);
-  setText("txtDecMin", read->txtDecMin);
-}
+void HHC::cmdGetRA_Click() { ShowScopePosition(state_, link_, this); }
 
-void HHC::cmdDecSign_Click() {
-  const QString next = FlipDecSign(text("txtGotoDecSign"));
-  setText("txtGotoDecSign", next);
-  findChild<QPushButton*>(QStringLiteral("cmdDecSign"))->setText(next);
-}
+void HHC::cmdDecSign_Click() { FlipDecSignOf(this); }
 
 void HHC::cmdCDC_Click() {
   const bool moved = CentreChartOnObject(state_, link_, [this] { return objectInView(); });

@@ -63,8 +63,6 @@ class HHC : public QWidget {
   void tabChanged();
   // The position of the current row as the detail boxes show it; nothing on an empty page.
   std::optional<SkyPosition> objectInView() const;
-  QString text(const char* name) const;
-  void setText(const char* name, const QString& value);
   QLineEdit* detail(int n) const { return texts_[size_t(n - 1)]; }
 
   AppState& state_;

@@ -41,6 +41,7 @@
 #include "lists/listwindow.h"
 #include "printing/printoptions.h"
 #include "scope/gotoflow.h"
+#include "scope/positionpanel.h"
 #include "scope/waitcursor.h"
 
 namespace {
@@ -496,11 +497,13 @@ void TavorineListMain::mnuAlignStars_Click() {
     mdi_->setActiveSubWindow(frame);
   });
 }
+// Looked for in the toolbar alone: the alignment chart has a Print button of the same name.
 QList<QAbstractButton*> TavorineListMain::toolbarButtons() const {
+  const auto* bar = findChild<QToolBar*>(QStringLiteral("tbToolbar"));
   QList<QAbstractButton*> out;
   for (const char* name : {"cmdNew", "cmdOpen", "cmdPrint", "cmdHHC", "cmdAlignStars",
                            "cmdRedScreen"})
-    out << findChild<QAbstractButton*>(QString::fromLatin1(name));
+    out << bar->findChild<QAbstractButton*>(QString::fromLatin1(name));
   return out;
 }
 
@@ -562,26 +565,17 @@ void TavorineListMain::switchPositionTimers() {
   timerRestartGetRADec_->start();
 }
 
-void TavorineListMain::cmdGetRA_Click() {
-  const std::optional<PositionFields> read = ReadScopePosition(state_, link_);
-  if (!read) return;
-  setText("txtRAHour", read->txtRAHour);
-  setText("txtRAMin", read->txtRAMin);
-  setText("txtDecSign", read->txtDecSign);
-  setText("txtDecDeg", read->txtDecDeg);
-  setText("txtDecMin", read->txtDecMin);
+// The position panel's fields are looked for in the panel alone: the child windows have
+// fields of the same names.
+QWidget* TavorineListMain::positionPanel() const {
+  return findChild<QWidget*>(QStringLiteral("picPosition"));
 }
+
+void TavorineListMain::cmdGetRA_Click() { ShowScopePosition(state_, link_, positionPanel()); }
 
 void TavorineListMain::cmdQuickGoto_Click() {
-  const QuickGotoFields fields{text("txtGotoRAHour"),  text("txtGotoRAMin"),
-                               text("txtGoToRASec"),   text("txtGotoDecSign"),
-                               text("txtGotoDecDeg"),  text("txtGotoDecMin"),
-                               text("txtGotoDecSec")};
-  QuickGoto(state_, link_, fields, GotoPanel::MainWindow, [this] { switchPositionTimers(); });
+  QuickGoto(state_, link_, QuickGotoFieldsOf(positionPanel()), GotoPanel::MainWindow,
+            [this] { switchPositionTimers(); });
 }
 
-void TavorineListMain::cmdDecSign_Click() {
-  const QString next = FlipDecSign(text("txtGotoDecSign"));
-  setText("txtGotoDecSign", next);
-  findChild<QPushButton*>(QStringLiteral("cmdDecSign"))->setText(next);
-}
+void TavorineListMain::cmdDecSign_Click() { FlipDecSignOf(positionPanel()); }

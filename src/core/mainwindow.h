@@ -103,6 +103,7 @@ class TavorineListMain : public QMainWindow {
   void cmdDecSign_Click();
 
   QList<QAbstractButton*> toolbarButtons() const;
+  QWidget* positionPanel() const;
   QString text(const char* name) const;
   void setText(const char* name, const QString& value);
 

@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
+#include <QToolBar>
 #include <QToolButton>
 
 #include "catalog/catalogbrowser.h"
@@ -256,6 +257,11 @@ void TestMainWindow::chartWindowsOpenOnce() {
     QCOMPARE(helpWindows, 1);
   } else {
     QCOMPARE(w.findChildren<AlignStars*>().size(), 1);
+    // Red Screen turns the toolbar's Print button red, not the chart's.
+    action(&w, QStringLiteral("mnuRedScreen"))->trigger();
+    QVERIFY(w.findChild<QToolBar*>()->findChild<QToolButton*>("cmdPrint")->toolTip().isEmpty());
+    QVERIFY(w.findChild<AlignStars*>()->findChild<QPushButton*>("cmdPrint")->styleSheet().isEmpty());
+    action(&w, QStringLiteral("mnuRedScreen"))->trigger();
     QCOMPARE(w.mdiArea()->activeSubWindow()->widget(), w.findChild<AlignStars*>());
     QVERIFY(!w.findChild<AlignStars*>()->candidates().empty() ||
             !w.findChild<AlignStars*>()->bestPairsText().empty());
