@@ -22,6 +22,7 @@
 #include "core/appstate.h"
 #include "core/paths.h"
 #include "scope/scopecontrol.h"
+#include "bestof.h"
 #include "silentprompter.h"
 #include "sky/skycalc.h"
 
@@ -32,18 +33,6 @@ QString ms(double v) { return QString::number(v, 'f', 2) + QStringLiteral(" ms")
 double median(std::vector<double> v) {
   std::sort(v.begin(), v.end());
   return v.empty() ? 0 : v[v.size() / 2];
-}
-
-template <typename F>
-double bestOf(int runs, F&& f) {
-  double best = 1e18;
-  for (int i = 0; i < runs; ++i) {
-    QElapsedTimer t;
-    t.start();
-    f();
-    best = std::min(best, t.nsecsElapsed() / 1e6);
-  }
-  return best;
 }
 
 }  // namespace
