@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScreen>
 #include <QScopeGuard>
 #include <QTabBar>
 #include <QTimer>
@@ -23,6 +22,7 @@
 #include "core/numtext.h"
 #include "core/selectall.h"
 #include "core/twips.h"
+#include "core/windowplacement.h"
 #include "lists/editlistlogic.h"
 #include "lists/listview.h"
 #include "lists/objectdetails.h"
@@ -115,10 +115,9 @@ HHC::HHC(AppState& state, ScopeLink& link, QWidget* parent)
     stars_ = LoadMapStars(*catalog);
   });
   setMinimumSize(TwipsToPixels(kInnerWidth, this), TwipsToPixels(kInnerHeight, this));
-  // It opens wide enough to show a page's columns, where the screen has the room.
-  QSize size(TwipsToPixels(kOpenWidth, this), TwipsToPixels(kOpenHeight, this));
-  if (const QScreen* s = screen()) size = size.boundedTo(s->availableSize() * 9 / 10);
-  resize(size.expandedTo(minimumSize()));
+  // It opens wide enough to show a page's columns, as far as the screen has the room.
+  resize(TwipsToPixels(kOpenWidth, this), TwipsToPixels(kOpenHeight, this));
+  KeepWindowPlacement(this, state_);
   timerAltitude->start();
   qApp->installEventFilter(this);
 }
