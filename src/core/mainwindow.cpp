@@ -181,6 +181,8 @@ void TavorineListMain::buildMenus() {
                             QKeySequence(Qt::CTRL | Qt::Key_R),
                             &TavorineListMain::mnuRedScreen_Click);
   mnuRedScreen_->setCheckable(true);
+  // At the telescope Ctrl+R must work from whichever window has the focus (the help too).
+  mnuRedScreen_->setShortcutContext(Qt::ApplicationShortcut);
   tools->addSeparator()->setObjectName(QStringLiteral("mnuSep"));
   addAction(tools, "mnuSetup", QStringLiteral("&Setup"), {}, &TavorineListMain::mnuSetup_Click);
 

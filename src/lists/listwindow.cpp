@@ -143,7 +143,7 @@ void CurrentList::buildControls() {
                        [this](const SkyPosition& p) { return AltitudeNow(state_, p); },
                        [this](const SkyPosition& p) { return AzimuthNow(state_, p); }, this);
   sky_->placeAt(sky_->constants().left, sky_->constants().top);
-  sky_->setRedScreen(state_.RedScreenOn);
+  sky_->followRedScreen([this] { return state_.RedScreenOn; });
 
   grid_ = new DataGrid(this);
   grid_->setObjectName(QStringLiteral("grdDataGrid"));
