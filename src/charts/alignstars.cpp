@@ -1,6 +1,7 @@
 #include "charts/alignstars.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QMdiArea>
@@ -55,6 +56,7 @@ void AlignStars::buildControls() {
       [this](const SkyPosition& p) { return AltitudeAtUserDate(state_, p); },
       [this](const SkyPosition& p) { return AzimuthAtUserDate(state_, p); }, this);
   Sky->placeAt(Sky->constants().left, Sky->constants().top);
+  Sky->followRedScreen([this] { return state_.RedScreenOn; });
   QFont names(QStringLiteral("Arial"));
   names.setStyleHint(QFont::SansSerif);
   names.setPointSizeF(8.25);
@@ -114,7 +116,6 @@ void AlignStars::DrawAlignmentChart() {
     pal.setColor(QPalette::WindowText,
                  QColor(int(letters & 0xFF), int((letters >> 8) & 0xFF), int(letters >> 16)));
     lblUserDate->setPalette(pal);
-    Sky->setRedScreen(state_.RedScreenOn);
     AlignChartOptions options;
     options.autoOnly = chkAutoAlignment->isChecked();
     options.showNames = ShowNames;
@@ -148,6 +149,12 @@ void AlignStars::paintEvent(QPaintEvent* event) {
     const int x = TwipsToPixels(t.x, this), y = TwipsToPixels(t.y, this);
     painter.drawText(x, y + painter.fontMetrics().ascent(), t.text);
   }
+}
+
+// Red Screen recolours the application: the chart's own system colours follow at once.
+void AlignStars::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && isVisible()) DrawAlignmentChart();
 }
 
 void AlignStars::cmdUserDate_Click() {

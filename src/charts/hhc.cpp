@@ -150,6 +150,7 @@ void HHC::buildControls() {
       ChartWindow::HHC, [this](const SkyPosition& p) { return AltitudeNow(state_, p); },
       [this](const SkyPosition& p) { return AzimuthNow(state_, p); }, this);
   Sky->placeAt(Sky->constants().left, Sky->constants().top);
+  Sky->followRedScreen([this] { return state_.RedScreenOn; });
   details_ = BuildObjectDetails(this, false, texts_);
 
   SSTab1 = new CatalogBrowser(state_, BrowserHost::HHC, this);
@@ -240,10 +241,7 @@ void HHC::timerAltitude_Timer() {
   });
 }
 
-void HHC::DrawSkyChart() {
-  Sky->setRedScreen(state_.RedScreenOn);
-  Sky->DrawSkyChart(stars_);
-}
+void HHC::DrawSkyChart() { Sky->DrawSkyChart(stars_); }
 
 void HHC::LayoutGrids() {
   SSTab1->applyLayouts();

@@ -112,6 +112,7 @@ void SkyWidget::DrawSkyChart(const std::vector<SkyPosition>& stars) {
 }
 
 void SkyWidget::draw(const std::function<void(ChartSurface&)>& paint) {
+  resolveSystemColours();
   {
     HourglassPointer hourglass;
     paint(surface_);

@@ -7,7 +7,9 @@
 #include "catalog/database.h"
 #include "charts/alignchart.h"
 #include "charts/alignstars.h"
+#include "charts/skywidget.h"
 #include "core/numtext.h"
+#include "core/redscreen.h"
 #include "lists/editlistlogic.h"
 #include "sky/skycalc.h"
 #include "support/testenv.h"
@@ -180,6 +182,14 @@ class TestAlignStars : public QObject {
     QVERIFY(!textsOf(w.bestPairsText()).contains("Two Star Align"));
     QVERIFY(namesOf(w.candidates()).size() < tonight.size());
     w.findChild<QCheckBox*>("chkAutoAlignment")->click();
+
+    // Red Screen, on and off again, recolours the open chart without a new activation.
+    const QImage normal = w.sky()->surface().image();
+    RedScreen red(s);
+    red.toggle({});
+    QVERIFY(w.sky()->surface().image() != normal);
+    red.toggle({});
+    QCOMPARE(w.sky()->surface().image(), normal);
 
     auto* toggle = w.findChild<QPushButton*>("cmdToggleNames");
     toggle->click();
