@@ -285,6 +285,14 @@ void TestMainWindow::chartWindowsOpenOnce() {
     QCOMPARE(w.mdiArea()->activeSubWindow()->widget(), w.findChild<AlignStars*>());
     QVERIFY(!w.findChild<AlignStars*>()->candidates().empty() ||
             !w.findChild<AlignStars*>()->bestPairsText().empty());
+    // Print opens "Print Alignment Chart" beside the chart, without blocking it, and once.
+    auto* print = w.findChild<AlignStars*>()->findChild<QPushButton*>("cmdPrint");
+    print->click();
+    print->click();
+    int printDialogs = 0;
+    for (QWidget* top : QApplication::topLevelWidgets())
+      printDialogs += top->windowTitle() == QLatin1String("Print Alignment Chart") && top->isVisible();
+    QCOMPARE(printDialogs, 1);
   }
   QVERIFY(env->prompter.entries.isEmpty());
 }
