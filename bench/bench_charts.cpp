@@ -123,22 +123,19 @@ int main(int argc, char** argv) {
   });
   const std::vector<MapStar> stars = LoadAlignmentStars(*catalog);
   double sum = 0;
+  const SkyMoment tonight = SkyMomentAtUserDate(state);
   const double altFloor = bestOf(5, [&] {
+    for (const MapStar& s : stars) sum += AltitudeIn(tonight, s.point);
+  });
+  const double perStarFloor = bestOf(5, [&] {
     for (const MapStar& s : stars) sum += AltitudeAtUserDate(state, s.position);
   });
   met = met && alignMs < 20;
   out << "Alignment chart and best pairs:        " << ms(alignMs) << ", " << stars.size()
       << " stars, " << align.candidates().size() << " candidates"
       << (alignMs < 20 ? ", target 20 ms: met" : ", target 20 ms: MISSED") << "\n"
-      << "  floor, the altitude of every star:    " << ms(altFloor) << "\n";
-  // Each altitude reads the time zone afresh; how much of the figure that read is.
-  const std::optional<double> zone = state.systemUtcOffsetHours();
-  state.systemUtcOffsetHours = [zone] { return zone; };
-  const double alignZoneOnce = bestOf(5, [&] {
-    align.DrawAlignmentChart();
-    align.ShowBestPairs();
-  });
-  out << "  the same with the time zone read once: " << ms(alignZoneOnce) << "\n"
+      << "  floor, every star's altitude, one clock read: " << ms(altFloor) << "\n"
+      << "  the same, reading the clock and zone per star: " << ms(perStarFloor) << "\n"
       << "(real clock and time zone; best of the runs unless said)\n";
   return met && sum != 0 ? 0 : 2;
 }

@@ -18,18 +18,20 @@ std::vector<MapStar> LoadAlignmentStars(const Database& catalog, const QString& 
                      "AlignmentName, autoalignment FROM \"%1\"")
           .arg(QString(source).replace(QLatin1Char('"'), QLatin1String("\"\""))));
   while (st.step()) {
-    stars.push_back({SkyPosition{FieldText(st.value(0)), FieldText(st.value(1)),
-                                 FieldText(st.value(2)), FieldText(st.value(3)),
-                                 FieldText(st.value(4))},
-                     flag(st.value(5)), FieldText(st.value(6)), flag(st.value(7))});
+    MapStar star{SkyPosition{FieldText(st.value(0)), FieldText(st.value(1)),
+                             FieldText(st.value(2)), FieldText(st.value(3)),
+                             FieldText(st.value(4))},
+                 flag(st.value(5)), FieldText(st.value(6)), flag(st.value(7))};
+    star.point = SkyPointOf(star.position);
+    stars.push_back(std::move(star));
   }
   return stars;
 }
 
 std::vector<AlignmentCandidate> DrawAlignmentChart(ChartSurface& surface,
                                                    const std::vector<MapStar>& stars,
-                                                   const SkyChart::AltAzFunction& altitude,
-                                                   const SkyChart::AltAzFunction& azimuth,
+                                                   const StarAltAz& altitude,
+                                                   const StarAltAz& azimuth,
                                                    const AlignChartOptions& options) {
   const ChartConstants& c = ChartConstantsFor(ChartWindow::AlignStars);
   std::vector<AlignmentCandidate> candidates;
@@ -41,9 +43,9 @@ std::vector<AlignmentCandidate> DrawAlignmentChart(ChartSurface& surface,
   surface.circle(float(c.cx), float(c.cy), float(20.0 / 90 * c.radius), SystemColour3DFace, 1);
   surface.setLineStyle(0);
   for (const MapStar& star : stars) {
-    const double alt = altitude(star.position);
+    const double alt = altitude(star);
     if (!(alt > 0)) continue;
-    const QPointF p = ProjectSky(c, alt, azimuth(star.position));
+    const QPointF p = ProjectSky(c, alt, azimuth(star));
     const float x = float(p.x()), y = float(p.y());
     const bool large = star.alignment && (!options.autoOnly || star.autoAlignment);
     if (!large) {

@@ -18,6 +18,7 @@ struct MapStar {
   bool alignment = false;      // Alignment
   QString alignmentName;       // AlignmentName
   bool autoAlignment = false;  // autoalignment
+  SkyPoint point;              // the position in degrees, read once with the row
 };
 
 // Every row of a MapStars table or query, in the order it gives them.
@@ -37,10 +38,11 @@ struct AlignChartOptions {
 // its name, any other as a plain dot. Returns the candidates: the alignment stars shown large
 // that stand in the band from 20 to 70 degrees, in the order of the stars. All of them are
 // kept, however many there are.
+using StarAltAz = std::function<double(const MapStar&)>;
 std::vector<AlignmentCandidate> DrawAlignmentChart(ChartSurface& surface,
                                                    const std::vector<MapStar>& stars,
-                                                   const SkyChart::AltAzFunction& altitude,
-                                                   const SkyChart::AltAzFunction& azimuth,
+                                                   const StarAltAz& altitude,
+                                                   const StarAltAz& azimuth,
                                                    const AlignChartOptions& options);
 
 // A line of text the window prints beside its chart, in twips from the window's top left.

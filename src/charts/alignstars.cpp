@@ -120,10 +120,12 @@ void AlignStars::DrawAlignmentChart() {
     options.autoOnly = chkAutoAlignment->isChecked();
     options.showNames = ShowNames;
     options.objectColour = quint32(state_.settings.ObjectColor);
+    // The observing date's sky is taken once for the whole chart, not for each star.
+    const SkyMoment sky = SkyMomentAtUserDate(state_);
     Sky->draw([&](ChartSurface& surface) {
       candidates_ = ::DrawAlignmentChart(
-          surface, stars_, [this](const SkyPosition& p) { return AltitudeAtUserDate(state_, p); },
-          [this](const SkyPosition& p) { return AzimuthAtUserDate(state_, p); }, options);
+          surface, stars_, [&sky](const MapStar& s) { return AltitudeIn(sky, s.point); },
+          [&sky](const MapStar& s) { return AzimuthIn(sky, s.point); }, options);
     });
   });
 }

@@ -57,30 +57,42 @@ double sidereal(const AppState& state, const QDateTime& clock, const QDate& toda
   return (x / 360 - whole) * 360;
 }
 
-double altitudeAt(const AppState& state, const QDateTime& clock, const QDate& today,
-                  const SkyPosition& p) {
-  const double lst = sidereal(state, clock, today);
-  const double h = rad(lst - raDegrees(p));
-  const double dec = rad(decDegreesAbs(p));
-  const double lat = rad(latitude(state.settings));
+SkyPoint pointOf(const SkyPosition& p) { return {raDegrees(p), decDegreesAbs(p), true}; }
+
+double altitudeIn(const SkyMoment& m, const SkyPoint& p) {
+  const double h = rad(m.siderealDegrees - p.raDegrees);
+  const double dec = rad(p.decDegrees);
+  const double lat = rad(m.latitudeDegrees);
   const double s = std::sin(lat) * std::sin(dec) + std::cos(lat) * std::cos(dec) * std::cos(h);
   const double root = std::sqrt(1 - s * s);
   if (root == 0 || std::isnan(root)) throw AppError(11, QStringLiteral("Division by zero"));
   return RoundHalfEven(std::atan(s / root) * 180 / kPi, 1);
 }
 
-double azimuthAt(const AppState& state, const QDateTime& clock, const QDate& today,
-                 const SkyPosition& p) {
-  const double lst = sidereal(state, clock, today);
-  const double h = rad(lst - raDegrees(p));
-  const double dec = rad(decDegreesAbs(p));
-  const double lat = rad(latitude(state.settings));
+double azimuthIn(const SkyMoment& m, const SkyPoint& p) {
+  const double h = rad(m.siderealDegrees - p.raDegrees);
+  const double dec = rad(p.decDegrees);
+  const double lat = rad(m.latitudeDegrees);
   const double num_ = std::sin(h) * std::cos(dec);
   const double den = std::cos(h) * std::cos(dec) * std::sin(lat) - std::sin(dec) * std::cos(lat);
   if (den == 0) throw AppError(11, QStringLiteral("Division by zero"));
   double az = RoundHalfEven(std::atan(num_ / den) * 180 / kPi, 1);
   if (den < 0) az += 180;
   return az;
+}
+
+SkyMoment momentAt(const AppState& state, const QDateTime& clock, const QDate& today) {
+  return {sidereal(state, clock, today), latitude(state.settings)};
+}
+
+double altitudeAt(const AppState& state, const QDateTime& clock, const QDate& today,
+                  const SkyPosition& p) {
+  return altitudeIn(momentAt(state, clock, today), pointOf(p));
+}
+
+double azimuthAt(const AppState& state, const QDateTime& clock, const QDate& today,
+                 const SkyPosition& p) {
+  return azimuthIn(momentAt(state, clock, today), pointOf(p));
 }
 
 double invalidCoordinates(const AppState& state) {
@@ -139,6 +151,41 @@ double AltitudeAtUserDate(const AppState& state, const SkyPosition& p) {
 double AzimuthAtUserDate(const AppState& state, const SkyPosition& p) {
   try {
     return azimuthAt(state, state.UserDate, state.now().date(), p);
+  } catch (const AppError&) {
+    return 0;
+  }
+}
+
+SkyMoment SkyMomentAtUserDate(const AppState& state) {
+  try {
+    return momentAt(state, state.UserDate, state.now().date());
+  } catch (const AppError& e) {
+    state.prompter().message(AppTitle(), e.text());
+    return {0, latitude(state.settings)};
+  }
+}
+
+SkyPoint SkyPointOf(const SkyPosition& p) {
+  try {
+    return pointOf(p);
+  } catch (const AppError&) {
+    return {};
+  }
+}
+
+double AltitudeIn(const SkyMoment& moment, const SkyPoint& p) {
+  if (!p.ok) return 0;
+  try {
+    return altitudeIn(moment, p);
+  } catch (const AppError&) {
+    return 0;
+  }
+}
+
+double AzimuthIn(const SkyMoment& moment, const SkyPoint& p) {
+  if (!p.ok) return 0;
+  try {
+    return azimuthIn(moment, p);
   } catch (const AppError&) {
     return 0;
   }

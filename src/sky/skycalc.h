@@ -28,5 +28,26 @@ double AzimuthAtUserDate(const AppState& state, const SkyPosition& p);
 double SiderealDegreesNow(const AppState& state);
 double SiderealDegreesAtUserDate(const AppState& state);
 
+// One moment's sky, read once for a whole chart of stars: the clock and the time zone are
+// read when it is taken, not for every star. Altitude and azimuth in it are those the routines
+// above give at that moment; a position that cannot be computed gives 0, as at the observing
+// date.
+struct SkyMoment {
+  double siderealDegrees = 0;
+  double latitudeDegrees = 0;
+};
+SkyMoment SkyMomentAtUserDate(const AppState& state);
+
+// A position read into degrees once, for a chart that draws the same stars at every tick.
+// ok is false for a position whose texts are not numbers.
+struct SkyPoint {
+  double raDegrees = 0;
+  double decDegrees = 0;
+  bool ok = false;
+};
+SkyPoint SkyPointOf(const SkyPosition& p);
+double AltitudeIn(const SkyMoment& moment, const SkyPoint& p);
+double AzimuthIn(const SkyMoment& moment, const SkyPoint& p);
+
 // Angle between two positions in degrees, not rounded.
 double AngularSeparation(const AppState& state, const SkyPosition& a, const SkyPosition& b);

@@ -66,8 +66,8 @@ class TestAlignStars : public QObject {
                                      star("C", 45, false, true), star("D", 0, true, true),
                                      star("E", 70.1, true, true), star("F", 45, true, false)};
     RecordingChartSurface surface;
-    auto alt = [](const SkyPosition& p) { return Val(p.raHours); };
-    auto az = [](const SkyPosition&) { return 0.0; };
+    auto alt = [](const MapStar& m) { return Val(m.position.raHours); };
+    auto az = [](const MapStar&) { return 0.0; };
     const auto found = DrawAlignmentChart(surface, stars, alt, az, {autoOnly, showNames, 200});
     QCOMPARE(namesOf(found), candidates);
     QStringList printed;
@@ -149,10 +149,11 @@ class TestAlignStars : public QObject {
 
     const auto catalog = Database::open(s.catalogPath(), Database::Mode::ReadOnly);
     RecordingChartSurface surface;
+    const SkyMoment sky = SkyMomentAtUserDate(s);
     const auto found = DrawAlignmentChart(
         surface, LoadAlignmentStars(*catalog),
-        [&](const SkyPosition& p) { return AltitudeAtUserDate(s, p); },
-        [&](const SkyPosition& p) { return AzimuthAtUserDate(s, p); }, {});
+        [&](const MapStar& m) { return AltitudeIn(sky, m.point); },
+        [&](const MapStar& m) { return AzimuthIn(sky, m.point); }, {});
     QCOMPARE(namesOf(found), candidates);
     const BestPairs pairs = MakeBestPairs(s, found, true);
     auto rows = [](const std::vector<AlignmentPair>& table) {

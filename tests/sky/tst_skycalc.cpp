@@ -242,6 +242,10 @@ void TestSkyCalc::altitudeAzimuth() {
            qPrintable(QString::number(AltitudeAtUserDate(s, p))));
   QVERIFY2(std::fabs(AzimuthAtUserDate(s, p) - azimuth) < 1e-9,
            qPrintable(QString::number(AzimuthAtUserDate(s, p))));
+  // A chart's moment, taken once, gives the same sky.
+  const SkyMoment moment = SkyMomentAtUserDate(s);
+  QCOMPARE(AltitudeIn(moment, SkyPointOf(p)), AltitudeAtUserDate(s, p));
+  QCOMPARE(AzimuthIn(moment, SkyPointOf(p)), AzimuthAtUserDate(s, p));
   env.fixedNow = s.UserDate;
   QVERIFY(std::fabs(AltitudeNow(s, p) - altitude) < 1e-9);
   QVERIFY(std::fabs(AzimuthNow(s, p) - azimuth) < 1e-9);
@@ -272,6 +276,7 @@ void TestSkyCalc::badCoordinates() {
   // The observing-date routines say nothing: one bad row must not stop a list.
   QCOMPARE(AltitudeAtUserDate(s, p), 0.0);
   QCOMPARE(AzimuthAtUserDate(s, p), 0.0);
+  QCOMPARE(AltitudeIn(SkyMomentAtUserDate(s), SkyPointOf(p)), 0.0);
   QVERIFY(env.prompter.entries.isEmpty());
 
   QCOMPARE(AltitudeNow(s, p), 0.0);
