@@ -11,6 +11,8 @@ PKGS="$PKGS locales"
 PKGS="$PKGS dpkg-dev file appstream desktop-file-utils x11-utils"
 # Printing: the PDF test turns pages into pictures; Arial is drawn with Liberation Sans.
 PKGS="$PKGS poppler-utils fonts-liberation2"
+# The INDI route (INDI's client library, ERFA) and its tests (the INDI server and drivers).
+PKGS="$PKGS pkg-config libindi-dev liberfa-dev indi-bin"
 
 if ! command -v dpkg-query >/dev/null 2>&1; then
   echo "tools/install-deps.sh: not a Debian system; make sure these (or your system's" \

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <array>
 #include <functional>
+#include <memory>
 
 #include "core/redscreen.h"
 #include "scope/scopecontrol.h"
@@ -11,6 +12,7 @@
 class AlignStars;
 class AppState;
 class CurrentList;
+class ExchangeCommands;
 struct ListDocumentRequest;
 class HelpWindow;
 class HHC;
@@ -42,6 +44,8 @@ class TavorineListMain : public QMainWindow {
   QMdiArea* mdiArea() const { return mdi_; }
   AppState& state() const { return state_; }
   ScopeLink& scopeLink() { return link_; }
+  // The Export and Import commands (their file dialog is replaced by tests).
+  ExchangeCommands& exchange() { return *exchange_; }
 
   // Stops the old position timers before a slew (they have no action of their own).
   void switchPositionTimers();
@@ -113,6 +117,7 @@ class TavorineListMain : public QMainWindow {
   QPointer<HelpWindow> help_;
   QPointer<AlignStars> alignStars_;
   QPointer<HHC> hhc_;
+  std::unique_ptr<ExchangeCommands> exchange_;
   QMdiArea* mdi_ = nullptr;
   QMenu* windowMenu_ = nullptr;
   QAction* mnuExport_ = nullptr;

@@ -365,19 +365,28 @@ void CurrentList::cmdEdit_Click() {
       const auto restart = qScopeGuard([this] { timer_->start(); });
       if (openEditor) openEditor(*this);
     }
-    datPrimary_->Requery();
-    update();
-    ApplyListColumns();
-    if (datPrimary_->RecordCount() >= 1) {
-      datPrimary_->MoveFirst();
-      refreshDetails();
-      RefreshAltitude();
-      writeCounter();
-      PlotObject();
-    } else {
-      txtRecordCounter_->clear();
-    }
+    RequeryList();
   });
+}
+
+void CurrentList::RequeryList() {
+  datPrimary_->Requery();
+  update();
+  ApplyListColumns();
+  if (datPrimary_->RecordCount() >= 1) datPrimary_->MoveLast();
+  showFirstRow();
+}
+
+void CurrentList::showFirstRow() {
+  if (datPrimary_->RecordCount() >= 1) {
+    datPrimary_->MoveFirst();
+    refreshDetails();
+    RefreshAltitude();
+    writeCounter();
+    PlotObject();
+  } else {
+    txtRecordCounter_->clear();
+  }
 }
 
 void CurrentList::cmdGoto_Click() {
@@ -416,15 +425,7 @@ void CurrentList::grdDataGrid_HeadClick(int column) {
     update();
     bindPrimary();
     ApplyListColumns();
-    if (datPrimary_->RecordCount() > 0) {
-      datPrimary_->MoveFirst();
-      refreshDetails();
-      RefreshAltitude();
-      writeCounter();
-      PlotObject();
-    } else {
-      txtRecordCounter_->clear();
-    }
+    showFirstRow();
   });
 }
 
