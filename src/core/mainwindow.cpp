@@ -348,11 +348,6 @@ void TavorineListMain::refreshRecentMenu() {
   }
 }
 
-void TavorineListMain::notYetAvailable(const QString& what) {
-  state_.prompter().message(AppTitle(),
-                            what + QStringLiteral(" is not available in this version yet."));
-}
-
 // Exit ends the process at once: open lists are not closed one by one, so they do not enter
 // the recent-file table (the close box does that).
 void TavorineListMain::mnuExit_Click() {

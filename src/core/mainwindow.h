@@ -74,7 +74,6 @@ class TavorineListMain : public QMainWindow {
   QAction* addAction(QMenu* menu, const char* name, const QString& caption,
                      const QKeySequence& shortcut, void (TavorineListMain::*slot)());
   void fillWindowMenu();
-  void notYetAvailable(const QString& what);
   void openListWindow(const ListDocumentRequest& request);
   QString runListFileDialog(bool save, const QString& title, const QString& folder);
 
