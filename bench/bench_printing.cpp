@@ -9,6 +9,7 @@
 #include <QTextStream>
 #include <cmath>
 
+#include "bestof.h"
 #include "silentprompter.h"
 #include "catalog/database.h"
 #include "catalog/recordset.h"
@@ -39,18 +40,6 @@ QString makeList(const AppState& state, const QTemporaryDir& dir, int n, bool ci
   if (circumpolar)
     db.exec(QStringLiteral("UPDATE Objects SET DecSign = '+', DecDeg = 65 + DisplayOrder % 24"));
   return path;
-}
-
-template <typename F>
-double bestOf(int runs, F f) {
-  double best = 1e9;
-  for (int i = 0; i < runs; ++i) {
-    QElapsedTimer t;
-    t.start();
-    f();
-    best = std::min(best, t.nsecsElapsed() / 1e6);
-  }
-  return best;
 }
 
 }  // namespace

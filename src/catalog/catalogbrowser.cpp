@@ -93,7 +93,9 @@ void CatalogBrowser::buildPage(int tab) {
   searchColumn->addWidget(named(new QLabel(QStringLiteral("Search for:"), p->widget),
                                 QStringLiteral("lblSearch")));
   p->search = named(new QLineEdit(p->widget), def.searchBox);
-  p->search->setMinimumWidth(140);
+  // The hand control window's pages are narrow: their find buttons stand one above another.
+  const bool narrow = host_ == BrowserHost::HHC;
+  p->search->setMinimumWidth(narrow ? 90 : 140);
   SelectAllOnFocus(p->search);
   searchColumn->addWidget(p->search);
   searchColumn->addStretch(1);
@@ -110,7 +112,13 @@ void CatalogBrowser::buildPage(int tab) {
   bottom->addWidget(column);
 
   auto* search = named(new QGroupBox(QStringLiteral("Search"), p->widget), QStringLiteral("fraSearch"));
-  auto* searchLayout = new QHBoxLayout(search);
+  auto* searchLayout =
+      new QBoxLayout(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, search);
+  if (narrow) {
+    searchLayout->setSpacing(2);
+    searchLayout->setContentsMargins(4, 2, 4, 2);
+    columnLayout->setContentsMargins(4, 2, 4, 2);
+  }
   p->cmdFind = named(new QPushButton(QStringLiteral("Find First"), search), def.findFirst);
   p->cmdNext = named(new QPushButton(QStringLiteral("Find Next"), search), def.findNext);
   p->cmdPrev = named(new QPushButton(QStringLiteral("Find Prev"), search), def.findPrev);

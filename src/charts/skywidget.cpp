@@ -118,6 +118,15 @@ void SkyWidget::DrawSkyChart(const std::vector<SkyCoordinates>& stars) {
   update();
 }
 
+void SkyWidget::draw(const std::function<void(ChartSurface&)>& paint) {
+  resolveSystemColours();
+  {
+    HourglassPointer hourglass;
+    paint(surface_);
+  }
+  update();
+}
+
 bool SkyWidget::PlotObject(const SkyCoordinates& position, quint32 markerColour) {
   resolveSystemColours();
   marker_.emplace(position, markerColour);

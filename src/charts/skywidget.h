@@ -22,6 +22,8 @@ class SkyWidget : public QWidget {
   // Draw under the hourglass pointer, then repaint.
   void DrawSkyChart(const std::vector<SkyCoordinates>& stars);
   bool PlotObject(const SkyCoordinates& position, quint32 markerColour);
+  // Any other drawing on the surface, under the hourglass pointer, then a repaint.
+  void draw(const std::function<void(ChartSurface&)>& paint);
 
   SkyChart& chart() { return *chart_; }
   QImageChartSurface& surface() { return surface_; }

@@ -16,6 +16,7 @@ constexpr int FileNotFound = 53;      // "File not found"
 constexpr int InputPastEnd = 62;      // "Input past end of file"
 constexpr int PathFileAccess = 75;    // "Path/File access error"
 constexpr int PathNotFound = 76;      // "Path not found"
+constexpr int InvalidUseOfNull = 94;  // "Invalid use of Null"
 constexpr int NoDdePeer = 228;        // the planetarium is not answering
 constexpr int PrinterError = 484;     // "Problem getting printer information"
 constexpr int DialogCancelled = 32755;// a file dialog was cancelled

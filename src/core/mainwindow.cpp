@@ -19,8 +19,11 @@
 #include <QToolButton>
 
 #include "catalog/catalogdialogs.h"
+#include "charts/alignstars.h"
+#include "charts/hhc.h"
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/hourglass.h"
 #include "core/icons.h"
 #include "core/listdocuments.h"
 #include "core/opendocuments.h"
@@ -39,6 +42,7 @@
 #include "lists/listwindow.h"
 #include "printing/printoptions.h"
 #include "scope/gotoflow.h"
+#include "scope/positionpanel.h"
 #include "scope/waitcursor.h"
 
 namespace {
@@ -344,11 +348,6 @@ void TavorineListMain::refreshRecentMenu() {
   }
 }
 
-void TavorineListMain::notYetAvailable(const QString& what) {
-  state_.prompter().message(AppTitle(),
-                            what + QStringLiteral(" is not available in this version yet."));
-}
-
 // Exit ends the process at once: open lists are not closed one by one, so they do not enter
 // the recent-file table (the close box does that).
 void TavorineListMain::mnuExit_Click() {
@@ -457,19 +456,55 @@ void TavorineListMain::mnuPrint_Click() {
     ShowPrintOptions(state_, source->text(), title->text(), this);
   });
 }
-void TavorineListMain::mnuHHC_Click() { notYetAvailable(QStringLiteral("Hyper Hand Control")); }
+// One hand control window beside the frame; closing it unloads it.
+void TavorineListMain::mnuHHC_Click() {
+  RunGuarded(state_.prompter(), [&] {
+    Hourglass hourglass;
+    if (!hhc_) {
+      hhc_ = new HHC(state_, link_, this);
+      hhc_->showHelp = [this] { mnuHelpTopics_Click(); };
+    }
+    hhc_->show();
+    hhc_->raise();
+    hhc_->activateWindow();
+    if (hhc_->firstActivatePending()) hhc_->Form_Activate();
+  });
+}
 void TavorineListMain::mnuEditUserList_Click() {
   state_.EditUserListCaller = QStringLiteral("Menu");
   RunGuarded(state_.prompter(), [&] { ShowEditUserList(state_, this); });
 }
+// One alignment chart, a child window like the lists; closing it unloads it.
 void TavorineListMain::mnuAlignStars_Click() {
-  notYetAvailable(QStringLiteral("The Alignment Star Chart"));
+  RunGuarded(state_.prompter(), [&] {
+    if (alignStars_) {
+      mdi_->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(alignStars_->parentWidget()));
+      return;
+    }
+    auto* chart = new AlignStars(state_);
+    alignStars_ = chart;
+    chart->printRequested = [this, chart] { ShowAlignPrintOptions(state_, chart); };
+    auto* frame = new QMdiSubWindow;
+    frame->setAttribute(Qt::WA_DeleteOnClose);
+    frame->setWidget(chart);
+    frame->setWindowTitle(chart->windowTitle());
+    frame->setWindowIcon(windowIcon());
+    mdi_->addSubWindow(frame);
+    connect(mdi_, &QMdiArea::subWindowActivated, chart, [chart, frame](QMdiSubWindow* w) {
+      if (w == frame) chart->Form_Activate();
+    });
+    frame->resize(TwipsToPixels(AlignStarsWidth, chart), TwipsToPixels(AlignStarsHeight, chart));
+    frame->show();
+    mdi_->setActiveSubWindow(frame);
+  });
 }
+// Looked for in the toolbar alone: the alignment chart has a Print button of the same name.
 QList<QAbstractButton*> TavorineListMain::toolbarButtons() const {
+  const auto* bar = findChild<QToolBar*>(QStringLiteral("tbToolbar"));
   QList<QAbstractButton*> out;
   for (const char* name : {"cmdNew", "cmdOpen", "cmdPrint", "cmdHHC", "cmdAlignStars",
                            "cmdRedScreen"})
-    out << findChild<QAbstractButton*>(QString::fromLatin1(name));
+    out << bar->findChild<QAbstractButton*>(QString::fromLatin1(name));
   return out;
 }
 
@@ -531,26 +566,17 @@ void TavorineListMain::switchPositionTimers() {
   timerRestartGetRADec_->start();
 }
 
-void TavorineListMain::cmdGetRA_Click() {
-  const std::optional<PositionFields> read = ReadScopePosition(state_, link_);
-  if (!read) return;
-  setText("txtRAHour", read->txtRAHour);
-  setText("txtRAMin", read->txtRAMin);
-  setText("txtDecSign", read->txtDecSign);
-  setText("txtDecDeg", read->txtDecDeg);
-  setText("txtDecMin", read->txtDecMin);
+// The position panel's fields are looked for in the panel alone: the child windows have
+// fields of the same names.
+QWidget* TavorineListMain::positionPanel() const {
+  return findChild<QWidget*>(QStringLiteral("picPosition"));
 }
+
+void TavorineListMain::cmdGetRA_Click() { ShowScopePosition(state_, link_, positionPanel()); }
 
 void TavorineListMain::cmdQuickGoto_Click() {
-  const QuickGotoFields fields{text("txtGotoRAHour"),  text("txtGotoRAMin"),
-                               text("txtGoToRASec"),   text("txtGotoDecSign"),
-                               text("txtGotoDecDeg"),  text("txtGotoDecMin"),
-                               text("txtGotoDecSec")};
-  QuickGoto(state_, link_, fields, GotoPanel::MainWindow, [this] { switchPositionTimers(); });
+  QuickGoto(state_, link_, QuickGotoFieldsOf(positionPanel()), GotoPanel::MainWindow,
+            [this] { switchPositionTimers(); });
 }
 
-void TavorineListMain::cmdDecSign_Click() {
-  const QString next = FlipDecSign(text("txtGotoDecSign"));
-  setText("txtGotoDecSign", next);
-  findChild<QPushButton*>(QStringLiteral("cmdDecSign"))->setText(next);
-}
+void TavorineListMain::cmdDecSign_Click() { FlipDecSignOf(positionPanel()); }

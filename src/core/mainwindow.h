@@ -9,11 +9,13 @@
 #include "core/redscreen.h"
 #include "scope/scopecontrol.h"
 
+class AlignStars;
 class AppState;
 class CurrentList;
 class ExchangeCommands;
 struct ListDocumentRequest;
 class HelpWindow;
+class HHC;
 class QAction;
 class QLineEdit;
 class QMdiArea;
@@ -72,7 +74,6 @@ class TavorineListMain : public QMainWindow {
   QAction* addAction(QMenu* menu, const char* name, const QString& caption,
                      const QKeySequence& shortcut, void (TavorineListMain::*slot)());
   void fillWindowMenu();
-  void notYetAvailable(const QString& what);
   void openListWindow(const ListDocumentRequest& request);
   QString runListFileDialog(bool save, const QString& title, const QString& folder);
 
@@ -105,6 +106,7 @@ class TavorineListMain : public QMainWindow {
   void cmdDecSign_Click();
 
   QList<QAbstractButton*> toolbarButtons() const;
+  QWidget* positionPanel() const;
   QString text(const char* name) const;
   void setText(const char* name, const QString& value);
 
@@ -112,6 +114,8 @@ class TavorineListMain : public QMainWindow {
   ScopeLink link_;
   RedScreen redScreen_;
   QPointer<HelpWindow> help_;
+  QPointer<AlignStars> alignStars_;
+  QPointer<HHC> hhc_;
   std::unique_ptr<ExchangeCommands> exchange_;
   QMdiArea* mdi_ = nullptr;
   QMenu* windowMenu_ = nullptr;

@@ -68,10 +68,7 @@ EditList::EditList(AppState& state, TavorineListMain& main, const QString& docum
   QFont small = font();
   small.setPointSizeF(8);
   setFont(small);
-  showUserDateDialog = [this](QWidget* p) {
-    frmUserDate dialog(state_, p);
-    dialog.exec();
-  };
+  showUserDateDialog = [this](QWidget* p) { ShowUserDateDialog(state_, p); };
   showFilterDialog = [this](QWidget* p) { ShowFilterDialog(state_, p); };
   buildControls();
   resize(TwipsToPixels(kDesignWidth, this), TwipsToPixels(kDesignHeight, this));

@@ -31,6 +31,15 @@ SkyCoordinates PositionColumns::current(const Recordset& rs) const {
 
 SkyCoordinates RowPosition(const Recordset& rs) { return PositionColumns(rs).current(rs); }
 
+const QStringList& ObjectDetailFields() {
+  static const QStringList fields{
+      QStringLiteral("Category"), QStringLiteral("ObjectNum"), QStringLiteral("Name"),
+      QStringLiteral("Type"),     QStringLiteral("Constellation"), QStringLiteral("Magnitude"),
+      QStringLiteral("RAHour"),   QStringLiteral("RAMinute"), QStringLiteral("DecSign"),
+      QStringLiteral("DecDeg"),   QStringLiteral("DecMinute"), QStringLiteral("Info")};
+  return fields;
+}
+
 SkyPosition CurrentRowPosition(const Recordset& rs) {
   return SkyPosition{rs.text(QStringLiteral("RAHour")), rs.text(QStringLiteral("RAMinute")),
                      rs.text(QStringLiteral("DecSign")), rs.text(QStringLiteral("DecDeg")),

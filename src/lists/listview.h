@@ -17,6 +17,9 @@ class Recordset;
 // The star positions of the chart, read once from MapStars of the catalog database.
 std::vector<SkyCoordinates> LoadMapStars(const Database& catalog);
 
+// The fields shown in Text1 to Text12 of a detail panel, in that order.
+const QStringList& ObjectDetailFields();
+
 // The five position fields of a recordset (RAHour, RAMinute, DecSign, DecDeg, DecMinute),
 // found by name once, read as numbers from a row or from the edit buffer.
 class PositionColumns {

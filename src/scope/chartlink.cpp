@@ -17,6 +17,12 @@ constexpr int kPeerRefused = 285;  // the planetarium answered something other t
 constexpr int kPeerTimeout = 286;  // no answer in time
 constexpr int kPeerQuit = 291;     // the planetarium closed the conversation
 
+void showCdcTrap(AppState& state, const AppError& e) {
+  state.prompter().message(QStringLiteral("Error"),
+                           QStringLiteral("Unable to communicate with CDC -") + e.description +
+                               QStringLiteral(" - ") + QString::number(e.number));
+}
+
 QString whole(double value) { return PlainNumber(value).trimmed(); }
 
 // A position in whole units as the planetarium takes it: minutes rounded half to even, and a
@@ -139,9 +145,20 @@ bool MoveChart(AppState& state, const ScopeLink& link, double raHours, double ra
           state.prompter().message(QStringLiteral("Error"),
                                    QStringLiteral("Start CDC before using this feature."));
         else
-          state.prompter().message(QStringLiteral("Error"),
-                                   QStringLiteral("Unable to communicate with CDC -") +
-                                       e.description + QStringLiteral(" - ") +
-                                       QString::number(e.number));
+          showCdcTrap(state, e);
       });
+}
+
+bool CentreChartOnObject(AppState& state, const ScopeLink& link,
+                         const std::function<std::optional<SkyPosition>()>& objectInView) {
+  bool moved = false;
+  RunGuarded(
+      [&] {
+        const std::optional<SkyPosition> p = objectInView();
+        if (!p) return;
+        moved = MoveChart(state, link, Val(p->raHours), Val(p->raMinutes), p->decSign,
+                          Val(p->decDegrees), Val(p->decMinutes), 5);
+      },
+      [&](const AppError& e) { showCdcTrap(state, e); });
+  return moved;
 }

@@ -3,6 +3,10 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <functional>
+#include <optional>
+
+#include "sky/skycalc.h"
 
 class AppState;
 class ScopeLink;
@@ -28,3 +32,9 @@ QStringList ChartServerCommands(double raHours, double raMinutes, const QString&
 bool MoveChart(AppState& state, const ScopeLink& link, double raHours, double raMinutes,
                const QString& decSign, double decDegrees, double decMinutes,
                double fieldDegrees);
+
+// cmdCDC of a window: MoveChart on the object in view with a field of 5 degrees, under the
+// handler's own trap ("Unable to communicate with CDC -..."). Nothing happens when there is no
+// object in view. True when the planetarium was centred, so the window can step behind it.
+bool CentreChartOnObject(AppState& state, const ScopeLink& link,
+                         const std::function<std::optional<SkyPosition>()>& objectInView);

@@ -97,3 +97,8 @@ void frmUserDate::OKButton_Click() {
   state_.UserDate = chosen;
   accept();
 }
+
+void ShowUserDateDialog(AppState& state, QWidget* parent) {
+  frmUserDate dialog(state, parent);
+  dialog.exec();
+}

@@ -46,3 +46,6 @@ class frmUserDate : public QDialog {
   QPushButton* OKButton;
   QPushButton* CancelButton;
 };
+
+// Shows frmUserDate modally; UserDate tells afterwards what was chosen.
+void ShowUserDateDialog(AppState& state, QWidget* parent);

@@ -9,8 +9,12 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
+#include <QToolBar>
 #include <QToolButton>
 
+#include "catalog/catalogbrowser.h"
+#include "charts/alignstars.h"
+#include "charts/hhc.h"
 #include "core/mainwindow.h"
 #include "core/settings.h"
 #include "support/testenv.h"
@@ -54,6 +58,8 @@ class TestMainWindow : public QObject {
   void redScreenRoundTrip();
   void helpWindowIsReused();
   void fitsTheScreenOnFirstStart();
+  void chartWindowsOpenOnce_data();
+  void chartWindowsOpenOnce();
 };
 
 void TestMainWindow::listCommandsStartDisabled() {
@@ -238,6 +244,57 @@ void TestMainWindow::fitsTheScreenOnFirstStart() {
   QVERIFY2(area.contains(w.geometry()),
            qPrintable(QStringLiteral("%1x%2 in %3x%4").arg(w.width()).arg(w.height())
                           .arg(area.width()).arg(area.height())));
+}
+
+void TestMainWindow::chartWindowsOpenOnce_data() {
+  QTest::addColumn<QString>("command");
+  QTest::newRow("menu, hand control") << "mnuHHC";
+  QTest::newRow("button, hand control") << "cmdHHC";
+  QTest::newRow("menu, alignment") << "mnuAlignStars";
+  QTest::newRow("button, alignment") << "cmdAlignStars";
+}
+
+// Each opens its one window, or brings it back; F1 in the hand control window shows the one
+// help window.
+void TestMainWindow::chartWindowsOpenOnce() {
+  QFETCH(QString, command);
+  auto env = configuredEnv();
+  TavorineListMain w(*env->state);
+  w.start();
+  for (int i = 0; i < 2; ++i) {
+    if (QAction* a = action(&w, command)) a->trigger();
+    else w.findChild<QToolButton*>(command)->click();
+  }
+  if (command.endsWith(QLatin1String("HHC"))) {
+    QCOMPARE(w.findChildren<HHC*>().size(), 1);
+    HHC* hhc = w.findChild<HHC*>();
+    QVERIFY(hhc->isVisible() && !hhc->firstActivatePending());
+    QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
+    QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
+    int helpWindows = 0;
+    for (QWidget* top : QApplication::topLevelWidgets())
+      helpWindows += top->windowTitle() == QLatin1String("Tavorine Online Help") && top->isVisible();
+    QCOMPARE(helpWindows, 1);
+  } else {
+    QCOMPARE(w.findChildren<AlignStars*>().size(), 1);
+    // Red Screen turns the toolbar's Print button red, not the chart's.
+    action(&w, QStringLiteral("mnuRedScreen"))->trigger();
+    QVERIFY(w.findChild<QToolBar*>()->findChild<QToolButton*>("cmdPrint")->toolTip().isEmpty());
+    QVERIFY(w.findChild<AlignStars*>()->findChild<QPushButton*>("cmdPrint")->styleSheet().isEmpty());
+    action(&w, QStringLiteral("mnuRedScreen"))->trigger();
+    QCOMPARE(w.mdiArea()->activeSubWindow()->widget(), w.findChild<AlignStars*>());
+    QVERIFY(!w.findChild<AlignStars*>()->candidates().empty() ||
+            !w.findChild<AlignStars*>()->bestPairsText().empty());
+    // Print opens "Print Alignment Chart" beside the chart, without blocking it, and once.
+    auto* print = w.findChild<AlignStars*>()->findChild<QPushButton*>("cmdPrint");
+    print->click();
+    print->click();
+    int printDialogs = 0;
+    for (QWidget* top : QApplication::topLevelWidgets())
+      printDialogs += top->windowTitle() == QLatin1String("Print Alignment Chart") && top->isVisible();
+    QCOMPARE(printDialogs, 1);
+  }
+  QVERIFY(env->prompter.entries.isEmpty());
 }
 
 QTEST_MAIN(TestMainWindow)

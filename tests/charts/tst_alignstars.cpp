@@ -1,0 +1,220 @@
+#include <QtTest>
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+
+#include "catalog/database.h"
+#include "charts/alignchart.h"
+#include "charts/alignstars.h"
+#include "charts/skywidget.h"
+#include "core/numtext.h"
+#include "core/redscreen.h"
+#include "lists/editlistlogic.h"
+#include "sky/skycalc.h"
+#include "support/testenv.h"
+
+namespace {
+
+// Stand-in sky: the altitude is carried in the hours field, the azimuth is 0.
+MapStar star(const QString& name, double alt, bool alignment, bool autoAlignment) {
+  return {SkyPosition{PlainNumber(alt), "0", "+", "0", "0"}, alignment, name, autoAlignment};
+}
+
+QStringList namesOf(const std::vector<AlignmentCandidate>& candidates) {
+  QStringList out;
+  for (const AlignmentCandidate& c : candidates) out << c.name;
+  return out;
+}
+
+QStringList textsOf(const std::vector<PlacedText>& lines) {
+  QStringList out;
+  for (const PlacedText& t : lines) out << t.text;
+  return out;
+}
+
+}  // namespace
+
+class TestAlignStars : public QObject {
+  Q_OBJECT
+ private slots:
+  void starRules_data() {
+    QTest::addColumn<bool>("autoOnly");
+    QTest::addColumn<bool>("showNames");
+    QTest::addColumn<QStringList>("names");       // printed on the chart
+    QTest::addColumn<int>("large");
+    QTest::addColumn<int>("plain");
+    QTest::addColumn<QStringList>("candidates");
+    // A at 20 and B at 70 lie on the bounds; C is plain, D below the horizon, E too high,
+    // F an alignment star the hand controller does not offer.
+    QTest::newRow("all alignment stars") << false << true << QStringList{"A", "B", "E", "F"} << 4
+                                         << 1 << QStringList{"A", "B", "F"};
+    QTest::newRow("automatic only") << true << true << QStringList{"A", "B", "E"} << 3 << 2
+                                    << QStringList{"A", "B"};
+    QTest::newRow("names off") << false << false << QStringList() << 4 << 1
+                               << QStringList{"A", "B", "F"};
+  }
+
+  void starRules() {
+    QFETCH(bool, autoOnly);
+    QFETCH(bool, showNames);
+    QFETCH(QStringList, names);
+    QFETCH(int, large);
+    QFETCH(int, plain);
+    QFETCH(QStringList, candidates);
+    const std::vector<MapStar> stars{star("A", 20, true, true),  star("B", 70, true, true),
+                                     star("C", 45, false, true), star("D", 0, true, true),
+                                     star("E", 70.1, true, true), star("F", 45, true, false)};
+    RecordingChartSurface surface;
+    auto alt = [](const MapStar& m) { return Val(m.position.raHours); };
+    auto az = [](const MapStar&) { return 0.0; };
+    const auto found = DrawAlignmentChart(surface, stars, alt, az, {autoOnly, showNames, 200});
+    QCOMPARE(namesOf(found), candidates);
+    QStringList printed;
+    for (const auto& op : surface.ofKind("text")) printed << op.text;
+    QCOMPARE(printed, names);
+    int largeDots = 0, plainDots = 0, width = 1;
+    for (const auto& op : surface.ops) {
+      if (op.kind == QLatin1String("width")) width = op.value;
+      if (op.kind == QLatin1String("point")) ++(width == 2 ? largeDots : plainDots);
+    }
+    QCOMPARE(largeDots, large);
+    QCOMPARE(plainDots, plain);
+    // Ring, then the dotted 70 and 20 degree circles.
+    const auto circles = surface.ofKind("circle");
+    QCOMPARE(circles.size(), size_t(3));
+    QCOMPARE(circles[1].radius, float(70.0 / 90 * 2800));
+    QCOMPARE(circles[2].radius, float(20.0 / 90 * 2800));
+  }
+
+  void screenText() {
+    BestPairs pairs;
+    pairs.autoRows = {{"A - B", 50}};
+    pairs.polarisNote = true;
+    auto lines = BestPairsScreenText(pairs, 200);
+    QCOMPARE(textsOf(lines), (QStringList{"Best Alignment Pairs", "Auto/GPS Align", "Sep", "A - B",
+                                          " 50", "NOTE: Do NOT use Polaris in", "EQ mode."}));
+    QCOMPARE(lines[3].y, 870);
+    QCOMPARE(lines[5].y, 870 + 200 + 300);
+    QCOMPARE(lines[6].x, 7140);
+    pairs.twoStarTable = true;
+    pairs.twoStarRows = {{"A - B", 50}, {}};
+    lines = BestPairsScreenText(pairs, 200);
+    QCOMPARE(lines[9].text, QString());
+    QCOMPARE(lines[9].y, 2690);
+    QCOMPARE(lines[11].y, 2690 + 500);
+  }
+
+  void resizeRule() {
+    QCOMPARE(AlignStarsResize(true, 9179, 9000, 12000, 9000).restoreNormal, true);
+    QCOMPARE(AlignStarsResize(true, 9180, 6825, 12000, 9000).restoreNormal, false);
+    const AlignStarsSize small = AlignStarsResize(false, 1, 1, 5000, 8000);
+    QCOMPARE(small.restoreNormal, false);
+    QCOMPARE(QSize(small.width, small.height), QSize(9300, 8000));
+  }
+
+  // The candidates and the first rows of both tables for a night at the default site, on the
+  // shipped MapStars, against astropy (tools/alignment_crosscheck.py).
+  void workedSky() {
+    QFile f(QFINDTESTDATA("data/alignment_sky.csv"));
+    QVERIFY(f.open(QIODevice::ReadOnly | QIODevice::Text));
+    TestEnv env;
+    AppState& s = *env.state;
+    QStringList candidates, autoRows, twoStarRows;
+    bool note = false;
+    while (!f.atEnd()) {
+      const QStringList row = QString::fromUtf8(f.readLine()).trimmed().split(QLatin1Char(','));
+      if (row[0] == QLatin1String("site")) {
+        s.settings.LongHemi = row[1];
+        s.settings.LongDeg = qint16(row[2].toInt());
+        s.settings.LongMin = qint16(row[3].toInt());
+        s.settings.LatHemi = row[4];
+        s.settings.LatDeg = qint16(row[5].toInt());
+        s.settings.LatMin = qint16(row[6].toInt());
+        s.UserDate = QDateTime(QDate::fromString(row[7], Qt::ISODate),
+                               QTime::fromString(row[8], QStringLiteral("hh:mm")));
+        env.fixedOffsetHours = row[9].toDouble();
+      } else if (row[0] == QLatin1String("candidate")) {
+        candidates << row[1];
+      } else if (row[0] == QLatin1String("auto")) {
+        autoRows << row[1] + QLatin1Char('|') + PrintedNumber(row[2].toDouble());
+      } else if (row[0] == QLatin1String("twostar")) {
+        twoStarRows << row[1] + QLatin1Char('|') + PrintedNumber(row[2].toDouble());
+      } else if (row[0] == QLatin1String("note")) {
+        note = row[1] == QLatin1String("1");
+      }
+    }
+    QVERIFY(s.UserDate.isValid());
+    env.fixedNow = QDateTime(s.UserDate.date(), QTime(12, 0));
+
+    const auto catalog = Database::open(s.catalogPath(), Database::Mode::ReadOnly);
+    RecordingChartSurface surface;
+    const auto found = DrawAlignmentChart(
+        surface, LoadAlignmentStars(*catalog),
+        [&](const MapStar& m) { return AltitudeAtUserDate(s, m.point); },
+        [&](const MapStar& m) { return AzimuthAtUserDate(s, m.point); }, {});
+    QCOMPARE(namesOf(found), candidates);
+    const BestPairs pairs = MakeBestPairs(s, found, true);
+    auto rows = [](const std::vector<AlignmentPair>& table) {
+      QStringList out;
+      for (const AlignmentPair& p : table)
+        out << p.name + QLatin1Char('|') + SeparationText(p.separation);
+      return out;
+    };
+    QCOMPARE(rows(pairs.autoRows), autoRows);
+    QCOMPARE(rows(pairs.twoStarRows), twoStarRows);
+    QCOMPARE(pairs.polarisNote, note);
+  }
+
+  void window() {
+    TestEnv env;
+    AppState& s = *env.state;
+    s.UserDate = QDateTime(QDate(2026, 11, 21), QTime(22, 0));
+    env.fixedOffsetHours = 9;
+    AlignStars w(s);
+    w.show();
+    w.Form_Activate();
+    const QStringList tonight = namesOf(w.candidates());
+    QVERIFY(tonight.contains("Polaris"));
+    QVERIFY(textsOf(w.bestPairsText()).contains("Two Star Align"));
+
+    w.findChild<QCheckBox*>("chkAutoAlignment")->click();
+    QVERIFY(!textsOf(w.bestPairsText()).contains("Two Star Align"));
+    QVERIFY(namesOf(w.candidates()).size() < tonight.size());
+    w.findChild<QCheckBox*>("chkAutoAlignment")->click();
+
+    // Red Screen, on and off again, recolours the open chart without a new activation.
+    const QImage normal = w.sky()->surface().image();
+    RedScreen red(s);
+    red.toggle({});
+    QVERIFY(w.sky()->surface().image() != normal);
+    red.toggle({});
+    QCOMPARE(w.sky()->surface().image(), normal);
+
+    auto* toggle = w.findChild<QPushButton*>("cmdToggleNames");
+    toggle->click();
+    QVERIFY(!w.showNames());
+    toggle->click();
+    QVERIFY(w.showNames());
+
+    // An unchanged date draws nothing, even though the site has moved meanwhile.
+    s.settings.LatHemi = QStringLiteral("S");
+    w.showUserDateDialog = [](QWidget*) {};
+    w.findChild<QPushButton*>("cmdUserDate")->click();
+    QCOMPARE(namesOf(w.candidates()), tonight);
+    const QDateTime later = s.UserDate.addSecs(6 * 3600);
+    w.showUserDateDialog = [&](QWidget*) { s.UserDate = later; };
+    w.findChild<QPushButton*>("cmdUserDate")->click();
+    QCOMPARE(w.findChild<QLabel*>("lblUserDate")->text(), UserDateLabel(later));
+    QVERIFY(namesOf(w.candidates()) != tonight);
+
+    bool printed = false;
+    w.printRequested = [&] { printed = true; };
+    w.findChild<QPushButton*>("cmdPrint")->click();
+    QVERIFY(printed);
+    QVERIFY(env.prompter.entries.isEmpty());
+  }
+};
+
+QTEST_MAIN(TestAlignStars)
+#include "tst_alignstars.moc"

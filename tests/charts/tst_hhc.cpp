@@ -1,0 +1,238 @@
+#include <QtTest>
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+
+#include "catalog/catalogbrowser.h"
+#include "catalog/database.h"
+#include "catalog/datagrid.h"
+#include "catalog/recordset.h"
+#include "charts/hhc.h"
+#include "charts/hhclogic.h"
+#include "charts/skywidget.h"
+#include "core/apperror.h"
+#include "scope/scopecontrol.h"
+#include "support/scopesim.h"
+#include "support/testenv.h"
+
+namespace {
+
+constexpr int kMessier = 0, kCaldwell = 1, kDoubles = 7;
+constexpr int kMessierSet = 4;
+
+void filterAllPages(AppState& s, int minAlt) {
+  for (PageQuery& q : s.Pages) q.Filter = QStringLiteral("WHERE True");
+  s.filter.FltAlt = true;
+  s.filter.FltMinAlt = qint16(minAlt);
+}
+
+// A hand control window on the shipped catalogs at the default site, 20:30 local time.
+struct Rig {
+  Rig() {
+    env.fixedOffsetHours = 9;
+    hhc = std::make_unique<HHC>(*env.state, link);
+    hhc->show();
+    hhc->Form_Activate();
+  }
+  AppState& state() { return *env.state; }
+  QString text(const char* name) const {
+    return hhc->findChild<QLineEdit*>(QLatin1String(name))->text();
+  }
+  void setText(const char* name, const QString& value) const {
+    hhc->findChild<QLineEdit*>(QLatin1String(name))->setText(value);
+  }
+  void click(const char* name) const { hhc->findChild<QPushButton*>(QLatin1String(name))->click(); }
+  QPointF marker() const { return {hhc->sky()->chart().MarkerX, hhc->sky()->chart().MarkerY}; }
+  Recordset* page(int tab) const { return hhc->browser()->pageRecordset(tab); }
+  bool filterLabel() const { return hhc->findChild<QLabel*>("lblFilter")->isVisibleTo(hhc.get()); }
+
+  TestEnv env;
+  ScopeLink link;
+  std::unique_ptr<HHC> hhc;
+};
+
+}  // namespace
+
+class TestHHC : public QObject {
+  Q_OBJECT
+ private slots:
+  void nullRule_data() {
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<bool>("error");
+    QTest::newRow("name, Caldwell: empty box") << "Name" << kCaldwell << false;
+    QTest::newRow("info, double stars: empty box") << "Info" << kDoubles << false;
+    QTest::newRow("name, Messier: the trap") << "Name" << kMessier << true;
+    QTest::newRow("category is never tested") << "Category" << kCaldwell << true;
+  }
+  void nullRule() {
+    QFETCH(QString, field);
+    QFETCH(int, tab);
+    QFETCH(bool, error);
+    TestEnv env;
+    QFile(env.path("t.db")).open(QIODevice::WriteOnly);
+    auto db = Database::open(env.path("t.db"), Database::Mode::ReadWrite);
+    db->exec("CREATE TABLE T (Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, "
+             "RAHour, RAMinute, DecSign, DecDeg, DecMinute)");
+    db->exec("INSERT INTO T VALUES ('C', 1, 'N', 'T', 'Ori', '5', 'I', 5, 30, '-', 5, 23)");
+    db->exec(QStringLiteral("UPDATE T SET %1 = NULL").arg(field));
+    Recordset rs(db, QStringLiteral("T"));
+    try {
+      const QStringList texts = HHCDetailTexts(rs, tab);
+      QVERIFY(!error);
+      QCOMPARE(texts.size(), 12);
+      QCOMPARE(texts.count(QString()), 1);
+    } catch (const AppError& e) {
+      QVERIFY(error);
+      QCOMPARE(e.text(), QStringLiteral("Invalid use of Null - 94"));
+    }
+  }
+
+  void ticks() {
+    qint16 ticks = 0;
+    QList<int> requeries;
+    for (int minute = 1; minute <= 42; ++minute)
+      if (AltitudeTickRequery(ticks)) requeries << minute;
+    QCOMPARE(requeries, (QList<int>{21, 42}));
+  }
+
+  // The marker follows the page in view; a page filtered empty blanks the panel and leaves it.
+  void detailsAndMarker() {
+    Rig rig;
+    QCOMPARE(rig.text("Text2"), QStringLiteral("1"));
+    QCOMPARE(rig.text("Text3"), QStringLiteral("Crab Nebula; Taurus A"));
+    QVERIFY(rig.text("Text13").toDouble() > 0);
+    const QPointF crab = rig.marker();
+    QVERIFY(crab != QPointF(3000, 3000));
+    rig.hhc->browser()->setCurrentIndex(kCaldwell);
+    QCOMPARE(rig.text("Text1"), QStringLiteral("Caldwell"));
+    QVERIFY(rig.marker() != crab);
+    rig.hhc->browser()->setCurrentIndex(kMessier);
+    QCOMPARE(rig.marker(), crab);
+    rig.state().Pages[kMessierSet].Where = QStringLiteral("WHERE False");
+    rig.hhc->browser()->bindPages();
+    rig.hhc->ShowDetails();
+    for (int n = 1; n <= 13; ++n)
+      QCOMPARE(rig.text(qPrintable(QStringLiteral("Text%1").arg(n))), QString());
+    QCOMPARE(rig.marker(), crab);
+    // Nothing is in view: GoTo sends nothing and says nothing.
+    rig.state().settings.CommPort = QStringLiteral("/dev/tavorine-no-such-port");
+    rig.click("cmdGoto");
+    QVERIFY(rig.env.prompter.entries.isEmpty());
+  }
+
+  void ctrlTab_data() {
+    QTest::addColumn<int>("from");
+    QTest::addColumn<bool>("shift");
+    QTest::addColumn<int>("to");
+    QTest::newRow("last to first") << 7 << false << 0;
+    QTest::newRow("first to last") << 0 << true << 7;
+    QTest::newRow("on") << 2 << false << 3;
+  }
+  void ctrlTab() {
+    QFETCH(int, from);
+    QFETCH(bool, shift);
+    QFETCH(int, to);
+    Rig rig;
+    rig.hhc->browser()->setCurrentIndex(from);
+    const Qt::KeyboardModifiers mods =
+        Qt::ControlModifier | (shift ? Qt::ShiftModifier : Qt::NoModifier);
+    QTest::keyClick(rig.hhc->browser()->searchBox(from), shift ? Qt::Key_Backtab : Qt::Key_Tab,
+                    mods);
+    QCOMPARE(rig.hhc->browser()->currentIndex(), to);
+  }
+
+  // The filter: its button, its label, a change made in another window, the 21st minute.
+  void filter() {
+    Rig rig;
+    AppState& s = rig.state();
+    filterAllPages(s, 20);
+    rig.hhc->showFilterDialog = [&](QWidget*) { s.FilterCancelled = true; };
+    rig.click("cmdFilterAlt");
+    QVERIFY(!s.FilterOn);
+    QVERIFY(!rig.filterLabel());
+    rig.hhc->showFilterDialog = [&](QWidget*) {
+      QVERIFY(!rig.hhc->timer()->isActive());
+      s.FilterCancelled = false;
+    };
+    rig.click("cmdFilterAlt");
+    QVERIFY(s.FilterOn && rig.filterLabel() && rig.hhc->timer()->isActive());
+    const int above20 = rig.page(kMessier)->RecordCount();
+    QVERIFY(above20 > 0 && above20 < 110);
+
+    // A stricter filter waits for the 21st minute.
+    s.filter.FltMinAlt = 60;
+    rig.hhc->setAltitudeTicks(19);
+    rig.hhc->timerAltitude_Timer();
+    QCOMPARE(rig.page(kMessier)->RecordCount(), above20);
+    rig.hhc->timerAltitude_Timer();
+    QVERIFY(rig.page(kMessier)->RecordCount() < above20);
+    QCOMPARE(rig.hhc->altitudeTicks(), qint16(0));
+
+    // Switched off in the list editor: noticed at the next activation.
+    s.FilterOn = false;
+    rig.hhc->Form_Activate();
+    QVERIFY(!rig.filterLabel());
+    QCOMPARE(rig.page(kMessier)->RecordCount(), 110);
+    s.FilterOn = true;
+    rig.hhc->Form_Activate();
+    QVERIFY(rig.filterLabel());
+    rig.click("cmdFilterAlt");
+    QVERIFY(!s.FilterOn && !rig.filterLabel());
+    QCOMPARE(rig.page(kMessier)->RecordCount(), 110);
+    QVERIFY(rig.env.prompter.entries.isEmpty());
+  }
+
+  // Against the telescope simulator on a pseudo-terminal.
+  void telescope() {
+    ScopeSim sim;
+    QVERIFY(sim.start(QStringLiteral("GT")));
+    Rig rig;
+    AppState& s = rig.state();
+    s.settings.ScopeType = QStringLiteral("GT");
+    s.settings.CommPort = sim.address;
+    s.settings.UseAltLimit = true;
+    s.settings.MinAlt = -90;
+    s.settings.MaxAlt = 90;
+
+    // A double click on the Crab Nebula's row (RA 5 34.5, Dec +22 0.9).
+    DataGrid* grid = rig.hhc->browser()->pageGrid(kMessier);
+    QVERIFY(QTest::qWaitForWindowExposed(rig.hhc.get()));
+    const QRect cell = grid->visualRect(grid->model()->index(0, 1));
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+    QCOMPARE(sim.received(), QByteArray("R3B77,0FA7"));
+
+    // Quick GoTo with seconds and the sign flipped: 5 34 30, -22 01 00.
+    rig.setText("txtGotoRAHour", "5");
+    rig.setText("txtGotoRAMin", "34");
+    rig.setText("txtGoToRASec", "30");
+    rig.setText("txtGotoDecDeg", "22");
+    rig.setText("txtGotoDecMin", "1");
+    rig.setText("txtGotoDecSec", "0");
+    rig.click("cmdDecSign");
+    QCOMPARE(rig.hhc->findChild<QPushButton*>("cmdDecSign")->text(), QStringLiteral("-"));
+    rig.click("cmdQuickGoto");
+    QCOMPARE(sim.received(), QByteArray("R3B77,0FA7R3B77,F057"));
+
+    rig.click("cmdGetRA");
+    QCOMPARE((QStringList{rig.text("txtRAHour"), rig.text("txtRAMin"), rig.text("txtDecSign"),
+                          rig.text("txtDecDeg"), rig.text("txtDecMin")}),
+             (QStringList{"5", "34.5", "-", "22", "1"}));
+    QVERIFY(rig.env.prompter.entries.isEmpty());
+
+    // Outside the limits: the alert, and No sends nothing.
+    s.settings.MinAlt = 89;
+    rig.env.prompter.answer(Prompter::Answer::No);
+    rig.click("cmdGoto");
+    QCOMPARE(rig.env.prompter.entries.value(0).title, QStringLiteral("Altitude Alert!"));
+    QVERIFY(rig.env.prompter.entries.value(0).text.contains(
+        "below your minimum altitude limit of  89."));
+    QVERIFY(sim.received().endsWith("F057E"));
+  }
+};
+
+QTEST_MAIN(TestHHC)
+#include "tst_hhc.moc"
