@@ -21,13 +21,17 @@ QRect FitFrame(const QRect& frame, const QSize& minimum, const QRect& area) {
   return r;
 }
 
+// Without a configuration folder there is nowhere to keep a window's place, and a relative
+// file name would land in whatever folder the program was started from.
 QByteArray ReadWindowGeometry(const QString& configFolder, const QString& window) {
+  if (configFolder.isEmpty()) return {};
   const QSettings file(GeometryFile(configFolder), QSettings::IniFormat);
   return QByteArray::fromBase64(file.value(window).toString().toLatin1());
 }
 
 void WriteWindowGeometry(const QString& configFolder, const QString& window,
                          const QByteArray& geometry) {
+  if (configFolder.isEmpty()) return;
   QDir().mkpath(configFolder);
   QSettings file(GeometryFile(configFolder), QSettings::IniFormat);
   file.setValue(window, QString::fromLatin1(geometry.toBase64()));
