@@ -21,3 +21,9 @@ QString AppError::describe(int number) {
     default: return QStringLiteral("Application-defined or object-defined error");
   }
 }
+
+AppError AppError::ofFile(int number, const QString& path, const QString& why) {
+  QString d = describe(number) + QStringLiteral(": ") + path;
+  if (!why.isEmpty()) d += QStringLiteral(" (") + why + QLatin1Char(')');
+  return AppError(number, d);
+}

@@ -42,4 +42,6 @@ struct AppError : std::exception {
   // The classic description of a classic number.
   static QString describe(int number);
   static AppError of(int number) { return AppError(number, describe(number)); }
+  // The same for a file: "description: path", and the reason in brackets when there is one.
+  static AppError ofFile(int number, const QString& path, const QString& why = QString());
 };

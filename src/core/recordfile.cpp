@@ -145,15 +145,22 @@ bool RecordReader::boolean() {
 QByteArray ReadWholeFile(const QString& path) {
   QFile f(path);
   if (!f.open(QIODevice::ReadOnly)) {
-    if (!QFileInfo::exists(path)) throw AppError::of(ErrNo::FileNotFound);
-    throw AppError::of(ErrNo::PathFileAccess);
+    if (!QFileInfo::exists(path)) throw AppError::ofFile(ErrNo::FileNotFound, path);
+    throw AppError::ofFile(ErrNo::PathFileAccess, path, f.errorString());
   }
   return f.readAll();
 }
 
 void WriteWholeFile(const QString& path, const QByteArray& bytes) {
-  QDir().mkpath(QFileInfo(path).absolutePath());
+  const QString folder = QFileInfo(path).absolutePath();
+  if (!QDir().mkpath(folder))
+    throw AppError::ofFile(ErrNo::PathFileAccess, path,
+                           QStringLiteral("the folder %1 cannot be made").arg(folder));
   QSaveFile f(path);
-  if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size() || !f.commit())
-    throw AppError::of(ErrNo::PathFileAccess);
+  if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size() || !f.commit()) {
+    const QFileInfo info(folder);
+    throw AppError::ofFile(ErrNo::PathFileAccess, path,
+                           info.isWritable() ? f.errorString()
+                                             : QStringLiteral("the folder %1 cannot be written").arg(folder));
+  }
 }
