@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <QFileInfo>
+
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -12,9 +14,43 @@
 
 namespace {
 
+// Why a file that should take a write does not, as far as the file system tells.
+QString whyNotWritten(const QString& file) {
+  const QFileInfo info(file);
+  if (!info.exists()) return QStringLiteral("the file is no longer there");
+  if (!QFileInfo(info.absolutePath()).isWritable()) return QStringLiteral("its folder cannot be written");
+  if (!info.isWritable()) return QStringLiteral("the file is read-only");
+  return QString();
+}
+
 AppError dbError(sqlite3* db) {
   const char* msg = db ? sqlite3_errmsg(db) : "out of memory";
-  return AppError(ErrNo::Database, QString::fromUtf8(msg));
+  QString text = QString::fromUtf8(msg);
+  // An error of the file rather than of the query names the file, and says why when it can.
+  const char* file = db ? sqlite3_db_filename(db, "main") : nullptr;
+  if (file && *file) {
+    const QString path = QString::fromUtf8(file);
+    switch (sqlite3_errcode(db)) {
+      case SQLITE_READONLY:
+      case SQLITE_CANTOPEN:
+      case SQLITE_IOERR:
+      case SQLITE_PERM: {
+        text += QStringLiteral(": ") + path;
+        const QString why = whyNotWritten(path);
+        if (!why.isEmpty()) text += QStringLiteral(" (") + why + QLatin1Char(')');
+        break;
+      }
+      case SQLITE_BUSY:
+      case SQLITE_LOCKED:
+      case SQLITE_NOTADB:
+      case SQLITE_CORRUPT:
+      case SQLITE_FULL:
+        text += QStringLiteral(": ") + path;
+        break;
+      default: break;
+    }
+  }
+  return AppError(ErrNo::Database, text);
 }
 
 // ---- the classic query functions -------------------------------------------------------
@@ -394,7 +430,7 @@ Database::Database(const QString& path, Mode mode) : path_(path), mode_(mode) {
   const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db_, flags, nullptr);
   if (rc != SQLITE_OK) {
     AppError e = dbError(db_);
-    if (db_) e.description += QStringLiteral(": ") + path;
+    if (db_ && !e.description.contains(path)) e.description += QStringLiteral(": ") + path;
     sqlite3_close(db_);
     db_ = nullptr;
     throw e;
