@@ -7,6 +7,8 @@ set -e
 PKGS="cmake g++ make qt6-base-dev qt6-serialport-dev qt6-svg-dev libsqlite3-dev libgl-dev python3 xvfb xauth"
 # Building and checking the .deb (make package, .ci/run).
 PKGS="$PKGS dpkg-dev file appstream desktop-file-utils x11-utils"
+# The sanitizer build and the fuzz harnesses (.ci/run): clang, libFuzzer and the symbolizer.
+PKGS="$PKGS clang libclang-rt-14-dev llvm"
 
 if ! command -v dpkg-query >/dev/null 2>&1; then
   echo "tools/install-deps.sh: not a Debian system; make sure these (or your system's" \
