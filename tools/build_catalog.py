@@ -298,18 +298,47 @@ TYPE_MAP = {
 
 TRUMPLER_START = ("I", "V")
 
+# The Messier, Caldwell, NGC and IC pages filter on the filter's six kinds only: there each
+# Stellarium type becomes one of them, and the finer kind goes to Info.
+FILTER_TYPE_MAP = {
+    0: ("Galaxy", ""), 1: ("Galaxy", "active galaxy"), 2: ("Galaxy", "radio galaxy"),
+    3: ("Galaxy", "interacting galaxy"), 4: ("Galaxy", "quasar"),
+    5: ("Open Cluster", "star cluster"), 6: ("Open Cluster", ""),
+    7: ("Globular Cluster", ""), 8: ("Open Cluster", "stellar association"),
+    9: ("Open Cluster", "star cloud"), 10: ("Nebula", ""), 11: ("Planetary Nebula", ""),
+    12: ("Nebula", "dark nebula"), 13: ("Nebula", "reflection nebula"),
+    14: ("Nebula", "bipolar nebula"), 15: ("Nebula", "emission nebula"),
+    16: ("Cluster Nebulosity", ""), 17: ("Nebula", "HII region"),
+    18: ("Nebula", "supernova remnant"), 19: ("Nebula", "interstellar matter"),
+    20: ("Nebula", "emission object"), 21: ("Galaxy", "BL Lac object"),
+    22: ("Galaxy", "blazar"), 23: ("Nebula", "molecular cloud"),
+    24: ("Nebula", "young stellar object"), 25: ("Galaxy", "possible quasar"),
+    26: ("Planetary Nebula", "possible planetary nebula"),
+    27: ("Nebula", "protoplanetary nebula"), 28: ("Open Cluster", "star"),
+    29: ("Open Cluster", "symbiotic star"), 30: ("Open Cluster", "emission-line star"),
+    31: ("Nebula", "supernova candidate"), 32: ("Nebula", "supernova remnant candidate"),
+    33: ("Galaxy", "cluster of galaxies"), 34: ("Galaxy", "part of a galaxy"),
+    35: ("Nebula", "region of the sky"), 36: ("Nebula", "unidentified object"),
+}
+FILTER_TABLES = ("Messier", "Caldwell", "NGC", "IC")
+
 
 def dso_type(r, table):
-    typ, remark = TYPE_MAP.get(r["type"], ("Unknown", ""))
+    if table not in FILTER_TABLES:
+        typ, remark = TYPE_MAP.get(r["type"], ("Unknown", ""))
+        if r["type"] == 5 and "cloud" in r["morph"].lower():
+            typ, remark = "Star Cloud", ""
+        return typ, remark
+    typ, remark = FILTER_TYPE_MAP.get(r["type"], ("Nebula", "unidentified object"))
     if r["type"] == 5 and "cloud" in r["morph"].lower():
-        typ, remark = "Star Cloud", ""
+        remark = "star cloud"
     if typ == "Cluster Nebulosity" and table in ("Messier", "Caldwell"):
         # Those pages filter on the five plain kinds only: a cluster with nebulosity
         # counts as the cluster when it has a Trumpler class, else as the nebula.
         remark = "cluster with nebulosity"
         typ = "Open Cluster" if r["morph"][:1] in TRUMPLER_START else "Nebula"
     if table == "Messier" and r["M"] == 40:
-        typ, remark = "Double Star", ""
+        remark = "double star"
     return typ, remark
 
 
@@ -345,7 +374,9 @@ def dso_info(r, own_key, remark):
 
 
 def dso_mag(r):
-    if r["vmag"] < 90:
+    # A visual magnitude fainter than the blue one belongs to a part of the object (no galaxy
+    # or cluster is bluer than that): the blue one is then nearer the whole.
+    if r["vmag"] < 90 and not (r["bmag"] < 90 and r["vmag"] > r["bmag"] + 0.1):
         return mag_text(r["vmag"])
     if r["bmag"] < 90:
         return mag_text(r["bmag"])
@@ -361,10 +392,11 @@ NAME_PREFIX_FIELD = {"M": "M", "C": "C", "NGC": "NGC", "IC": "IC", "B": "B", "SH
                      "ST": "St", "RU": "Ru", "VDBHA": "VdBHa"}
 
 
-GREEK_LETTERS = dict(zip("αβγδεζηθικλμνξοπρστυφχψω",
+GREEK_LETTERS = dict(zip("αβγδεζηθικλμνξοπρσςτυφχψω",
                          ["Alpha", "Beta", "Gamma", "Delta", "Epsilon", "Zeta", "Eta", "Theta",
                           "Iota", "Kappa", "Lambda", "Mu", "Nu", "Xi", "Omicron", "Pi", "Rho",
-                          "Sigma", "Sigma", "Tau", "Upsilon", "Phi", "Chi", "Psi", "Omega"]))
+                          "Sigma", "Sigma", "Tau", "Upsilon", "Phi", "Chi", "Psi", "Omega"],
+                         strict=True))
 
 
 def latin_text(text):
@@ -418,12 +450,58 @@ def numeric_or_text(v):
     return int(v) if v.isdigit() else v
 
 
+# Objects Stellarium files under another NGC number of the same object (Revised NGC/IC,
+# Steinicke): both numbers give the object. Herschel 400 objects among them.
+NGC_SAME_AS = {2372: 2371, 3184: 3180, 4214: 4228, 4665: 4664, 5907: 5906}
+
+# Objects the sources lack, from the Astronomical League's Herschel 400 list.
+ADDED_OBJECTS = [
+    {"NGC": 6832, "type": 6, "ra": (19 + 48.3 / 60) * 15, "dec": 59 + 25 / 60,
+     "name": "", "remark": "Herschel 400"},
+]
+
+# Magnitudes the source gives for a part or a different band, set to the integrated visual
+# magnitude (see data/SOURCES): Harris (1996, 2010 edition) for globular clusters, the RC3
+# for galaxies, Sky Catalogue 2000.0 for the rest.
+MAGNITUDE_FIXES = {("NGC", 5139): 3.7, ("NGC", 6514): 6.3, ("NGC", 4565): 9.6, ("NGC", 1275): 11.6,
+                   ("NGC", 5005): 9.8, ("NGC", 2419): 10.4, ("NGC", 3201): 6.8,
+                   ("NGC", 4372): 7.2, ("NGC", 4697): 9.3, ("NGC", 2451): 2.8}
+
+
+def added_record(entry, next_id):
+    r = {"id": next_id, "ra": entry["ra"], "dec": entry["dec"], "bmag": 99.0, "vmag": 99.0,
+         "type": entry["type"], "morph": "", "maj": 0.0, "min": 0.0, "Ced": ""}
+    for k in DSO_NUMBER_FIELDS_1 + DSO_NUMBER_FIELDS_2 + ["Arp", "VV"]:
+        r[k] = entry.get(k, 0)
+    for k in DSO_TEXT_FIELDS:
+        r[k] = ""
+    return r
+
+
+def fix_magnitudes(recs):
+    for r in recs:
+        for (key, num), mag in MAGNITUDE_FIXES.items():
+            if r[key] == num:
+                r["vmag"], r["bmag"] = mag, 99.0
+
+
 def build_dso_tables(recs, names, con):
     first = {}
     for r in sorted(recs, key=lambda x: x["id"]):
         for key in ("M", "C", "NGC", "IC"):
             if r[key]:
                 first.setdefault((key, r[key]), r)
+    remarks = {}
+    for num, other in NGC_SAME_AS.items():
+        if ("NGC", num) not in first and ("NGC", other) in first:
+            first[("NGC", num)] = first[("NGC", other)]
+            remarks[("NGC", num)] = "also NGC %d" % other
+    next_id = max(r["id"] for r in recs) + 1
+    for entry in ADDED_OBJECTS:
+        if ("NGC", entry["NGC"]) not in first:
+            first[("NGC", entry["NGC"])] = added_record(entry, next_id)
+            remarks[("NGC", entry["NGC"])] = entry["remark"]
+            next_id += 1
 
     def table_rows(key, category):
         rows = []
@@ -431,6 +509,7 @@ def build_dso_tables(recs, names, con):
         for n in nums:
             r = first[(key, n)]
             typ, remark = dso_type(r, category)
+            remark = ", ".join(x for x in (remark, remarks.get((key, n), "")) if x)
             info = dso_info(r, key, remark)
             ra, dec = r["ra"], r["dec"]
             if key == "C" and n == 14:
@@ -455,8 +534,16 @@ DEEP_SKY_CATALOGUES = [
     ("Arp", "Arp"), ("B", "B"), ("Ced", "Ced"), ("Cr", "Cr"), ("DWB", "DWB"),
     ("HCG", "HCG"), ("ACO", "Abell"), ("LBN", "LBN"), ("LDN", "LDN"), ("Mel", "Mel"),
     ("PK", "PK"), ("RCW", "RCW"), ("Ru", "Ru"), ("Sh2", "Sh2"), ("St", "St"), ("Tr", "Tr"),
-    ("VdB", "vdB"), ("VdBHa", "vdB-Ha"), ("VdBH", "vdBH"),
+    ("VdB", "vdB"), ("VdBHa", "vdB-Ha"), ("VdBH", "vdBH"), ("PGC", "PGC"),
 ]
+
+
+def in_deep_sky(r, field, names):
+    # Of the principal galaxies only those known by a name of their own and by no NGC, IC,
+    # Messier or Caldwell number: the Large Magellanic Cloud, the dwarf galaxies.
+    if field != "PGC":
+        return True
+    return r["id"] in names and not (r["NGC"] or r["IC"] or r["M"] or r["C"])
 
 
 def build_deep_sky(recs, names, con):
@@ -465,7 +552,7 @@ def build_deep_sky(recs, names, con):
         seen = {}
         for r in sorted(recs, key=lambda x: x["id"]):
             v = r[field]
-            if v:
+            if v and in_deep_sky(r, field, names):
                 seen.setdefault(str(v), r)
 
         def key(item):
@@ -534,7 +621,8 @@ def bayer_flamsteed(s, genitive):
     if s["bayer"] in GREEK:
         g = GREEK[s["bayer"]]
         if s["bayer_sup"]:
-            g += "-" + s["bayer_sup"]
+            # Epsilon-1 Lyrae is also found as Epsilon Lyrae, the name observers use.
+            out.append("%s-%s %s" % (g, s["bayer_sup"], gen))
         out.append("%s %s" % (g, gen))
     if s["flam"]:
         out.append("%s %s" % (s["flam"], gen))
@@ -660,10 +748,35 @@ def read_wds(path):
     return out
 
 
+# Discoverers of close pairs: a designation of theirs names a pair closer than this.
+CLOSE_PAIR_DISCOVERERS = ("B", "BU", "I", "A", "STT", "STF", "HU", "RST", "COU")
+CLOSE_PAIR_LIMIT = 35.0
+
+
+def pair_names(s, hip, w, starnames, discoverers, genitive, multid, sep):
+    """The designations of a double: names of the primary, then the designations of the pair.
+    A discoverer's number names the pair AB, so it is given only for that pair, and a close
+    pair discoverer's only where the separation is one of theirs."""
+    names = []
+    if hip in starnames:
+        names.append(starnames[hip])
+    if s:
+        names += bayer_flamsteed(s, genitive)
+        if s["ads"]:
+            names.append("ADS %s" % s["ads"])
+    if w:
+        names.append("WDS %s" % w["wds"])
+    if multid in ("", "AB"):
+        names += [n for n in discoverers.get(hip, [])
+                  if sep <= CLOSE_PAIR_LIMIT or n.split(" ")[0] not in CLOSE_PAIR_DISCOVERERS][:3]
+    return names
+
+
 def build_doubles(bsc, cross, wds, stars14, starnames, discoverers, con):
     hr_to_hip = {v["hr"]: hip for hip, v in cross.items() if v["hr"]}
-    candidates = []  # (ra, dec, name parts, mag1, mag2, sep, info parts)
+    candidates = []  # (ra, dec, names, mag1, mag2, info parts)
     covered_wds = set()
+    covered_ads = set()
     seen_pairs = {}
     for hr in sorted(bsc):
         s = bsc[hr]
@@ -682,32 +795,44 @@ def build_doubles(bsc, cross, wds, stars14, starnames, discoverers, con):
                for k in kept):
             continue
         kept.append(hr)
-    for hr in sorted(kept):
+    pairs = [(hr, s["v"], s["v"] + s["dmag"], s["sep"], s["multid"])
+             for hr, s in ((h, bsc[h]) for h in kept)]
+    covered_ads.update(bsc[hr]["ads"] for hr in kept if bsc[hr]["ads"])
+    # Components A and B of an ADS pair that the catalogue lists as two stars, where the
+    # magnitude difference and separation given name something else (Mizar's are those of its
+    # spectroscopic companion): the separation comes from the two positions.
+    by_ads = {}
+    for hr in sorted(bsc):
+        s = bsc[hr]
+        if s["ads"] and s["ra"] is not None and s["v"] is not None:
+            by_ads.setdefault(s["ads"], {}).setdefault(s["ads_comp"], hr)
+    for ads in sorted(by_ads, key=int):
+        comps = by_ads[ads]
+        if ads in covered_ads or "A" not in comps or "B" not in comps:
+            continue
+        a, b = bsc[comps["A"]], bsc[comps["B"]]
+        sep = angular_sep(a["ra"], a["dec"], b["ra"], b["dec"]) * 3600
+        pairs.append((comps["A"], a["v"], b["v"], sep, "AB"))
+    for hr, mag1, mag2, sep, multid in sorted(pairs):
         s = bsc[hr]
         hip = hr_to_hip.get(hr)
         w = wds.get(hip) if hip else None
-        names = []
-        if hip in starnames:
-            names.append(starnames[hip])
-        names += bayer_flamsteed(s, con.genitive)
-        if s["ads"]:
-            names.append("ADS %s" % s["ads"])
+        names = pair_names(s, hip, w, starnames, discoverers, con.genitive, multid, sep)
         if w:
-            names.append("WDS %s" % w["wds"])
             covered_wds.add(w["wds"])
-        names += discoverers.get(hip, [])[:3]
         if not names:
             names.append("HR %d" % hr)
-        info = ['%s"' % sep_text(s["sep"])]
-        if w and w["pa"] >= 0 and w["sep"] > 0 and abs(w["sep"] - s["sep"]) <= 0.1 * s["sep"] + 0.2:
+        info = ['%s"' % sep_text(sep)]
+        if w and w["pa"] >= 0 and w["sep"] > 0 and abs(w["sep"] - sep) <= 0.1 * sep + 0.2:
             info[0] += " PA %d" % w["pa"]
-        if s["multid"]:
-            info.append(s["multid"])
+        if multid:
+            info.append(multid)
         info.append("HR %d" % hr)
-        mag1 = s["v"]
-        mag2 = s["v"] + s["dmag"]
         candidates.append((s["ra"], s["dec"], names, mag1, mag2, info))
 
+    # The Hipparcos doubles: the primary and the component at the separation the double star
+    # catalogue gives for the designation. Designations whose separation is not given, or
+    # whose companion is no Hipparcos star, are left out rather than paired with a third star.
     groups = {}
     for hip in sorted(wds):
         groups.setdefault(wds[hip]["wds"], []).append(hip)
@@ -718,27 +843,35 @@ def build_doubles(bsc, cross, wds, stars14, starnames, discoverers, con):
         if len(members) < 2:
             continue
         members.sort(key=lambda h: (stars14[h][2], h))
-        p, q = members[0], members[1]
+        p = members[0]
+        given = wds[p]["sep"]
+        if not 0 < given < 999:
+            continue
         ra1, de1, m1 = stars14[p]
+        matches = []
+        for q in members[1:]:
+            ra2, de2, _ = stars14[q]
+            sep = angular_sep(ra1, de1, ra2, de2) * 3600.0
+            if abs(sep - given) <= max(1.0, 0.1 * given):
+                matches.append((abs(sep - given), q, sep))
+        if not matches:
+            continue
+        _, q, sep = min(matches)
         ra2, de2, m2 = stars14[q]
-        sep = angular_sep(ra1, de1, ra2, de2) * 3600.0
         if sep < 0.1:
             continue
         pa = position_angle(ra1, de1, ra2, de2)
-        names = []
-        if p in starnames:
-            names.append(starnames[p])
         hr = cross.get(p, {}).get("hr")
-        if hr and hr in bsc:
-            names += bayer_flamsteed(bsc[hr], con.genitive)
-        names.append("WDS %s" % desig)
-        names += discoverers.get(p, [])[:3]
+        s = bsc.get(hr) if hr else None
+        names = pair_names(s, p, {"wds": desig}, starnames, discoverers, con.genitive, "", sep)
         info = ['%s" PA %d' % (sep_text(sep), round(pa)), "HIP %d" % p, "HIP %d" % q]
         candidates.append((ra1, de1, names, m1, m2, info))
 
     candidates.sort(key=lambda c: (split_position(c[0], c[1])[:2], c[1], ",".join(c[2])))
     rows = []
     for i, (ra, dec, names, m1, m2, info) in enumerate(candidates, 1):
+        if m2 < m1:
+            m1, m2 = m2, m1
         mag = "%s,%s" % (mag_text(m1), mag_text(m2))
         rows.append(object_row("Double Star", i, ",".join(n.replace(",", " ") for n in names),
                                "Double Star", con.name(ra, dec), mag, ", ".join(info), ra, dec))
@@ -772,19 +905,39 @@ def build_map_stars(stars6, starnames):
 # ---------------------------------------------------------------- writing
 
 TEXT = "TEXT COLLATE NOCASE"
-COMMON_DDL = ("Category {t}, ObjectNum NUMERIC, Name {t}, Type {t}, Constellation {t}, "
-              "Magnitude {t}, Info {t}, RAHour REAL, RAMinute REAL, DecSign {t}, DecDeg REAL, "
-              "DecMinute REAL").format(t=TEXT)
+# Lists and the user's table keep ObjectNum as typed ("0012", "        12", "NGC 7000-A") and
+# sort it by its leading number through the program's collation.
+USER_OBJECTNUM = "TEXT COLLATE ObjectNumber"
+COMMON_COLUMNS_DDL = ("Category {t}, ObjectNum {n}, Name {t}, Type {t}, Constellation {t}, "
+                      "Magnitude {t}, Info {t}, RAHour REAL, RAMinute REAL, DecSign {t}, "
+                      "DecDeg REAL, DecMinute REAL")
+COMMON_DDL = COMMON_COLUMNS_DDL.format(t=TEXT, n="NUMERIC")
+USER_DDL = COMMON_COLUMNS_DDL.format(t=TEXT, n=USER_OBJECTNUM)
 OBJECTS_DDL = ("CREATE TABLE Objects (DisplayOrder INTEGER, Goto {t}, Category {t}, "
-               "ObjectNum NUMERIC, Name {t}, Type {t}, Constellation {t}, Magnitude {t}, "
+               "ObjectNum {n}, Name {t}, Type {t}, Constellation {t}, Magnitude {t}, "
                "RAHour REAL, RAMinute REAL, DecSign {t}, DecDeg REAL, DecMinute REAL, Info {t}, "
-               "Observed {t})").format(t=TEXT)
+               "Observed {t})").format(t=TEXT, n=USER_OBJECTNUM)
+
+
+def object_number_key(text):
+    """The order of the program's ObjectNumber collation, as a sort key."""
+    t = text.strip(" ")
+    m = re.match(r"\d+(\.\d+)?", t)
+    if m:
+        return (0, float(m.group(0)), t[m.end():].lower(), t.lower(), text.lower())
+    return (1, 0.0, "", t.lower(), text.lower())
+
+
+def collate_object_number(a, b):
+    ka, kb = object_number_key(a), object_number_key(b)
+    return (ka > kb) - (ka < kb)
 
 
 def fresh_db(path):
     if os.path.exists(path):
         os.remove(path)
     db = sqlite3.connect(path)
+    db.create_collation("ObjectNumber", collate_object_number)
     db.execute("PRAGMA page_size = 4096")
     return db
 
@@ -821,7 +974,7 @@ def write_template(path):
 
 def write_user_template(path):
     db = fresh_db(path)
-    db.execute("CREATE TABLE UserObjects (%s)" % COMMON_DDL)
+    db.execute("CREATE TABLE UserObjects (%s)" % USER_DDL)
     finish_db(db)
 
 
@@ -872,19 +1025,48 @@ databases made by tools/build_catalog.py from the sources below. Run
    the double stars with their magnitude difference and separation
    (DoubleStarObjects).
 
+4. Corrections from published references (set in tools/build_catalog.py)
+   - Integrated visual magnitudes where the source gives a part or another band:
+     Harris, W. E., 1996, AJ 112, 1487, "A Catalog of Parameters for Globular
+     Clusters in the Milky Way" (2010 edition): NGC 5139 (Omega Centauri) 3.7,
+     NGC 2419 10.4, NGC 3201 6.8, NGC 4372 7.2; de Vaucouleurs et al., 1991,
+     Third Reference Catalogue of Bright Galaxies (RC3): NGC 4565 9.6,
+     NGC 5005 9.8, NGC 4697 9.3; Hirshfeld, A., Sinnott, R. W. and Ochsenbein,
+     F., 1991, Sky Catalogue 2000.0, vol. 2, 2nd ed., Sky Publishing and
+     Cambridge University Press: NGC 6514 (M 20) 6.3, NGC 2451 2.8,
+     NGC 1275 (C 24) 11.6.
+   - Objects Stellarium files under another number of the same object
+     (Steinicke, W., Revised NGC and IC): NGC 2372 = NGC 2371, NGC 3184 =
+     NGC 3180, NGC 4214 = NGC 4228, NGC 4665 = NGC 4664, NGC 5907 = NGC 5906.
+   - NGC 6832, an open cluster of the Herschel 400 missing from the sources,
+     from the Astronomical League's Herschel 400 list (position only).
+
+5. Reference for the catalog tests (tests/catalog/tst_catalogdata.cpp)
+   The table of well-known objects the tests compare the built catalogs with
+   takes positions, magnitudes and kinds from Sky Catalogue 2000.0 (vols. 1 and
+   2, as above) as tabled in the SEDS Messier Database (Frommert, H. and
+   Kronberg, C., messier.seds.org, with its Caldwell list), globular cluster
+   magnitudes from Harris (2010), and double star separations from the
+   Washington Double Star Catalog (Mason, B. D. et al., USNO).
+
 Tables
 ------
 
 MessierObjects, CaldwellObjects, NGCObjects, ICObjects: every numbered object of
 the Stellarium catalogue. Where Stellarium has several entries under one number
 the first (main) entry is taken. Caldwell 14, the Double Cluster, is one row
-midway between NGC 869 and NGC 884. Magnitude is V, else B, else empty. Info
+midway between NGC 869 and NGC 884. Magnitude is V, else B, else empty; where
+V is fainter than B (264 objects, NGC 157 at V 19.0), V measured a part of the
+object and B is taken. Info
 gives the other designations, the size in arcminutes, the morphology and, where
-Type is coarser than the source, the finer kind.
+Type is coarser than the source, the finer kind. Every Type of these four tables
+is one of the filter's kinds (below). Greek letters in names are spelled out.
 
 DeepSpaceObjects: the catalogues {dso_list}
-(Category as written). PGC, UGC, ESO, VV and the PN G and SNR G numbers are
-left out.
+(Category as written), and the PGC galaxies that have a common name and no
+NGC, IC, Messier or Caldwell number (the Large Magellanic Cloud, the dwarf
+galaxies of the Local Group). Other PGC numbers, UGC, ESO, VV and the PN G and
+SNR G numbers are left out.
 
 StarObjects: Hipparcos stars brighter than magnitude 8.0 that have an SAO
 number; one row per SAO number (the brightest star where two share one).
@@ -892,10 +1074,17 @@ number; one row per SAO number (the brightest star where two share one).
 DoubleStarObjects: the double stars of the Bright Star Catalogue that give a
 separation and a magnitude difference (one row per pair: where both components
 carry the pair, as ADS pairs or by position and separation, the brighter one is
-kept), then the Hipparcos doubles of wds_hip_part.dat whose two
-brightest components both are in stars.14.json, where the separation and position
-angle are computed from the two positions. A WDS pair already given by the Bright
-Star Catalogue is not repeated. ObjectNum is a running number in RA order.
+kept); the ADS pairs whose components A and B the catalogue lists as two stars
+without a usable separation (Mizar), with the separation from their positions;
+then the Hipparcos doubles of wds_hip_part.dat: the primary and the component
+at the separation wds_hip_part.dat gives for the designation (designations
+without a separation, or whose companion is no Hipparcos star, are left out),
+the separation and position angle computed from the two positions. A WDS pair
+already given by the Bright Star Catalogue is not repeated. A discoverer's
+number names the pair AB: it is given only for that pair, and the numbers of
+the discoverers of close pairs ({close}) only up to {limit:g}". A star with a
+superscript in its Bayer name is also named without it (Epsilon-1 Lyrae,
+Epsilon Lyrae). ObjectNum is a running number in RA order.
 
 MapStars: stars.6.json. Alignment = 1 for the stars with a proper name of
 magnitude {al} or brighter, and Polaris; autoalignment = 1 for those of magnitude
@@ -903,18 +1092,26 @@ magnitude {al} or brighter, and Polaris; autoalignment = 1 for those of magnitud
 mode, which it can only do when Polaris is among the automatic stars).
 "MapStars to 4_5" is a view of MapStars with Magnitude <= 4.5.
 
+The list template and the user table keep ObjectNum as text, declared
+"COLLATE ObjectNumber": the program sorts it by its leading number.
+
 Type values
 -----------
 
-The filter tests six exact values; the mapping puts what an observer would
-look for under them:
+The filter tests six exact values. In MessierObjects, CaldwellObjects,
+NGCObjects and ICObjects every Type is one of them, with the finer kind in Info:
 
-{types}
+{filter_types}
 
 Messier and Caldwell rows of Stellarium's "cluster with nebulosity" are
 "Open Cluster" when they have a Trumpler class and "Nebula" otherwise, since the
 filter of those pages knows no "Cluster Nebulosity". M 24 (a star cloud filed as
-a cluster) is "Star Cloud"; M 40 is "Double Star".
+a cluster) is "Open Cluster" (Info: star cloud); M 40 is "Open Cluster" (Info:
+double star).
+
+DeepSpaceObjects, whose page filters on magnitude only, keeps finer kinds:
+
+{types}
 """
 
 
@@ -926,6 +1123,7 @@ def main():
     version, edition, recs = read_stellarium_dso(os.path.join(STEL, "nebulae", "default",
                                                               "catalog.dat"))
     names = read_dso_names(os.path.join(STEL, "nebulae", "default", "names.dat"), recs)
+    fix_magnitudes(recs)
     messier, caldwell, ngc, ic = build_dso_tables(recs, names, con)
     deep = build_deep_sky(recs, names, con)
 
@@ -964,16 +1162,17 @@ def main():
     write_template(os.path.join(DATA, "TavorineTemplate.tmp"))
     write_user_template(os.path.join(DATA, "TavorineUserList.tmp"))
 
-    type_lines = []
-    for code in sorted(TYPE_MAP):
-        typ, remark = TYPE_MAP[code]
-        type_lines.append("  %2d %-28s -> %s%s" % (
-            code, STELLARIUM_TYPE_NAMES[code], typ, (" (Info: %s)" % remark) if remark else ""))
+    def type_lines(mapping):
+        return "\n".join("  %2d %-28s -> %s%s" % (
+            code, STELLARIUM_TYPE_NAMES[code], mapping[code][0],
+            (" (Info: %s)" % mapping[code][1]) if mapping[code][1] else "")
+            for code in sorted(mapping))
     with open(os.path.join(DATA, "SOURCES"), "w", encoding="utf-8", newline="\n") as f:
         f.write(SOURCES_TEXT.format(
             stel=stel_version, d3=d3_version, al=ALIGNMENT_LIMIT, au=AUTO_LIMIT,
             dso_list=", ".join(c for _, c in DEEP_SKY_CATALOGUES),
-            types="\n".join(type_lines)))
+            close=", ".join(CLOSE_PAIR_DISCOVERERS), limit=CLOSE_PAIR_LIMIT,
+            filter_types=type_lines(FILTER_TYPE_MAP), types=type_lines(TYPE_MAP)))
     for k, v in info:
         print("%-20s %s" % (k, v))
 

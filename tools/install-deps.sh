@@ -5,8 +5,12 @@
 # virtual package is never reported as installed).
 set -e
 PKGS="cmake g++ make qt6-base-dev qt6-serialport-dev qt6-svg-dev libsqlite3-dev libgl-dev python3 xvfb xauth"
+# The suite runs again under a decimal-comma locale (.ci/run).
+PKGS="$PKGS locales"
 # Building and checking the .deb (make package, .ci/run).
 PKGS="$PKGS dpkg-dev file appstream desktop-file-utils x11-utils"
+# Printing: the PDF test turns pages into pictures; Arial is drawn with Liberation Sans.
+PKGS="$PKGS poppler-utils fonts-liberation2"
 # The sanitizer build and the fuzz harnesses (.ci/run): clang, libFuzzer and the symbolizer.
 PKGS="$PKGS clang libclang-rt-14-dev llvm"
 

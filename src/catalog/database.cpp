@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <optional>
 
 #include "catalog/jetsql.h"
 #include "core/apperror.h"
@@ -302,6 +303,11 @@ void fnLikePattern(sqlite3_context* ctx, int, sqlite3_value** argv) {
   resultText(ctx, LikePatternToSqlite(textOf(argv[0])));
 }
 
+int collateObjectNumber(void*, int lengthA, const void* a, int lengthB, const void* b) {
+  return CompareObjectNumbers(QByteArrayView(static_cast<const char*>(a), lengthA),
+                              QByteArrayView(static_cast<const char*>(b), lengthB));
+}
+
 void create(sqlite3* db, const char* name, int nArg,
             void (*fn)(sqlite3_context*, int, sqlite3_value**)) {
   const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
@@ -322,6 +328,44 @@ void RegisterClassicFunctions(sqlite3* db) {
   create(db, "cos", 1, fnMath<cosOf>);
   create(db, "sqr", 1, fnSqr);
   create(db, "likepattern", 1, fnLikePattern);
+  sqlite3_create_collation_v2(db, kObjectNumberCollation, SQLITE_UTF8, nullptr,
+                              collateObjectNumber, nullptr);
+}
+
+int CompareObjectNumbers(QByteArrayView a, QByteArrayView b) {
+  const auto trimmed = [](QByteArrayView t) {
+    while (!t.isEmpty() && t.front() == ' ') t = t.sliced(1);
+    while (!t.isEmpty() && t.back() == ' ') t.chop(1);
+    return t;
+  };
+  // The leading number: digits with an optional fraction; `rest` is what follows it.
+  const auto leading = [](QByteArrayView t, QByteArrayView* rest) -> std::optional<double> {
+    qsizetype n = 0;
+    while (n < t.size() && std::isdigit(static_cast<unsigned char>(t[n]))) ++n;
+    if (n == 0) return std::nullopt;
+    if (n + 1 < t.size() && t[n] == '.' && std::isdigit(static_cast<unsigned char>(t[n + 1])))
+      for (++n; n < t.size() && std::isdigit(static_cast<unsigned char>(t[n])); ++n) {
+      }
+    double v = 0;
+    std::from_chars(t.data(), t.data() + n, v);
+    *rest = t.sliced(n);
+    return v;
+  };
+  const auto noCase = [](QByteArrayView x, QByteArrayView y) {
+    const int c = qstrnicmp(x.data(), x.size(), y.data(), y.size());
+    return c < 0 ? -1 : c > 0 ? 1 : 0;
+  };
+  const QByteArrayView ta = trimmed(a), tb = trimmed(b);
+  QByteArrayView restA, restB;
+  const std::optional<double> na = leading(ta, &restA), nb = leading(tb, &restB);
+  if (na && !nb) return -1;
+  if (nb && !na) return 1;
+  if (na && nb) {
+    if (*na != *nb) return *na < *nb ? -1 : 1;
+    if (const int c = noCase(restA, restB)) return c;
+  }
+  if (const int c = noCase(ta, tb)) return c;
+  return noCase(a, b);
 }
 
 QString QuoteIdentifier(const QString& name) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -109,6 +110,13 @@ class Database {
 // Registers the classic query functions on a connection (done by Database itself; exposed for
 // connections made elsewhere).
 void RegisterClassicFunctions(sqlite3* db);
+
+// The collation of the ObjectNum column of lists and of the user's table: the number is kept
+// as typed, but sorts by its leading number ("2" before "12", "12" before "12A"), then by its
+// text without regard to case; texts without a number come last. Equal only when the texts
+// are equal but for case.
+inline constexpr char kObjectNumberCollation[] = "ObjectNumber";
+int CompareObjectNumbers(QByteArrayView a, QByteArrayView b);
 
 // A name as a quoted SQL identifier: MapStars to 4_5 gives "MapStars to 4_5".
 QString QuoteIdentifier(const QString& name);

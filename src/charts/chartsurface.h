@@ -2,6 +2,8 @@
 
 #include <QString>
 #include <QtGlobal>
+#include <qnamespace.h>
+#include <utility>
 
 // A drawing surface measured in twips (1440 an inch), origin top left, y downward, that keeps
 // what was drawn on it until it is cleared. Colours are red-low values (0x00BBGGRR); a value
@@ -22,6 +24,27 @@ class ChartSurface {
   virtual void setTextPosition(float x, float y) = 0;  // top left of the next text
   virtual void text(const QString& text, quint32 colour) = 0;
 };
+
+// The half-axes of a circle drawn with an aspect (height to width): below 1 the radius is the
+// horizontal half-axis, above 1 the vertical one.
+inline std::pair<double, double> CircleHalfAxes(double radius, double aspect) {
+  if (aspect < 1) return {radius, radius * aspect};
+  if (aspect > 1) return {radius / aspect, radius};
+  return {radius, radius};
+}
+
+// The pen of a classic line style: 0 solid, 1 dash, 2 dot, 3 dash-dot, 4 dash-dot-dot,
+// 5 none.
+inline Qt::PenStyle ClassicPenStyle(int style) {
+  switch (style) {
+    case 1: return Qt::DashLine;
+    case 2: return Qt::DotLine;
+    case 3: return Qt::DashDotLine;
+    case 4: return Qt::DashDotDotLine;
+    case 5: return Qt::NoPen;
+    default: return Qt::SolidLine;
+  }
+}
 
 // The colour a value stands for. The system colours the charts use have no counterpart on
 // every desktop: the 3D highlight becomes a light grey close to white and the 3D face a middle

@@ -24,14 +24,7 @@ QColor QImageChartSurface::colourOf(quint32 value) const {
 QPen QImageChartSurface::pen(quint32 colour) const {
   QPen p(colourOf(colour));
   p.setWidth(lineWidth_);
-  switch (lineStyle_) {
-    case 1: p.setStyle(Qt::DashLine); break;
-    case 2: p.setStyle(Qt::DotLine); break;
-    case 3: p.setStyle(Qt::DashDotLine); break;
-    case 4: p.setStyle(Qt::DashDotDotLine); break;
-    case 5: p.setStyle(Qt::NoPen); break;
-    default: p.setStyle(Qt::SolidLine); break;
-  }
+  p.setStyle(ClassicPenStyle(lineStyle_));
   return p;
 }
 
@@ -52,9 +45,7 @@ void QImageChartSurface::point(float x, float y, quint32 colour) {
 }
 
 void QImageChartSurface::circle(float x, float y, float radius, quint32 colour, float aspect) {
-  double rx = radius, ry = radius;
-  if (aspect < 1) ry = radius * aspect;
-  else if (aspect > 1) rx = radius / aspect;
+  const auto [rx, ry] = CircleHalfAxes(radius, aspect);
   QPainter painter(&image_);
   painter.setRenderHint(QPainter::Antialiasing, false);
   painter.setPen(pen(colour));

@@ -1,6 +1,7 @@
 #include "charts/skywidget.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QFontDatabase>
 #include <QPainter>
 
@@ -66,10 +67,29 @@ void SkyWidget::layoutLetters() {
   }
 }
 
-void SkyWidget::setRedScreen(bool on) {
+void SkyWidget::followRedScreen(std::function<bool()> isOn) {
+  redScreenOn_ = std::move(isOn);
+  resolveSystemColours();
+}
+
+bool SkyWidget::resolveSystemColours() {
+  const bool on = redScreenOn_ && redScreenOn_();
+  if (on == redScreen_) return false;
   redScreen_ = on;
   surface_.setRedScreen(on);
   layoutLetters();
+  update();
+  return true;
+}
+
+// Red Screen recolours the application's palette and style sheet: the chart follows at once.
+void SkyWidget::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  const bool recoloured =
+      event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange;
+  if (!recoloured || !resolveSystemColours() || stars_.empty()) return;
+  chart_->DrawSkyChart(stars_);
+  if (marker_) chart_->PlotObject(marker_->first, marker_->second);
   update();
 }
 
@@ -81,6 +101,9 @@ void SkyWidget::placeAt(int leftTwips, int topTwips) {
 QSize SkyWidget::sizeHint() const { return surface_.image().size(); }
 
 void SkyWidget::DrawSkyChart(const std::vector<SkyPosition>& stars) {
+  resolveSystemColours();
+  stars_ = stars;
+  marker_.reset();
   {
     HourglassPointer hourglass;
     chart_->DrawSkyChart(stars);
@@ -89,6 +112,8 @@ void SkyWidget::DrawSkyChart(const std::vector<SkyPosition>& stars) {
 }
 
 bool SkyWidget::PlotObject(const SkyPosition& position, quint32 markerColour) {
+  resolveSystemColours();
+  marker_.emplace(position, markerColour);
   const bool drawn = chart_->PlotObject(position, markerColour);
   update();
   return drawn;

@@ -2,7 +2,9 @@
 
 #include <QLabel>
 #include <QWidget>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "charts/qimagechartsurface.h"
@@ -24,7 +26,11 @@ class SkyWidget : public QWidget {
   SkyChart& chart() { return *chart_; }
   QImageChartSurface& surface() { return surface_; }
   const ChartConstants& constants() const { return chart_->constants(); }
-  void setRedScreen(bool on);
+  // Where the chart learns whether Red Screen is on. The system colours (ring, compass
+  // letters) are resolved at each draw, and the chart draws again when the mode changes.
+  void followRedScreen(std::function<bool()> isOn);
+  // A fixed mode, for a chart that is made again on each toggle.
+  void setRedScreen(bool on) { followRedScreen([on] { return on; }); }
 
   // Place and size the control in its window from the window's twips.
   void placeAt(int leftTwips, int topTwips);
@@ -36,9 +42,16 @@ class SkyWidget : public QWidget {
 
  private:
   void layoutLetters();
+  void changeEvent(QEvent* event) override;
+  // Takes the mode of the moment; true when it changed.
+  bool resolveSystemColours();
 
   QImageChartSurface surface_;
   std::unique_ptr<SkyChart> chart_;
   std::vector<QLabel*> letters_;
   bool redScreen_ = false;
+  std::function<bool()> redScreenOn_;
+  // What is on the surface, to draw it again in the other colours.
+  std::vector<SkyPosition> stars_;
+  std::optional<std::pair<SkyPosition, quint32>> marker_;
 };

@@ -99,6 +99,8 @@ class AppState {
   bool FilterOn = false;
   bool RedScreenOn = false;
   qint16 PrintCopies = 1;
+  QString PrintStyle;      // the list style last printed
+  QString CurrentPrinter;  // the printer print-outs go to; empty until the first print dialog
   bool ImportHasHeader = true;
   QString LastListFolder;
   QString LastImportFolder;

@@ -36,6 +36,7 @@
 #include "info/frmsupport.h"
 #include "info/helpwindow.h"
 #include "lists/listwindow.h"
+#include "printing/printoptions.h"
 #include "scope/gotoflow.h"
 #include "scope/waitcursor.h"
 
@@ -176,6 +177,8 @@ void TavorineListMain::buildMenus() {
                             QKeySequence(Qt::CTRL | Qt::Key_R),
                             &TavorineListMain::mnuRedScreen_Click);
   mnuRedScreen_->setCheckable(true);
+  // At the telescope Ctrl+R must work from whichever window has the focus (the help too).
+  mnuRedScreen_->setShortcutContext(Qt::ApplicationShortcut);
   tools->addSeparator()->setObjectName(QStringLiteral("mnuSep"));
   addAction(tools, "mnuSetup", QStringLiteral("&Setup"), {}, &TavorineListMain::mnuSetup_Click);
 
@@ -439,7 +442,17 @@ void TavorineListMain::mnuExportPlanetarium_Click() {
 }
 void TavorineListMain::mnuExporthcTour_Click() { notYetAvailable(QStringLiteral("Tour export")); }
 void TavorineListMain::mnuExportCSV_Click() { notYetAvailable(QStringLiteral("CSV export")); }
-void TavorineListMain::mnuPrint_Click() { notYetAvailable(QStringLiteral("Printing")); }
+// The list of the active list window, found through its hidden document fields.
+void TavorineListMain::mnuPrint_Click() {
+  RunGuarded(state_.prompter(), [&] {
+    QMdiSubWindow* child = mdi_->currentSubWindow();
+    if (!child || !child->widget()) return;
+    const auto* source = child->widget()->findChild<QLineEdit*>(QStringLiteral("txtDataSource"));
+    const auto* title = child->widget()->findChild<QLineEdit*>(QStringLiteral("txtObserverTitle"));
+    if (!source || !title) return;
+    ShowPrintOptions(state_, source->text(), title->text(), this);
+  });
+}
 void TavorineListMain::mnuHHC_Click() { notYetAvailable(QStringLiteral("Hyper Hand Control")); }
 void TavorineListMain::mnuEditUserList_Click() {
   state_.EditUserListCaller = QStringLiteral("Menu");

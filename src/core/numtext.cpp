@@ -3,23 +3,31 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <cfenv>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 
 #include "core/apperror.h"
 
 namespace {
 
+// The digits of a number in scientific notation, "d.ddde[+-]xx", with a point whatever the
+// locale: the C library's printf takes its decimal sign from LC_NUMERIC, which Qt sets from
+// the user's locale at start.
+QByteArray scientific(double value, int precision) {
+  char buf[64];
+  const auto r = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific,
+                               precision);
+  return QByteArray(buf, static_cast<int>(r.ptr - buf));
+}
+
 // Lays out a number with at most `digits` significant digits the classic way: fixed notation
 // for decimal exponents from -4 to layout-1, scientific ("1.5E-07", "1E+15") beyond.
 QString formatGeneral(double value, int digits, int layout = 0) {
   if (layout == 0) layout = digits;
   if (value == 0.0 || !std::isfinite(value)) return QStringLiteral("0");
-  char buf[64];
-  std::snprintf(buf, sizeof buf, "%.*e", digits - 1, value);
-  // buf: [-]d.ddddde[+-]xx
-  QString s = QString::fromLatin1(buf);
+  // [-]d.ddddde[+-]xx
+  QString s = QString::fromLatin1(scientific(value, digits - 1));
   const bool negative = s.startsWith(QLatin1Char('-'));
   if (negative) s.remove(0, 1);
   const int ePos = s.indexOf(QLatin1Char('e'));
@@ -148,9 +156,8 @@ QString PrintedNumber(double value) {
 QString ShortestSingle(float value) {
   if (value == 0.0f || !std::isfinite(value)) return QStringLiteral("0");
   for (int p = 1; p <= 9; ++p) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.*e", p - 1, static_cast<double>(value));
-    if (QByteArray(buf).toFloat() == value) return formatGeneral(static_cast<double>(value), p, 7);
+    if (scientific(static_cast<double>(value), p - 1).toFloat() == value)
+      return formatGeneral(static_cast<double>(value), p, 7);
   }
   return formatGeneral(static_cast<double>(value), 9, 7);
 }
@@ -174,13 +181,9 @@ qint16 CInt(double value) {
 }
 
 qint16 CInt(const QString& text) {
-  std::optional<double> v = parseStrict(text);
-  if (!v) {
-    bool ok = false;
-    const double lv = QLocale::system().toDouble(text.trimmed(), &ok);
-    if (!ok) throw AppError::of(ErrNo::TypeMismatch);
-    v = lv;
-  }
+  // The program's own number form only, so a setting reads the same under every locale.
+  const std::optional<double> v = parseStrict(text);
+  if (!v) throw AppError::of(ErrNo::TypeMismatch);
   return CInt(*v);
 }
 

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QColor>
 #include <QMdiArea>
+#include <QPixmapCache>
 
 #include "core/appstate.h"
 #include "core/handler.h"
@@ -75,6 +76,30 @@ const char* const kButtonTips[][2] = {
     {"cmdAlignStars", "Alignment Star Chart"},
 };
 
+// A picture in shades of the scheme's red: the brightness of each pixel becomes red, up to
+// `brightest`, so no white page or yellow folder shines at the telescope.
+QPixmap inRed(const QPixmap& picture, int brightest) {
+  QImage image = picture.toImage().convertToFormat(QImage::Format_ARGB32);
+  for (int y = 0; y < image.height(); ++y) {
+    auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+    for (int x = 0; x < image.width(); ++x) {
+      const int level = qGray(line[x]) * brightest / 255;
+      line[x] = qRgba(level, 0, 0, qAlpha(line[x]));
+    }
+  }
+  QPixmap out = QPixmap::fromImage(image);
+  out.setDevicePixelRatio(picture.devicePixelRatio());
+  return out;
+}
+
+QIcon iconInRed(const QIcon& icon, const QSize& size, qreal dpr) {
+  const QPixmap picture = icon.pixmap(size, dpr);
+  QIcon red;
+  red.addPixmap(inRed(picture, 0xC0), QIcon::Normal);
+  red.addPixmap(inRed(picture, 0x50), QIcon::Disabled);
+  return red;
+}
+
 }  // namespace
 
 RedScreen::RedScreen(AppState& state) : state_(state) {}
@@ -139,7 +164,13 @@ void RedScreen::applyOn(const QList<QAbstractButton*>& buttons) {
     if (!buttonSheets_.contains(b)) buttonSheets_.insert(b, b->styleSheet());
     b->setStyleSheet(QStringLiteral("background-color: rgb(127, 0, 0);"));
     b->setToolTip(QString());
+    if (!b->icon().isNull()) {
+      if (!buttonIcons_.contains(b)) buttonIcons_.insert(b, b->icon());
+      b->setIcon(iconInRed(buttonIcons_.value(b), b->iconSize(), b->devicePixelRatioF()));
+    }
   }
+  // Pictures made for the other palette (a disabled button's greyed icon) must not return.
+  QPixmapCache::clear();
 }
 
 void RedScreen::applyOff(const QList<QAbstractButton*>& buttons) {
@@ -147,14 +178,18 @@ void RedScreen::applyOff(const QList<QAbstractButton*>& buttons) {
   for (QAbstractButton* b : buttons) {
     if (!b) continue;
     b->setStyleSheet(buttonSheets_.take(b));
+    if (buttonIcons_.contains(b)) b->setIcon(buttonIcons_.take(b));
     const QString tip = toolTipFor(b->objectName());
     if (!tip.isEmpty()) b->setToolTip(tip);
   }
 }
 
+// The palette before the style sheet, as when turning on: the list windows' title bars take
+// their colours when the style changes.
 void RedScreen::putBackSnapshot() {
-  qApp->setStyleSheet(savedStyleSheet_);
   QApplication::setPalette(savedPalette_);
+  qApp->setStyleSheet(savedStyleSheet_);
+  QPixmapCache::clear();
   for (const auto& [area, brush] : workspaces_)
     if (area) area->setBackground(brush);
   workspaces_.clear();

@@ -2,6 +2,7 @@
 
 #include <QBrush>
 #include <QHash>
+#include <QIcon>
 #include <QPair>
 #include <QList>
 #include <QPalette>
@@ -52,8 +53,9 @@ class RedScreen {
   QPalette savedPalette_;
   QString savedStyleSheet_;
   bool snapshotTaken_ = false;
-  // Each button's own style sheet, from before it turned red.
+  // Each button's own style sheet and picture, from before they turned red.
   QHash<QAbstractButton*, QString> buttonSheets_;
+  QHash<QAbstractButton*, QIcon> buttonIcons_;
   // The workspaces paint their own brush, which no style sheet reaches: their own brushes.
   QList<QPair<QPointer<QMdiArea>, QBrush>> workspaces_;
 };

@@ -13,5 +13,5 @@ int TwipsToPixels(double twips, const QWidget* w) {
     dpi = QGuiApplication::primaryScreen()->logicalDotsPerInchY();
   }
   if (dpi <= 0) dpi = 96.0;
-  return int(std::lround(twips / 15.0 * dpi / 96.0));
+  return int(std::lround(TwipsToDeviceUnits(twips, dpi)));
 }

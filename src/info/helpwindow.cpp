@@ -1,8 +1,10 @@
 #include "info/helpwindow.h"
 
+#include <QEvent>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QTextBrowser>
 #include <QUrl>
@@ -10,6 +12,30 @@
 
 #include "core/appstate.h"
 #include "core/windowplacement.h"
+
+// The help page; under Red Screen its own colours (blue headings, pale boxes) give way to the
+// night scheme.
+class HelpBrowser : public QTextBrowser {
+ public:
+  HelpBrowser(const AppState& state, QWidget* parent) : QTextBrowser(parent), state_(state) {}
+
+  QVariant loadResource(int type, const QUrl& name) override {
+    QVariant resource = QTextBrowser::loadResource(type, name);
+    if (type != QTextDocument::HtmlResource || !state_.RedScreenOn) return resource;
+    QString html = resource.typeId() == QMetaType::QByteArray
+                       ? QString::fromUtf8(resource.toByteArray())
+                       : resource.toString();
+    html.replace(QStringLiteral("</head>"),
+                 QStringLiteral("<style type=\"text/css\">body h1, body h2, body h3 "
+                                "{ color: #ff0000; } body h2 { border-bottom: 1px solid #000000; } "
+                                "body .tip, body .caution { background-color: #800000; "
+                                "border: 1px solid #000000; }</style></head>"));
+    return html;
+  }
+
+ private:
+  const AppState& state_;
+};
 
 HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::Window), state_(state) {
   setObjectName(QStringLiteral("HelpWindow"));
@@ -27,7 +53,7 @@ HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::W
   row->addStretch(1);
   root->addLayout(row);
 
-  txtHelp_ = new QTextBrowser(this);
+  txtHelp_ = new HelpBrowser(state_, this);
   txtHelp_->setObjectName(QStringLiteral("txtHelp"));
   txtHelp_->setOpenExternalLinks(true);
   root->addWidget(txtHelp_);
@@ -38,6 +64,7 @@ HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::W
   connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this,
           &QWidget::close);
 
+  redScreen_ = state_.RedScreenOn;
   const QString path = state_.helpPath();
   if (QFileInfo::exists(path))
     txtHelp_->setSource(QUrl::fromLocalFile(path));
@@ -55,4 +82,15 @@ void HelpWindow::showAndRaise() {
 
 void HelpWindow::showSection(const QString& anchor) {
   if (!anchor.isEmpty()) txtHelp_->scrollToAnchor(anchor);
+}
+
+void HelpWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  const bool recoloured =
+      event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange;
+  if (!recoloured || redScreen_ == state_.RedScreenOn) return;
+  redScreen_ = state_.RedScreenOn;
+  const int scrolled = txtHelp_->verticalScrollBar()->value();
+  txtHelp_->reload();
+  txtHelp_->verticalScrollBar()->setValue(scrolled);
 }

@@ -3,7 +3,7 @@
 #include <QWidget>
 
 class AppState;
-class QTextBrowser;
+class HelpBrowser;
 
 // "Tavorine Online Help": the help page in a browser window of its own, not modal. The main
 // window keeps one and raises it when asked again.
@@ -17,7 +17,12 @@ class HelpWindow : public QWidget {
   // Shows the section with this anchor ("setup", "redscreen"...).
   void showSection(const QString& anchor);
 
+ protected:
+  // Red Screen recolours the application's palette and style sheet: the page follows.
+  void changeEvent(QEvent* event) override;
+
  private:
   AppState& state_;
-  QTextBrowser* txtHelp_ = nullptr;
+  HelpBrowser* txtHelp_ = nullptr;
+  bool redScreen_ = false;
 };

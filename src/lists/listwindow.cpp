@@ -25,16 +25,12 @@
 #include "core/numtext.h"
 #include "core/opendocuments.h"
 #include "core/settings.h"
+#include "core/hourglass.h"
 #include "core/twips.h"
 #include "scope/chartlink.h"
 #include "scope/gotoflow.h"
 
 namespace {
-
-struct Hourglass {
-  Hourglass() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-  ~Hourglass() { QApplication::restoreOverrideCursor(); }
-};
 
 // Design-time place of a control the resize rule moves up and down: left and width, twips.
 struct Place {
@@ -152,7 +148,7 @@ void CurrentList::buildControls() {
                        [this](const SkyPosition& p) { return AltitudeNow(state_, p); },
                        [this](const SkyPosition& p) { return AzimuthNow(state_, p); }, this);
   sky_->placeAt(sky_->constants().left, sky_->constants().top);
-  sky_->setRedScreen(state_.RedScreenOn);
+  sky_->followRedScreen([this] { return state_.RedScreenOn; });
 
   grid_ = new DataGrid(this);
   grid_->setObjectName(QStringLiteral("grdDataGrid"));

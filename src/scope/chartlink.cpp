@@ -19,7 +19,31 @@ constexpr int kPeerQuit = 291;     // the planetarium closed the conversation
 
 QString whole(double value) { return PlainNumber(value).trimmed(); }
 
-QString minutes(double value) { return PlainNumber(RoundHalfEven(value)); }
+// A position in whole units as the planetarium takes it: minutes rounded half to even, and a
+// minute that rounds up to 60 carried into the hours or degrees (the planetarium refuses 60),
+// right ascension wrapped at 24 hours.
+struct ChartPosition {
+  QString raHours, raMinutes, decSign, decDegrees, decMinutes;
+};
+
+ChartPosition chartPosition(double raHours, double raMinutes, const QString& decSign,
+                            double decDegrees, double decMinutes) {
+  double raMin = RoundHalfEven(raMinutes), decMin = RoundHalfEven(decMinutes);
+  if (raMin >= 60) {
+    raMin -= 60;
+    raHours += 1;
+  }
+  if (raHours >= 24) raHours -= 24;
+  if (decMin >= 60) {
+    decMin -= 60;
+    decDegrees += 1;
+  }
+  // The planetarium splits a command at blanks: a sign is "+", "-" or nothing.
+  const QString sign = decSign.trimmed();
+  return {whole(raHours), PlainNumber(raMin),
+          sign == QLatin1String("-") || sign == QLatin1String("+") ? sign : QString(),
+          whole(decDegrees), PlainNumber(decMin)};
+}
 
 // Reads one answer line of the server, within the deadline.
 QByteArray answerLine(QTcpSocket& socket, QByteArray& pending, const QDeadlineTimer& deadline) {
@@ -28,7 +52,8 @@ QByteArray answerLine(QTcpSocket& socket, QByteArray& pending, const QDeadlineTi
     if (eol >= 0) {
       const QByteArray line = pending.left(eol).trimmed();
       pending.remove(0, eol + 1);
-      if (line.isEmpty()) continue;
+      // Lines starting with ">" are news the planetarium sends of its own accord.
+      if (line.isEmpty() || line.startsWith('>')) continue;
       return line;
     }
     // What came in while a command was being written is already waiting.
@@ -54,9 +79,10 @@ QByteArray answerLine(QTcpSocket& socket, QByteArray& pending, const QDeadlineTi
 
 QByteArray MoveChartCommand(double raHours, double raMinutes, const QString& decSign,
                             double decDegrees, double decMinutes, double fieldDegrees) {
-  const QString text = QStringLiteral("MOVE RA:") + whole(raHours) + QLatin1Char('h') +
-                       minutes(raMinutes) + QStringLiteral("m00.00s DEC:") + decSign +
-                       whole(decDegrees) + QChar(0xB0) + minutes(decMinutes) +
+  const ChartPosition p = chartPosition(raHours, raMinutes, decSign, decDegrees, decMinutes);
+  const QString text = QStringLiteral("MOVE RA:") + p.raHours + QLatin1Char('h') + p.raMinutes +
+                       QStringLiteral("m00.00s DEC:") + p.decSign + p.decDegrees + QChar(0xB0) +
+                       p.decMinutes +
                        QStringLiteral("'00\" FOV:+") + whole(fieldDegrees) + QChar(0xB0) +
                        QStringLiteral("00'00\"");
   return text.toLatin1();
@@ -64,10 +90,11 @@ QByteArray MoveChartCommand(double raHours, double raMinutes, const QString& dec
 
 QStringList ChartServerCommands(double raHours, double raMinutes, const QString& decSign,
                                 double decDegrees, double decMinutes, double fieldDegrees) {
-  return {QStringLiteral("SETRA RA:") + whole(raHours) + QLatin1Char('h') + minutes(raMinutes) +
+  const ChartPosition p = chartPosition(raHours, raMinutes, decSign, decDegrees, decMinutes);
+  return {QStringLiteral("SETRA RA:") + p.raHours + QLatin1Char('h') + p.raMinutes +
               QStringLiteral("m00.00s"),
-          QStringLiteral("SETDEC DEC:") + decSign + whole(decDegrees) + QLatin1Char('d') +
-              minutes(decMinutes) + QStringLiteral("m00s"),
+          QStringLiteral("SETDEC DEC:") + p.decSign + p.decDegrees + QLatin1Char('d') +
+              p.decMinutes + QStringLiteral("m00s"),
           QStringLiteral("SETFOV FOV:+") + whole(fieldDegrees) + QStringLiteral("d00m00s"),
           QStringLiteral("REDRAW")};
 }

@@ -11,7 +11,8 @@ class ScopeLink;
 
 // The one-line centring command, in the single-byte code page (degree sign B0):
 // MOVE RA:5h34m00.00s DEC:-22°1'00" FOV:+5°00'00"
-// Minutes are rounded to whole numbers, half to even; nothing is padded.
+// Minutes are rounded to whole numbers, half to even, and a rounded 60 is carried into the
+// next unit (RA wraps at 24h); the sign is "+", "-" or left out; nothing is padded.
 QByteArray MoveChartCommand(double raHours, double raMinutes, const QString& decSign,
                             double decDegrees, double decMinutes, double fieldDegrees);
 

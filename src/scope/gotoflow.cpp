@@ -17,6 +17,13 @@ std::function<void(const AppError&)> gotoTrap(AppState& state, bool reportInvali
   };
 }
 
+// The position of a row or an object in view, its numbers read by their leading number: a
+// blank minutes field is 0.
+SkyPosition boundFields(const SkyPosition& p) {
+  return SkyPosition::of(Val(p.raHours), Val(p.raMinutes), p.decSign, Val(p.decDegrees),
+                         Val(p.decMinutes));
+}
+
 }  // namespace
 
 QuickGotoCheck CheckQuickGoto(const QuickGotoFields& f) {
@@ -88,9 +95,10 @@ bool ListGoto(AppState& state, ScopeLink& link,
       [&] {
         const std::optional<SkyPosition> row = currentRow();
         if (!row) return;
-        if (!AltitudeGuard(state, *row)) return;
+        const SkyPosition target = boundFields(*row);
+        if (!AltitudeGuard(state, target)) return;
         if (beforeSlew) beforeSlew();
-        if (!ScopeGoto(state, link, *row)) return;
+        if (!ScopeGoto(state, link, target)) return;
         if (markGoto) markGoto();
         marked = true;
       },
@@ -103,7 +111,7 @@ bool HandControlGoto(AppState& state, ScopeLink& link,
   bool sent = false;
   RunGuarded(
       [&] {
-        const SkyPosition target = objectInView();
+        const SkyPosition target = boundFields(objectInView());
         if (!AltitudeGuard(state, target)) return;
         sent = ScopeGoto(state, link, target);
       },

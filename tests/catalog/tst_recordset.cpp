@@ -5,6 +5,7 @@
 #include "catalog/database.h"
 #include "catalog/recordset.h"
 #include "core/apperror.h"
+#include "core/paths.h"
 #include "fixturedb.h"
 
 namespace {
@@ -287,6 +288,48 @@ class TestRecordset : public QObject {
     QCOMPARE(rs.columnNames(), QStringList({"ObjectNum", "Name"}));
     QCOMPARE(names(rs), QStringList({"M3", "M2", "M1"}));
     QCOMPARE(errorOf([&] { rs.value(0); }), ErrNo::NoCurrentRecord);
+  }
+
+  // The number of a list row or a user object stays as typed and still sorts as a number;
+  // an old list whose column is numeric opens and sorts as before.
+  void objectNumKeptAsTyped_data() {
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("table");
+    QTest::newRow("list template") << "TavorineTemplate.tmp" << "Objects";
+    QTest::newRow("user table") << "TavorineUserList.tmp" << "UserObjects";
+    QTest::newRow("old list") << "" << "Objects";
+  }
+  void objectNumKeptAsTyped() {
+    QFETCH(QString, file);
+    QFETCH(QString, table);
+    const QString path = fresh();
+    std::shared_ptr<Database> db;
+    if (file.isEmpty()) {
+      db = fixture::list(path, {});
+    } else {
+      QVERIFY(QFile::copy(SourceDataFolder() + QLatin1Char('/') + file, path));
+      QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+      db = Database::open(path, Database::Mode::ReadWrite);
+    }
+    const QStringList typed = {"        12", "0012", "1.50", "1e3", "2", "PK 064+05.1", "12A", "m31"};
+    {
+      Recordset rs(db, table);
+      for (const QString& t : typed) {
+        rs.AddNew();
+        rs.setValue(QStringLiteral("ObjectNum"), t);
+        rs.Update();
+      }
+    }
+    Recordset sorted(db, QStringLiteral("SELECT ObjectNum FROM %1 ORDER BY ObjectNum").arg(table));
+    if (file.isEmpty()) {
+      QCOMPARE(column(sorted, "ObjectNum"),
+               QStringList({"1.5", "2", "12", "12", "1000", "12A", "PK 064+05.1", "m31"}));
+      return;
+    }
+    QCOMPARE(column(sorted, "ObjectNum"),
+             QStringList({"1e3", "1.50", "2", "0012", "        12", "12A", "m31", "PK 064+05.1"}));
+    Recordset found(db, QStringLiteral("SELECT ObjectNum FROM %1 WHERE trim(ObjectNum) = '12'").arg(table));
+    QCOMPARE(column(found, "ObjectNum"), QStringList({"        12"}));
   }
 
   void catalogsAreReadOnly() {

@@ -40,6 +40,7 @@ class TestSkyChart : public QObject {
   void colours();
   void skyWidget_data();
   void skyWidget();
+  void systemColoursFollowRedScreen();
 };
 
 void TestSkyChart::projection_data() {
@@ -267,6 +268,34 @@ void TestSkyChart::skyWidget() {
   if (auto* west = w->findChild<QLabel*>(QStringLiteral("lblCompassW"))) {
     QVERIFY(west->x() > w->width() * 0.85);
     QVERIFY(west->alignment() & Qt::AlignRight);
+  }
+}
+
+// The ring and the compass letters take the mode of the moment, and a toggle redraws them:
+// nothing stays red after Red Screen is switched off.
+void TestSkyChart::systemColoursFollowRedScreen() {
+  FakeSky sky;
+  bool on = true;
+  SkyWidget w(ChartWindow::CurrentList, sky.altitude(), sky.azimuth());
+  w.followRedScreen([&] { return on; });
+  w.DrawSkyChart({at(45, 0)});
+  const auto count = [&](QRgb rgb) {
+    int n = 0;
+    const QImage image = w.surface().image();
+    for (int y = 0; y < image.height(); ++y)
+      for (int x = 0; x < image.width(); ++x) n += (image.pixel(x, y) & 0xFFFFFF) == (rgb & 0xFFFFFF);
+    return n;
+  };
+  auto* north = w.findChild<QLabel*>(QStringLiteral("lblCompassN"));
+  for (bool mode : {true, false, true}) {
+    on = mode;
+    QEvent changed(QEvent::PaletteChange);
+    QApplication::sendEvent(&w, &changed);
+    const QRgb ring = mode ? qRgb(255, 0, 0) : qRgb(0xF0, 0xF0, 0xF0);
+    QVERIFY(count(ring) > 100);
+    QCOMPARE(count(mode ? qRgb(0xF0, 0xF0, 0xF0) : qRgb(255, 0, 0)), 0);
+    QCOMPARE(north->palette().color(QPalette::WindowText).rgb(), ring);
+    QVERIFY(count(qRgb(255, 255, 255)) > 0);  // the star is drawn again
   }
 }
 

@@ -1,4 +1,6 @@
 #include <QtTest>
+#include <QTextBrowser>
+#include <QTextDocument>
 
 #include <QAction>
 #include <QLineEdit>
@@ -184,6 +186,24 @@ void TestMainWindow::redScreenRoundTrip() {
   QCOMPARE(red->toolTip(), QStringLiteral("Red Screen"));
   QCOMPARE(w.findChild<QToolButton*>(QStringLiteral("cmdNew"))->toolTip(),
            QStringLiteral("New List"));
+
+  // Ctrl+R works from the help window too, and its headings follow the mode.
+  action(&w, QStringLiteral("mnuHelpTopics"))->trigger();
+  QWidget* help = nullptr;
+  for (QWidget* top : QApplication::topLevelWidgets())
+    if (top->windowTitle() == QLatin1String("Tavorine Online Help")) help = top;
+  QVERIFY(help && QTest::qWaitForWindowActive(help));
+  auto* page = help->findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
+  const auto headingColour = [&] {
+    return page->document()->find(QStringLiteral("Tavorine Help")).charFormat().foreground().color();
+  };
+  const QColor dayHeading = headingColour();
+  for (bool on : {true, false}) {
+    QTest::keyClick(page, Qt::Key_R, Qt::ControlModifier);
+    QCOMPARE(env->state->RedScreenOn, on);
+    QCOMPARE(menu->isChecked(), on);
+    QCOMPARE(headingColour(), on ? QColor(255, 0, 0) : dayHeading);
+  }
 
   // Exit while on puts the colours back.
   red->click();

@@ -2,6 +2,7 @@
 
 #include "core/apperror.h"
 #include "core/numtext.h"
+#include "support/commalocale.h"
 
 class TestNumText : public QObject {
   Q_OBJECT
@@ -85,6 +86,10 @@ void TestNumText::plainAndPrinted() {
   QFETCH(QString, printed);
   QCOMPARE(PlainNumber(value), plain);
   QCOMPARE(PrintedNumber(value), printed);
+  CommaLocale comma;
+  REQUIRE_COMMA_LOCALE(comma);
+  QCOMPARE(PlainNumber(value), plain);
+  QCOMPARE(PrintedNumber(value), printed);
 }
 
 void TestNumText::shortestSingle_data() {
@@ -103,6 +108,9 @@ void TestNumText::shortestSingle_data() {
 void TestNumText::shortestSingle() {
   QFETCH(float, value);
   QFETCH(QString, text);
+  QCOMPARE(ShortestSingle(value), text);
+  CommaLocale comma;
+  REQUIRE_COMMA_LOCALE(comma);
   QCOMPARE(ShortestSingle(value), text);
 }
 
@@ -148,6 +156,7 @@ void TestNumText::cint_data() {
   QTest::newRow("letters") << "abc" << 0 << int(ErrNo::TypeMismatch);
   QTest::newRow("letters after digits") << "12a" << 0 << int(ErrNo::TypeMismatch);
   QTest::newRow("empty") << "" << 0 << int(ErrNo::TypeMismatch);
+  QTest::newRow("comma is no decimal sign") << "1,5" << 0 << int(ErrNo::TypeMismatch);
   QTest::newRow("too large") << "40000" << 0 << int(ErrNo::Overflow);
 }
 

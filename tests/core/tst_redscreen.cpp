@@ -21,6 +21,7 @@ class TestRedScreen : public QObject {
   void exitWhileOn();
   void exitWhileOff();
   void workspaceTurnsBlack();
+  void picturesFollowTheMode();
 
  private:
   struct Buttons {
@@ -165,6 +166,36 @@ void TestRedScreen::workspaceTurnsBlack() {
   QCOMPARE(QColor(area.grab().toImage().pixel(100, 75)), QColor(0, 0, 0));
   red.toggle({});
   QCOMPARE(area.grab().toImage().pixel(100, 75), before);
+}
+
+// While on, no picture shines (a white page, the disabled Print picture); after, each has its
+// own colours again, none left pink from the red palette.
+void TestRedScreen::picturesFollowTheMode() {
+  TestEnv env;
+  Buttons b = makeButtons();
+  QPixmap white(16, 16);
+  white.fill(Qt::white);
+  for (QAbstractButton* button : b.list) button->setIcon(QIcon(white));
+  b.list[2]->setEnabled(false);
+  const auto picture = [](QAbstractButton* button, QIcon::Mode mode) {
+    return button->icon().pixmap(QSize(16, 16), 1.0, mode).toImage().convertToFormat(QImage::Format_RGB32);
+  };
+  const QImage normal = picture(b.list[0], QIcon::Normal);
+  const QImage disabled = picture(b.list[2], QIcon::Disabled);
+  RedScreen red(*env.state);
+  red.snapshot();
+  red.toggle(b.list);
+  for (QIcon::Mode mode : {QIcon::Normal, QIcon::Disabled}) {
+    const QImage image = picture(b.list[2], mode);
+    for (int y = 0; y < image.height(); ++y)
+      for (int x = 0; x < image.width(); ++x) {
+        const QColor c = image.pixelColor(x, y);
+        QVERIFY2(c.green() == 0 && c.blue() == 0 && c.red() <= 0xC0, qPrintable(c.name()));
+      }
+  }
+  red.toggle(b.list);
+  QCOMPARE(picture(b.list[0], QIcon::Normal), normal);
+  QCOMPARE(picture(b.list[2], QIcon::Disabled), disabled);
 }
 
 QTEST_MAIN(TestRedScreen)

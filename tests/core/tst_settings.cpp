@@ -3,6 +3,7 @@
 #include "core/apperror.h"
 #include "core/recordfile.h"
 #include "core/settings.h"
+#include "support/commalocale.h"
 #include "support/testenv.h"
 
 class TestSettings : public QObject {
@@ -16,6 +17,7 @@ class TestSettings : public QObject {
   void textFieldEncoding_data();
   void textFieldEncoding();
   void filterRoundTrip();
+  void settingsUnderDecimalComma();
   void firstStart();
   void cancelledFirstRunIsRepairedOnNextStart();
   void shortFilterFileRepairsSettings();
@@ -178,6 +180,23 @@ void TestSettings::emptySettingsFileKeepsTheDefaultFolder() {
   const QByteArray repaired = env.readFile("config/TavorineList.ini");
   QVERIFY(repaired.startsWith("\"GT\",\"1\",\"" + env.state->defaultDataDir.toUtf8() + "\",1,"));
   QVERIFY(repaired.endsWith(",#TRUE#,200\r\n"));
+}
+
+// The first start of a German user: the files hold the program's own number form.
+void TestSettings::settingsUnderDecimalComma() {
+  CommaLocale comma;
+  REQUIRE_COMMA_LOCALE(comma);
+  TestEnv env;
+  LoadStartupState(*env.state);
+  QCOMPARE(env.readFile("config/Filter.ini"), FilterRecord(FilterSettings{}));
+  QCOMPARE(env.readFile("config/Filter.ini"),
+           QByteArray("#TRUE#,20,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,"
+                      "30,2,-2,10,10,0,-2,12\r\n"));
+  env.state->settings.MyTimeZone = -7.5f;
+  SaveSettings(*env.state, true);
+  QVERIFY(env.readFile("config/TavorineList.ini").contains(",#TRUE#,-7.5,\"E\","));
+  LoadStartupState(*env.state);
+  QCOMPARE(env.state->settings.MyTimeZone, -7.5f);
 }
 
 void TestSettings::shortFilterFileRepairsSettings() {

@@ -15,7 +15,7 @@ namespace {
 // way it is told.
 class ChartServer : public QThread {
  public:
-  enum Style { AnswerOk, Greet, Refuse, Silent, HangUp };
+  enum Style { AnswerOk, Greet, Refuse, Silent, HangUp, News };
 
   explicit ChartServer(Style style) : style_(style) {}
   ~ChartServer() override {
@@ -62,6 +62,7 @@ class ChartServer : public QThread {
           received_ << QString::fromLatin1(pending.left(eol));
           pending.remove(0, eol + 2);
           if (style_ == Silent) continue;
+          if (style_ == News) s->write(">Chart_1 selected object\r\n");
           s->write(style_ == Refuse ? "Failed!\r\n" : "OK!\r\n");
           s->waitForBytesWritten(1000);
         }
@@ -86,10 +87,32 @@ class TestChartLink : public QObject {
   Q_OBJECT
 
  private slots:
+  void serverCommands_data() {
+    QTest::addColumn<double>("raHours");
+    QTest::addColumn<double>("raMinutes");
+    QTest::addColumn<QString>("sign");
+    QTest::addColumn<double>("decDegrees");
+    QTest::addColumn<double>("decMinutes");
+    QTest::addColumn<QStringList>("commands");
+    QTest::newRow("half to even") << 5.0 << 34.5 << "-" << 22.0 << 1.0 << kCentring.mid(0, 2);
+    QTest::newRow("no sign") << 12.0 << 58.6 << "" << 0.0 << 35.5
+                             << QStringList{"SETRA RA:12h59m00.00s", "SETDEC DEC:0d36m00s"};
+    QTest::newRow("blank sign") << 1.0 << 0.0 << " " << 10.0 << 0.0
+                                << QStringList{"SETRA RA:1h0m00.00s", "SETDEC DEC:10d0m00s"};
+    QTest::newRow("minutes carry") << 12.0 << 59.6 << "+" << 44.0 << 59.5
+                                   << QStringList{"SETRA RA:13h0m00.00s", "SETDEC DEC:+45d0m00s"};
+    QTest::newRow("24h wraps") << 23.0 << 59.7 << "-" << 89.0 << 59.9
+                               << QStringList{"SETRA RA:0h0m00.00s", "SETDEC DEC:-90d0m00s"};
+  }
   void serverCommands() {
-    QCOMPARE(ChartServerCommands(5, 34.5, "-", 22, 1, 5), kCentring);
-    QCOMPARE(ChartServerCommands(12, 59.6, "", 0, 35.5, 5).mid(0, 2),
-             (QStringList{"SETRA RA:12h60m00.00s", "SETDEC DEC:0d36m00s"}));
+    QFETCH(double, raHours);
+    QFETCH(double, raMinutes);
+    QFETCH(QString, sign);
+    QFETCH(double, decDegrees);
+    QFETCH(double, decMinutes);
+    QFETCH(QStringList, commands);
+    QCOMPARE(ChartServerCommands(raHours, raMinutes, sign, decDegrees, decMinutes, 5).mid(0, 2),
+             commands);
   }
 
   void moveChart_data() {
@@ -99,6 +122,7 @@ class TestChartLink : public QObject {
     QTest::addColumn<QString>("message");
     QTest::newRow("answered") << int(ChartServer::AnswerOk) << true << kCentring << "";
     QTest::newRow("greeted first") << int(ChartServer::Greet) << true << kCentring << "";
+    QTest::newRow("news passed over") << int(ChartServer::News) << true << kCentring << "";
     QTest::newRow("refused") << int(ChartServer::Refuse) << false << kCentring.mid(0, 1)
                              << "Unable to communicate with CDC -Foreign application won't "
                                 "perform DDE method or operation - 285";

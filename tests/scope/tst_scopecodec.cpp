@@ -217,8 +217,8 @@ class TestScopeCodec : public QObject {
     QTest::addColumn<QByteArray>("command");
     QTest::newRow("worked") << 5.0 << 34.5 << "-" << 22.0 << 1.0
                             << QByteArray("MOVE RA:5h34m00.00s DEC:-22\xB0" "1'00\" FOV:+5\xB0" "00'00\"");
-    QTest::newRow("59.6 written as 60") << 12.0 << 59.6 << "+" << 0.0 << 35.5
-                                        << QByteArray("MOVE RA:12h60m00.00s DEC:+0\xB0" "36'00\" FOV:+5\xB0" "00'00\"");
+    QTest::newRow("59.6 carried into the hours") << 12.0 << 59.6 << "+" << 0.0 << 35.5
+                                                 << QByteArray("MOVE RA:13h0m00.00s DEC:+0\xB0" "36'00\" FOV:+5\xB0" "00'00\"");
     QTest::newRow("blank sign") << 0.0 << 0.0 << "" << 41.0 << 16.0
                                 << QByteArray("MOVE RA:0h0m00.00s DEC:41\xB0" "16'00\" FOV:+5\xB0" "00'00\"");
   }

@@ -18,6 +18,9 @@ struct ListRow {
   QString category = QStringLiteral("Messier");
   int objectNum = 0;
   QString magnitude;
+  QString type = QStringLiteral("Galaxy");
+  QString constellation = QStringLiteral("And");
+  QString info;
 };
 
 // A list document made from the shipped template, with the rows in DisplayOrder 1..n.
@@ -32,7 +35,7 @@ inline void MakeListDocument(const AppState& state, const QString& path,
     Statement st = db.prepare(QStringLiteral(
         "INSERT INTO Objects (DisplayOrder, Goto, Observed, Category, ObjectNum, Name, Type, "
         "Constellation, Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, DecMinute) "
-        "VALUES (?, ?, ?, ?, ?, ?, 'Galaxy', 'And', ?, '', ?, ?, ?, ?, ?)"));
+        "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"));
     ++order;
     auto textOrNull = [](const QString& t) { return t.isEmpty() ? QVariant() : QVariant(t); };
     st.bind(1, order);
@@ -41,12 +44,15 @@ inline void MakeListDocument(const AppState& state, const QString& path,
     st.bind(4, r.category);
     st.bind(5, r.objectNum ? r.objectNum : order);
     st.bind(6, r.name);
-    st.bind(7, r.magnitude.isEmpty() ? QString::number(order) : r.magnitude);
-    st.bind(8, r.position.raHours.toDouble());
-    st.bind(9, r.position.raMinutes.toDouble());
-    st.bind(10, r.position.decSign);
-    st.bind(11, r.position.decDegrees.toDouble());
-    st.bind(12, r.position.decMinutes.toDouble());
+    st.bind(7, r.type);
+    st.bind(8, r.constellation);
+    st.bind(9, r.magnitude.isEmpty() ? QString::number(order) : r.magnitude);
+    st.bind(10, r.info);
+    st.bind(11, r.position.raHours.toDouble());
+    st.bind(12, r.position.raMinutes.toDouble());
+    st.bind(13, r.position.decSign);
+    st.bind(14, r.position.decDegrees.toDouble());
+    st.bind(15, r.position.decMinutes.toDouble());
     st.step();
   }
 }
