@@ -101,6 +101,12 @@ void TestSettings::textFieldEncoding_data() {
                            << QByteArray("/home/ren\xE9" "e/Donn\xE9" "es/");
   QTest::newRow("beyond latin-1") << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/")
                                   << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/").toUtf8();
+  QTest::newRow("a quote") << QStringLiteral("/l/my\"list.tlf") << QByteArray("/l/my\"\"list.tlf");
+  QTest::newRow("leading byte order mark") << QStringLiteral("\uFEFFTonight")
+                                           << QByteArray("\xEF\xBB\xBFTonight");
+  // Its single-byte form would read as UTF-8 (as "Caf\u00E9"), so it goes in UTF-8.
+  QTest::newRow("single-byte form is UTF-8") << QStringLiteral("Caf\u00C3\u00A9")
+                                             << QByteArray("Caf\xC3\x83\xC2\xA9");
 }
 
 void TestSettings::textFieldEncoding() {
