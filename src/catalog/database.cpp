@@ -6,7 +6,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <optional>
 
 #include "catalog/jetsql.h"
@@ -72,82 +71,6 @@ QString textOf(sqlite3_value* v) {
   }
 }
 
-// Val over UTF-8 bytes without building strings: blanks, tabs and line feeds are skipped
-// anywhere, as the core Val does. Texts beginning with & go to the core Val.
-double fastVal(const unsigned char* s, int n, bool* needSlowPath) {
-  char buf[64];
-  int len = 0;
-  int i = 0;
-  auto skip = [&] {
-    while (i < n && (s[i] == ' ' || s[i] == '\t' || s[i] == '\n')) ++i;
-  };
-  skip();
-  if (i < n && s[i] == '&') {
-    *needSlowPath = true;
-    return 0;
-  }
-  bool negative = false;
-  if (i < n && (s[i] == '+' || s[i] == '-')) {
-    negative = s[i] == '-';
-    ++i;
-  }
-  bool digits = false;
-  auto takeDigits = [&] {
-    for (;;) {
-      skip();
-      if (i < n && s[i] >= '0' && s[i] <= '9') {
-        if (len < 40) buf[len++] = char(s[i]);
-        else if (std::memchr(buf, '.', len) == nullptr) {
-          *needSlowPath = true;  // a very long whole number: let the core do it
-          return;
-        }
-        ++i;
-        digits = true;
-      } else {
-        return;
-      }
-    }
-  };
-  takeDigits();
-  if (*needSlowPath) return 0;
-  skip();
-  if (i < n && s[i] == '.') {
-    buf[len++] = '.';
-    ++i;
-    takeDigits();
-    if (*needSlowPath) return 0;
-  }
-  if (!digits) return 0;
-  skip();
-  if (i < n && (s[i] == 'e' || s[i] == 'E' || s[i] == 'd' || s[i] == 'D')) {
-    int j = i + 1;
-    char ex[8];
-    int exLen = 0;
-    ex[exLen++] = 'e';
-    while (j < n && (s[j] == ' ' || s[j] == '\t' || s[j] == '\n')) ++j;
-    if (j < n && (s[j] == '+' || s[j] == '-')) ex[exLen++] = char(s[j++]);
-    bool expDigits = false;
-    for (;;) {
-      while (j < n && (s[j] == ' ' || s[j] == '\t' || s[j] == '\n')) ++j;
-      if (j < n && s[j] >= '0' && s[j] <= '9') {
-        if (exLen < 7) ex[exLen++] = char(s[j]);
-        ++j;
-        expDigits = true;
-      } else {
-        break;
-      }
-    }
-    if (expDigits) {
-      std::memcpy(buf + len, ex, exLen);
-      len += exLen;
-    }
-  }
-  double v = 0;
-  const auto res = std::from_chars(buf, buf + len, v);
-  if (res.ec != std::errc() || !std::isfinite(v)) return 0;
-  return negative ? -v : v;
-}
-
 void fnVal(sqlite3_context* ctx, int, sqlite3_value** argv) {
   sqlite3_value* v = argv[0];
   switch (sqlite3_value_type(v)) {
@@ -163,12 +86,9 @@ void fnVal(sqlite3_context* ctx, int, sqlite3_value** argv) {
     default:
       break;
   }
-  const unsigned char* text = sqlite3_value_text(v);
-  const int n = sqlite3_value_bytes(v);
-  bool slow = false;
-  double r = fastVal(text, n, &slow);
-  if (slow) r = Val(QString::fromUtf8(reinterpret_cast<const char*>(text), n));
-  sqlite3_result_double(ctx, r);
+  // The program's own conversion, over the text's bytes as the engine holds them.
+  const char* text = reinterpret_cast<const char*>(sqlite3_value_text(v));
+  sqlite3_result_double(ctx, ValUtf8(text, sqlite3_value_bytes(v)));
 }
 
 void resultText(sqlite3_context* ctx, const QString& s) {

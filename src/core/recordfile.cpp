@@ -5,7 +5,6 @@
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QStringDecoder>
-#include <cmath>
 #include <optional>
 
 #include "core/apperror.h"
@@ -141,11 +140,7 @@ double RecordReader::number() {
 qint16 RecordReader::int16() { return CInt(number()); }
 qint32 RecordReader::int32() { return CLng(number()); }
 
-float RecordReader::single() {
-  const double v = number();
-  if (std::fabs(v) > 3.402823e38) throw AppError::of(ErrNo::Overflow);
-  return static_cast<float>(v);
-}
+float RecordReader::single() { return CSng(number()); }
 
 bool RecordReader::boolean() {
   bool quoted = false;
