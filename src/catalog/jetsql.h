@@ -16,7 +16,9 @@
 // - a comparison with a text literal compares without regard to case
 // - a Mod b        -> a % b;  a ^ b -> pow(a, b)
 // - a trailing ";" is dropped
-// Raises nothing: a text the engine cannot read fails when it is prepared.
+// A text nested deeper than the reader follows (some hundred brackets, NOTs or signs) raises
+// error 3360 "Query is too complex."; any other text the engine cannot read fails when it is
+// prepared.
 QString TranslateQuery(const QString& classicText);
 
 // A Like pattern of the classic dialect for SQLite's LIKE ... ESCAPE '\': * and ? become % and
