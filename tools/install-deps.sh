@@ -13,6 +13,8 @@ PKGS="$PKGS dpkg-dev file appstream desktop-file-utils x11-utils"
 PKGS="$PKGS poppler-utils fonts-liberation2"
 # The sanitizer build and the fuzz harnesses (.ci/run): clang, libFuzzer and the symbolizer.
 PKGS="$PKGS clang libclang-rt-14-dev llvm"
+# The INDI route (INDI's client library, ERFA) and its tests (the INDI server and drivers).
+PKGS="$PKGS pkg-config libindi-dev liberfa-dev indi-bin"
 
 if ! command -v dpkg-query >/dev/null 2>&1; then
   echo "tools/install-deps.sh: not a Debian system; make sure these (or your system's" \

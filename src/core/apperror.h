@@ -26,6 +26,11 @@ constexpr int QueryTooComplex = 3360; // "Query is too complex."
 constexpr int PortOpen = 8002;        // the serial port could not be opened
 constexpr int PortNotOpen = 8018;     // a write to a port that is not open
 constexpr int PortWrite = 8020;       // a write to the port failed or timed out
+// The INDI route; the description names what is missing.
+constexpr int IndiServer = 8101;      // no INDI server answers, or it went away
+constexpr int IndiDevice = 8102;      // the server has no such device, or it is no telescope
+constexpr int IndiMount = 8103;       // the device did not connect to its mount
+constexpr int IndiGoto = 8104;        // the device refused a GoTo or did not take it
 }  // namespace ErrNo
 
 // The one error type thrown by the program's logic. Handlers catch it at their failure

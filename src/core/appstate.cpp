@@ -31,6 +31,7 @@ static QString join(const QString& folder, const char* name) {
 QString AppState::settingsPath() const { return join(configFolder, "TavorineList.ini"); }
 QString AppState::filterPath() const { return join(configFolder, "Filter.ini"); }
 QString AppState::recentFilesPath() const { return join(configFolder, "TVRNMRU.dat"); }
+QString AppState::indiPath() const { return join(configFolder, "TavorineINDI.ini"); }
 QString AppState::catalogPath() const { return join(programFolder, "TavorineList.mdb"); }
 QString AppState::templatePath() const { return join(programFolder, "TavorineTemplate.tmp"); }
 QString AppState::helpPath() const { return join(programFolder, "help.htm"); }

@@ -49,6 +49,14 @@ struct FilterSettings {
   float FltUserMagMax = -2, FltUserMagMin = 12;
 };
 
+// The INDI route's server and telescope device (CommPort "INDI"). TavorineList.ini has no
+// room for them, so they live in a small file of their own beside it, TavorineINDI.ini.
+struct IndiSettings {
+  QString Host = QStringLiteral("localhost");
+  qint32 Port = 7624;
+  QString Device = QStringLiteral("Telescope Simulator");
+};
+
 struct FileEntry {
   QString title;  // shown in menus: a file title, or the title stored in a list document
   QString path;   // full path
@@ -77,10 +85,14 @@ class AppState {
   QString programFolder;
   QString configFolder;
   QString defaultDataDir;
+  // The drive C: of a Windows compatibility layer (Wine), where the Windows programs that
+  // take tours may be installed; empty when there is none.
+  QString windowsDriveC;
 
   QString settingsPath() const;     // TavorineList.ini
   QString filterPath() const;       // Filter.ini
   QString recentFilesPath() const;  // TVRNMRU.dat
+  QString indiPath() const;         // TavorineINDI.ini
   QString catalogPath() const;      // TavorineList.mdb
   QString templatePath() const;     // TavorineTemplate.tmp
   QString userListPath() const;     // DataDir + TavorineUserList.mdb
@@ -94,6 +106,7 @@ class AppState {
 
   ProgramSettings settings;
   FilterSettings filter;
+  IndiSettings indi;
 
   QDateTime UserDate;
   bool FilterOn = false;

@@ -30,6 +30,7 @@
 #include "core/setupdialog.h"
 #include "core/twips.h"
 #include "core/windowplacement.h"
+#include "exchange/exchangecommands.h"
 #include "info/frmabout.h"
 #include "lists/editlist.h"
 #include "info/frmlicense.h"
@@ -80,6 +81,7 @@ TavorineListMain::TavorineListMain(AppState& state, QWidget* parent)
   mdi_ = new QMdiArea(this);
   mdi_->setObjectName(QStringLiteral("mdiArea"));
   setCentralWidget(mdi_);
+  exchange_ = std::make_unique<ExchangeCommands>(state_, *mdi_, *this);
 
   buildMenus();
   buildToolbar();
@@ -430,18 +432,20 @@ void TavorineListMain::openListWindow(const ListDocumentRequest& request) {
   QApplication::restoreOverrideCursor();
   setListCommandsEnabled(true);
 }
-void TavorineListMain::mnuImporthcTour_Click() { notYetAvailable(QStringLiteral("Tour import")); }
-void TavorineListMain::mnuImportCurrent_Click() { notYetAvailable(QStringLiteral("CSV import")); }
-void TavorineListMain::mnuImportUser_Click() { notYetAvailable(QStringLiteral("CSV import")); }
-void TavorineListMain::mnuExportBRLT_Click() { notYetAvailable(QStringLiteral("Brillet export")); }
+void TavorineListMain::mnuImporthcTour_Click() {
+  exchange_->importIntoList(ImportKind::TourIntoList);
+}
+void TavorineListMain::mnuImportCurrent_Click() {
+  exchange_->importIntoList(ImportKind::CsvIntoList);
+}
+void TavorineListMain::mnuImportUser_Click() { exchange_->importIntoUserList(); }
+void TavorineListMain::mnuExportBRLT_Click() { exchange_->exportList(ExportKind::Brillet); }
 void TavorineListMain::mnuExportHC_Click() {
   state_.prompter().message(AppTitle(), QStringLiteral("For future developments."));
 }
-void TavorineListMain::mnuExportPlanetarium_Click() {
-  notYetAvailable(QStringLiteral("Planetarium for Palm export"));
-}
-void TavorineListMain::mnuExporthcTour_Click() { notYetAvailable(QStringLiteral("Tour export")); }
-void TavorineListMain::mnuExportCSV_Click() { notYetAvailable(QStringLiteral("CSV export")); }
+void TavorineListMain::mnuExportPlanetarium_Click() { exchange_->exportList(ExportKind::Palm); }
+void TavorineListMain::mnuExporthcTour_Click() { exchange_->exportList(ExportKind::Tour); }
+void TavorineListMain::mnuExportCSV_Click() { exchange_->exportList(ExportKind::Csv); }
 // The list of the active list window, found through its hidden document fields.
 void TavorineListMain::mnuPrint_Click() {
   RunGuarded(state_.prompter(), [&] {

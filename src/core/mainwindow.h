@@ -4,12 +4,14 @@
 #include <QPointer>
 #include <array>
 #include <functional>
+#include <memory>
 
 #include "core/redscreen.h"
 #include "scope/scopecontrol.h"
 
 class AppState;
 class CurrentList;
+class ExchangeCommands;
 struct ListDocumentRequest;
 class HelpWindow;
 class QAction;
@@ -40,6 +42,8 @@ class TavorineListMain : public QMainWindow {
   QMdiArea* mdiArea() const { return mdi_; }
   AppState& state() const { return state_; }
   ScopeLink& scopeLink() { return link_; }
+  // The Export and Import commands (their file dialog is replaced by tests).
+  ExchangeCommands& exchange() { return *exchange_; }
 
   // Stops the old position timers before a slew (they have no action of their own).
   void switchPositionTimers();
@@ -108,6 +112,7 @@ class TavorineListMain : public QMainWindow {
   ScopeLink link_;
   RedScreen redScreen_;
   QPointer<HelpWindow> help_;
+  std::unique_ptr<ExchangeCommands> exchange_;
   QMdiArea* mdi_ = nullptr;
   QMenu* windowMenu_ = nullptr;
   QAction* mnuExport_ = nullptr;

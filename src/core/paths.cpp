@@ -20,9 +20,16 @@ QString ResolveProgramFolder() {
 
 QString SourceDataFolder() { return QStringLiteral(TAVORINE_SOURCE_DATA_DIR); }
 
+QString WineDriveC() {
+  const QString prefix = qEnvironmentVariable("WINEPREFIX");
+  return QDir(prefix.isEmpty() ? QDir::home().filePath(QStringLiteral(".wine")) : prefix)
+      .filePath(QStringLiteral("drive_c"));
+}
+
 void SetStandardFolders(AppState& state) {
   state.programFolder = ResolveProgramFolder();
   state.configFolder = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
   state.defaultDataDir =
       QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/Data");
+  state.windowsDriveC = WineDriveC();
 }

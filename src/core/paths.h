@@ -11,5 +11,8 @@ QString ResolveProgramFolder();
 // The data/ folder of the source tree this program was built from (tests and benchmarks).
 QString SourceDataFolder();
 
-// Fills the three folders of a fresh AppState from the system's standard locations.
+// The drive C: of the user's Wine prefix: WINEPREFIX's, or that of ~/.wine.
+QString WineDriveC();
+
+// Fills the folders of a fresh AppState from the system's standard locations.
 void SetStandardFolders(AppState& state);

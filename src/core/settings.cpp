@@ -23,6 +23,58 @@ void SaveSettings(const AppState& state, bool withObjectColor) {
   WriteWholeFile(state.settingsPath(), SettingsRecord(state.settings, withObjectColor));
 }
 
+namespace {
+
+// The fields of TavorineINDI.ini in file order, for the reader and the writer alike.
+template <typename Settings, typename Field>
+void IndiFields(Settings& s, Field&& field) {
+  field(s.Host);
+  field(s.Port);
+  field(s.Device);
+}
+
+struct WriteField {
+  RecordWriter& w;
+  void operator()(const QString& v) const { w.text(v); }
+  void operator()(qint32 v) const { w.integer(v); }
+};
+
+struct ReadField {
+  RecordReader& r;
+  void operator()(QString& v) const { v = r.text(); }
+  void operator()(qint32& v) const { v = r.int32(); }
+};
+
+}  // namespace
+
+QByteArray IndiRecord(const IndiSettings& s) {
+  RecordWriter w;
+  IndiFields(s, WriteField{w});
+  return w.endRecord().bytes();
+}
+
+void SaveIndiSettings(const AppState& state) {
+  WriteWholeFile(state.indiPath(), IndiRecord(state.indi));
+}
+
+void LoadIndiSettings(AppState& state) {
+  state.indi = IndiSettings{};
+  if (!QFileInfo::exists(state.indiPath())) return;
+  try {
+    RecordReader reader(ReadWholeFile(state.indiPath()));
+    IndiSettings read = state.indi;
+    // A field that fails ends the reading; the fields read before it stay.
+    try {
+      IndiFields(read, ReadField{reader});
+    } catch (const AppError&) {
+    }
+    if (read.Port < 1 || read.Port > 65535) read.Port = IndiSettings{}.Port;
+    state.indi = read;
+  } catch (const AppError&) {
+    // An unreadable file leaves the defaults; Setup shows them and its OK writes the file anew.
+  }
+}
+
 QByteArray FilterRecord(const FilterSettings& f) {
   RecordWriter w;
   w.boolean(f.FltAlt).integer(f.FltMinAlt);
@@ -179,6 +231,9 @@ void LoadStartupState(AppState& state) {
     RecordReader reader(bytes);
     readFields(state, reader, SettingsFieldReaders(state.settings), state.settingsPath());
   }
+
+  // Our own file beside it, for the INDI route.
+  LoadIndiSettings(state);
 
   // 6. Filter.ini.
   if (!QFileInfo::exists(state.filterPath())) {

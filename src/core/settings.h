@@ -15,6 +15,12 @@ class RecordReader;
 QByteArray SettingsRecord(const ProgramSettings& s, bool withObjectColor);
 void SaveSettings(const AppState& state, bool withObjectColor);
 
+// The INDI route's record (TavorineINDI.ini): host, port, device. Reading keeps the defaults of
+// the fields a missing or damaged file does not give; it never touches the other files.
+QByteArray IndiRecord(const IndiSettings& s);
+void SaveIndiSettings(const AppState& state);
+void LoadIndiSettings(AppState& state);
+
 // The filter record (Filter.ini and .flt files).
 QByteArray FilterRecord(const FilterSettings& f);
 void WriteFilterFile(const QString& path, const FilterSettings& f);

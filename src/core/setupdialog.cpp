@@ -9,6 +9,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -20,6 +21,7 @@
 
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/hourglass.h"
 #include "core/redscreencolors.h"
 #include "core/windowplacement.h"
 
@@ -98,6 +100,35 @@ void Setup::build() {
   commGrid->addWidget(cmbFoundPorts_, 1, 2, 1, 2);
   optHCD_ = named(new QRadioButton(QStringLiteral("NexRemote/hcAnywhere Direct"), comm), "optHCD");
   commGrid->addWidget(optHCD_, 2, 0, 1, 4);
+  // An INDI server's mount: the server, then its telescope device.
+  optIndi_ = named(new QRadioButton(QStringLiteral("INDI server"), comm), "optIndi");
+  commGrid->addWidget(optIndi_, 3, 0);
+  auto* serverRow = new QHBoxLayout;
+  auto* hostLabel = new QLabel(QStringLiteral("Host:"), comm);
+  txtIndiHost_ = named(new QLineEdit(comm), "txtIndiHost");
+  txtIndiHost_->setMinimumWidth(140);
+  auto* portLabel = new QLabel(QStringLiteral("Port:"), comm);
+  txtIndiPort_ = numberField(comm, "txtIndiPort", 56);
+  txtIndiPort_->setValidator(new QIntValidator(1, 65535, txtIndiPort_));
+  serverRow->addWidget(hostLabel);
+  serverRow->addWidget(txtIndiHost_, 1);
+  serverRow->addWidget(portLabel);
+  serverRow->addWidget(txtIndiPort_);
+  commGrid->addLayout(serverRow, 3, 1, 1, 3);
+  auto* deviceRow = new QHBoxLayout;
+  auto* deviceLabel = new QLabel(QStringLiteral("Device:"), comm);
+  cmbIndiDevice_ = named(new QComboBox(comm), "cmbIndiDevice");
+  cmbIndiDevice_->setEditable(true);
+  cmbIndiDevice_->setMinimumWidth(180);
+  cmbIndiDevice_->setToolTip(QStringLiteral("The telescope's device name on the INDI server"));
+  cmdIndiFind_ = named(new QPushButton(QStringLiteral("&Find"), comm), "cmdIndiFind");
+  cmdIndiFind_->setToolTip(QStringLiteral("Ask the server which telescopes it offers"));
+  deviceRow->addWidget(deviceLabel);
+  deviceRow->addWidget(cmbIndiDevice_, 1);
+  deviceRow->addWidget(cmdIndiFind_);
+  commGrid->addLayout(deviceRow, 4, 1, 1, 3);
+  indiControls_ = {hostLabel, txtIndiHost_, portLabel, txtIndiPort_, deviceLabel, cmbIndiDevice_,
+                   cmdIndiFind_};
   commGrid->setColumnStretch(3, 1);
   root->addWidget(comm);
 
@@ -195,17 +226,19 @@ void Setup::build() {
     e->installEventFilter(this);
 
   connect(optCommPort_, &QRadioButton::clicked, this, [this] {
-    setCommPortRoute(true);
+    setCommPortRoute(Route::Serial);
     txtCommPort_->setText(CommPortTextOnSelect(txtCommPort_->text()));
   });
-  connect(optHCD_, &QRadioButton::clicked, this, [this] { setCommPortRoute(false); });
+  connect(optHCD_, &QRadioButton::clicked, this, [this] { setCommPortRoute(Route::Relay); });
+  connect(optIndi_, &QRadioButton::clicked, this, [this] { setCommPortRoute(Route::Indi); });
+  connect(cmdIndiFind_, &QPushButton::clicked, this, &Setup::onFindIndiDevices);
   connect(upDown1_, &UpDownButtons::stepped, this,
           [this](int delta) { txtCommPort_->setText(StepCommPort(txtCommPort_->text(), delta)); });
   connect(cmbFoundPorts_, qOverload<int>(&QComboBox::activated), this, [this](int index) {
     const QString location = cmbFoundPorts_->itemData(index).toString();
     if (location.isEmpty()) return;
     optCommPort_->setChecked(true);
-    setCommPortRoute(true);
+    setCommPortRoute(Route::Serial);
     txtCommPort_->setText(location);
   });
   connect(cmdEastWest_, &QPushButton::clicked, this,
@@ -227,13 +260,20 @@ void Setup::build() {
 }
 
 void Setup::load() {
-  const SetupFields f = SetupOpeningFields(state_.settings);
+  const SetupFields f = SetupOpeningFields(state_.settings, state_.indi);
   cmbScopeType_->clear();
   cmbScopeType_->addItems(ScopeTypeCaptions());
-  optCommPort_->setChecked(f.commPortSelected);
-  optHCD_->setChecked(!f.commPortSelected);
+  const Route route = f.indiSelected       ? Route::Indi
+                      : f.commPortSelected ? Route::Serial
+                                           : Route::Relay;
+  optCommPort_->setChecked(route == Route::Serial);
+  optHCD_->setChecked(route == Route::Relay);
+  optIndi_->setChecked(route == Route::Indi);
   txtCommPort_->setText(f.commPort);
-  setCommPortRoute(f.commPortSelected);
+  txtIndiHost_->setText(f.indiHost);
+  txtIndiPort_->setText(f.indiPort);
+  cmbIndiDevice_->setEditText(f.indiDevice);
+  setCommPortRoute(route);
   fillFoundPorts();
   cmbScopeType_->setCurrentIndex(f.scopeIndex);
   cmdEastWest_->setText(f.eastWest);
@@ -273,9 +313,10 @@ void Setup::fillFoundPorts() {
   cmbFoundPorts_->setCurrentIndex(chosen);
 }
 
-void Setup::setCommPortRoute(bool serial) {
-  txtCommPort_->setEnabled(serial);
-  upDown1_->setEnabled(serial);
+void Setup::setCommPortRoute(Route route) {
+  txtCommPort_->setEnabled(route == Route::Serial);
+  upDown1_->setEnabled(route == Route::Serial);
+  for (QWidget* w : indiControls_) w->setEnabled(route == Route::Indi);
 }
 
 void Setup::setTimeZoneControls(bool useWindows) {
@@ -300,6 +341,10 @@ SetupFields Setup::fields() const {
   f.scopeIndex = cmbScopeType_->currentIndex();
   f.commPortSelected = optCommPort_->isChecked();
   f.commPort = txtCommPort_->text();
+  f.indiSelected = optIndi_->isChecked();
+  f.indiHost = txtIndiHost_->text();
+  f.indiPort = txtIndiPort_->text();
+  f.indiDevice = cmbIndiDevice_->currentText();
   f.eastWest = cmdEastWest_->text();
   f.longDeg = txtLongDeg_->text();
   f.longMin = txtLongMin_->text();
@@ -346,6 +391,32 @@ void Setup::reject() { onCancel(); }
 void Setup::onBrowse() {
   const QString folder = pickFolder_(this, state_.settings.DataDir);
   if (!folder.isEmpty()) txtDataDir_->setText(folder);
+}
+
+void Setup::onFindIndiDevices() {
+  const auto body = [this] {
+    const IndiSettings typed = IndiSettingsOf(fields());
+    const IndiAddress server{typed.Host, static_cast<quint16>(typed.Port), QString()};
+    QStringList found;
+    {
+      const Hourglass wait;
+      found = IndiMount::telescopes(server, indiLimits_);
+    }
+    if (found.isEmpty()) {
+      state_.prompter().message(
+          QStringLiteral("Problem"),
+          QStringLiteral("The INDI server at %1 offers no telescope.").arg(server.server()));
+      return;
+    }
+    const QString kept = cmbIndiDevice_->currentText().trimmed();
+    cmbIndiDevice_->clear();
+    cmbIndiDevice_->addItems(found);
+    cmbIndiDevice_->setEditText(found.contains(kept) ? kept : found.first());
+  };
+  // No server is said as it is, without the scope's words around it.
+  RunGuarded(body, [this](const AppError& e) {
+    state_.prompter().message(QStringLiteral("Error"), e.description);
+  });
 }
 
 void Setup::onColor() {

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "core/setuplogic.h"
+#include "scope/indilink.h"
 
 class AppState;
 class QCheckBox;
@@ -39,6 +40,8 @@ class Setup : public QDialog {
   using ColorChooser = std::function<qint32(QWidget* parent, qint32 initial)>;
   void setFolderPicker(FolderPicker picker) { pickFolder_ = std::move(picker); }
   void setColorChooser(ColorChooser chooser) { chooseColor_ = std::move(chooser); }
+  // The time limits of asking an INDI server for its telescopes.
+  void setIndiLimits(const IndiLimits& limits) { indiLimits_ = limits; }
 
   // The texts and states of the fields as they stand.
   SetupFields fields() const;
@@ -54,7 +57,8 @@ class Setup : public QDialog {
   void build();
   void load();
   void fillFoundPorts();
-  void setCommPortRoute(bool serial);
+  enum class Route { Serial, Relay, Indi };
+  void setCommPortRoute(Route route);
   void setTimeZoneControls(bool useWindows);
   void setAltitudeControls(bool useLimit);
   void showObjectColor();
@@ -63,10 +67,12 @@ class Setup : public QDialog {
   void onCancel();
   void onBrowse();
   void onColor();
+  void onFindIndiDevices();
 
   AppState& state_;
   FolderPicker pickFolder_;
   ColorChooser chooseColor_;
+  IndiLimits indiLimits_;
 
   QComboBox* cmbScopeType_ = nullptr;
   QRadioButton* optCommPort_ = nullptr;
@@ -74,6 +80,12 @@ class Setup : public QDialog {
   UpDownButtons* upDown1_ = nullptr;
   QComboBox* cmbFoundPorts_ = nullptr;
   QRadioButton* optHCD_ = nullptr;
+  QRadioButton* optIndi_ = nullptr;
+  QLineEdit* txtIndiHost_ = nullptr;
+  QLineEdit* txtIndiPort_ = nullptr;
+  QComboBox* cmbIndiDevice_ = nullptr;
+  QPushButton* cmdIndiFind_ = nullptr;
+  QList<QWidget*> indiControls_;
   QPushButton* cmdEastWest_ = nullptr;
   QLineEdit* txtLongDeg_ = nullptr;
   QLineEdit* txtLongMin_ = nullptr;

@@ -17,10 +17,15 @@ QStringList ScopeTypeCaptions() {
 
 bool CommPortIsSerial(const QString& commPort) { return ScopeRoute::of(commPort).serial; }
 
-SetupFields SetupOpeningFields(const ProgramSettings& s) {
+SetupFields SetupOpeningFields(const ProgramSettings& s, const IndiSettings& indi) {
   SetupFields f;
   // A proxy address stays visible in the (disabled) field so that OK keeps it.
-  f.commPortSelected = CommPortIsSerial(s.CommPort);
+  const ScopeRoute route = ScopeRoute::of(s.CommPort);
+  f.commPortSelected = route.serial;
+  f.indiSelected = route.indi;
+  f.indiHost = indi.Host;
+  f.indiPort = PlainNumber(indi.Port);
+  f.indiDevice = indi.Device;
   f.commPort = f.commPortSelected || s.CommPort.trimmed().startsWith(QLatin1String("HCD"))
                    ? s.CommPort
                    : QString();
@@ -39,6 +44,18 @@ SetupFields SetupOpeningFields(const ProgramSettings& s) {
   f.useAltLimit = s.UseAltLimit;
   f.dataDir = s.DataDir;
   return f;
+}
+
+IndiSettings IndiSettingsOf(const SetupFields& fields) {
+  IndiSettings indi;
+  if (!fields.indiHost.trimmed().isEmpty()) indi.Host = fields.indiHost.trimmed();
+  const QString port = fields.indiPort.trimmed();
+  if (IsNumeric(port)) {
+    const double n = Val(port);
+    if (n >= 1 && n <= 65535 && n == Int(n)) indi.Port = static_cast<qint32>(n);
+  }
+  indi.Device = fields.indiDevice.trimmed();
+  return indi;
 }
 
 QString CommPortTextOnSelect(const QString& text) {
@@ -88,8 +105,12 @@ bool SetupOk(AppState& state, SetupFields& fields) {
   s.ScopeType = fields.scopeIndex >= 1 && fields.scopeIndex <= 8
                     ? QString::fromLatin1(kScopeFamilies[fields.scopeIndex].code)
                     : QStringLiteral("GT");
-  // 3. The port as typed; the proxy route keeps an address typed after "HCD".
-  if (fields.commPortSelected)
+  // 3. The port as typed; the proxy route keeps an address typed after "HCD". The INDI server
+  // and device are kept apart, also while another route is chosen.
+  state.indi = IndiSettingsOf(fields);
+  if (fields.indiSelected)
+    s.CommPort = QStringLiteral("INDI");
+  else if (fields.commPortSelected)
     s.CommPort = fields.commPort;
   else if (fields.commPort.trimmed().startsWith(QLatin1String("HCD")))
     s.CommPort = fields.commPort.trimmed();
@@ -122,6 +143,7 @@ bool SetupOk(AppState& state, SetupFields& fields) {
   s.FirstRun = 0;
   // 10.
   SaveSettings(state, true);
+  SaveIndiSettings(state);
   return true;
 }
 

@@ -440,19 +440,28 @@ void CurrentList::cmdEdit_Click() {
       const auto restart = qScopeGuard([this] { timer_->start(); });
       if (openEditor) openEditor(*this);
     }
-    datPrimary_->Requery();
-    update();
-    ApplyListColumns();
-    if (datPrimary_->RecordCount() >= 1) {
-      datPrimary_->MoveFirst();
-      refreshDetails();
-      RefreshAltitude();
-      writeCounter();
-      PlotObject();
-    } else {
-      txtRecordCounter_->clear();
-    }
+    RequeryList();
   });
+}
+
+void CurrentList::RequeryList() {
+  datPrimary_->Requery();
+  update();
+  ApplyListColumns();
+  if (datPrimary_->RecordCount() >= 1) datPrimary_->MoveLast();
+  showFirstRow();
+}
+
+void CurrentList::showFirstRow() {
+  if (datPrimary_->RecordCount() >= 1) {
+    datPrimary_->MoveFirst();
+    refreshDetails();
+    RefreshAltitude();
+    writeCounter();
+    PlotObject();
+  } else {
+    txtRecordCounter_->clear();
+  }
 }
 
 void CurrentList::cmdGoto_Click() {
@@ -498,15 +507,7 @@ void CurrentList::grdDataGrid_HeadClick(int column) {
     update();
     bindPrimary();
     ApplyListColumns();
-    if (datPrimary_->RecordCount() > 0) {
-      datPrimary_->MoveFirst();
-      refreshDetails();
-      RefreshAltitude();
-      writeCounter();
-      PlotObject();
-    } else {
-      txtRecordCounter_->clear();
-    }
+    showFirstRow();
   });
 }
 

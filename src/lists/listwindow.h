@@ -74,6 +74,9 @@ class CurrentList : public QWidget {
   void cmdObserved_Click();
   void cmdClearGoto_Click();
   void cmdEdit_Click();
+  // Reads the document again after another window changed it (the editor, an import): the
+  // grid's layout, the first row and the counter.
+  void RequeryList();
   void cmdCDC_Click();
   void grdDataGrid_HeadClick(int column);
   void timerAltitude_Timer();
@@ -90,6 +93,8 @@ class CurrentList : public QWidget {
   void refreshDetails();
   void writeCounter();
   void rowChanged();
+  // The first row in the details, altitude, counter and chart; an empty counter for no rows.
+  void showFirstRow();
   void placeControls();
   QMdiSubWindow* frame() const;
   int twipsOf(int pixels) const;

@@ -52,13 +52,21 @@ QByteArray HexGotoText(int raUnits, int decUnits) {
          hexPair(decUnits / 256) + hexPair(decUnits % 256);
 }
 
+namespace {
+
+// A byte cannot hold what a 16-bit unit outside its range would split into.
+void checkUnits(double ra, double dec) {
+  if (!(ra >= 0 && ra <= 65535 && dec >= 0 && dec <= 65535))
+    throw AppError::of(ErrNo::InvalidCall);
+}
+
+}  // namespace
+
 QList<ScopeWrite> EncodeGoto(const QString& family, double raHours, double raMinutes,
                              const QString& decSign, double decDegrees, double decMinutes) {
   const double ra = RAUnits(raHours, raMinutes);
   const double dec = DecUnits(decSign, decDegrees, decMinutes);
-  // A byte cannot hold what a 16-bit unit outside its range would split into.
-  if (!(ra >= 0 && ra <= 65535 && dec >= 0 && dec <= 65535))
-    throw AppError::of(ErrNo::InvalidCall);
+  checkUnits(ra, dec);
   const int r = static_cast<int>(ra), d = static_cast<int>(dec);
   const char raHigh = static_cast<char>(r / 256), raLow = static_cast<char>(r % 256);
   const char decHigh = static_cast<char>(d / 256), decLow = static_cast<char>(d % 256);
@@ -75,6 +83,22 @@ QList<ScopeWrite> EncodeGoto(const QString& family, double raHours, double raMin
   }
   if (is(family, "ULTIMA")) return {{HexGotoText(r, d) + '\r', 0}};
   return {{HexGotoText(r, d), 0}};
+}
+
+EquatorialPlace GotoPlace(double raHours, double raMinutes, const QString& decSign,
+                          double decDegrees, double decMinutes) {
+  checkUnits(RAUnits(raHours, raMinutes), DecUnits(decSign, decDegrees, decMinutes));
+  const bool south = decSign == QLatin1String("-");
+  const double dec =
+      south ? -(std::fabs(decDegrees) + decMinutes / 60) : decDegrees + decMinutes / 60;
+  return {std::fmod(raHours + raMinutes / 60, 24.0), dec};
+}
+
+PositionFields PlaceFields(const EquatorialPlace& place) {
+  double ra = std::fmod(place.raHours, 24.0);
+  if (ra < 0) ra += 24;
+  const double dec = qBound(-90.0, place.decDegrees, 90.0);
+  return DisplayPosition(ra * 60, dec >= 0 ? dec * 60 : 21600 + dec * 60);
 }
 
 QList<ScopeWrite> PositionRequest(const QString& family) {

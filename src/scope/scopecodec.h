@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+#include "sky/ofdate.h"
+
 // Slew commands and position replies of the nine telescope families, as pure functions.
 
 // One write to the telescope, and how long to wait after it before the next write.
@@ -44,6 +46,13 @@ QByteArray HexGotoText(int raUnits, int decUnits);
 // The writes of one slew for a family. A unit outside 0..65535 raises error 5.
 QList<ScopeWrite> EncodeGoto(const QString& family, double raHours, double raMinutes,
                              const QString& decSign, double decDegrees, double decMinutes);
+
+// The J2000 place of a GoTo for a mount that takes angles (the INDI route): the same fields and
+// the same range as the 16-bit commands (error 5 outside it), without their rounding.
+EquatorialPlace GotoPlace(double raHours, double raMinutes, const QString& decSign,
+                          double decDegrees, double decMinutes);
+// The display fields of a place, by the rules of the hex replies.
+PositionFields PlaceFields(const EquatorialPlace& place);
 
 // The writes that ask a family for its position ("E", BIG's "?" first, ULTIMA's carriage
 // return).

@@ -43,6 +43,31 @@ QString ScopeTrapText(const QString& description) {
   return QStringLiteral("Unable to communicate with the scope -\n") + description;
 }
 
+namespace {
+
+// The link's hourglass for as long as it lives.
+struct Busy {
+  const ScopeLink& link;
+  explicit Busy(const ScopeLink& l) : link(l) {
+    if (link.busy) link.busy(true);
+  }
+  ~Busy() {
+    if (link.busy) link.busy(false);
+  }
+};
+
+// One exchange with the INDI mount of the settings, under the hourglass.
+void WithIndiMount(const AppState& state, const ScopeLink& link,
+                   const std::function<void(IndiMount&)>& use) {
+  const Busy busy(link);
+  const IndiSettings& s = state.indi;
+  IndiMount mount({s.Host.trimmed(), static_cast<quint16>(s.Port), s.Device.trimmed()}, link.indi);
+  mount.open();
+  use(mount);
+}
+
+}  // namespace
+
 QString ProxySend(AppState& state, const ScopeLink& link, const QString& command) {
   const ScopeRoute route = ScopeRoute::of(state.settings.CommPort);
   QByteArray reply;
@@ -92,24 +117,34 @@ bool ScopeGoto(AppState& state, ScopeLink& link, double raHours, double raMinute
   const ScopeRoute route = ScopeRoute::of(state.settings.CommPort);
   const std::unique_ptr<ScopePort> port = link.makePort(route.device);
 
-  if (route.serial) step([&] { port->open(); });
+  if (route.indi) {
+    // The device's answer to the GoTo takes the place of the fixed wait.
+    step([&] {
+      const EquatorialPlace target = GotoPlace(raHours, raMinutes, decSign, decDegrees, decMinutes);
+      WithIndiMount(state, link, [&](IndiMount& mount) {
+        mount.slewTo(J2000ToOfDate(target, state.now()));
+      });
+    });
+  } else {
+    if (route.serial) step([&] { port->open(); });
 
-  QList<ScopeWrite> writes;
-  step([&] { writes = EncodeGoto(family, raHours, raMinutes, decSign, decDegrees, decMinutes); });
+    QList<ScopeWrite> writes;
+    step([&] { writes = EncodeGoto(family, raHours, raMinutes, decSign, decDegrees, decMinutes); });
 
-  for (const ScopeWrite& w : writes) {
-    if (!route.serial && IsHexTextFamily(family)) {
-      // Its answer is not needed, but a relay that did not answer has been reported: the slew
-      // failed.
-      if (ProxySend(state, link, QString::fromLatin1(w.bytes)).isEmpty()) ok = false;
-    } else {
-      step([&] { port->write(w.bytes); });
+    for (const ScopeWrite& w : writes) {
+      if (!route.serial && IsHexTextFamily(family)) {
+        // Its answer is not needed, but a relay that did not answer has been reported: the
+        // slew failed.
+        if (ProxySend(state, link, QString::fromLatin1(w.bytes)).isEmpty()) ok = false;
+      } else {
+        step([&] { port->write(w.bytes); });
+      }
+      if (w.waitAfterMs > 0) link.waitMs(w.waitAfterMs);
     }
-    if (w.waitAfterMs > 0) link.waitMs(w.waitAfterMs);
-  }
 
-  link.waitMs(250);
-  if (route.serial) step([&] { port->close(); });
+    link.waitMs(250);
+    if (route.serial) step([&] { port->close(); });
+  }
 
   if (NeedsArrowReminder(family))
     state.prompter().message(
@@ -129,6 +164,13 @@ std::optional<PositionFields> ReadScopePosition(AppState& state, ScopeLink& link
   const ScopeRoute route = ScopeRoute::of(state.settings.CommPort);
   const std::unique_ptr<ScopePort> port = link.makePort(route.device);
   try {
+    if (route.indi) {
+      std::optional<PositionFields> fields;
+      WithIndiMount(state, link, [&](IndiMount& mount) {
+        fields = PlaceFields(OfDateToJ2000(mount.position(), state.now()));
+      });
+      return fields;
+    }
     if (route.serial) {
       port->open();
       port->readAll();  // what an earlier slew left behind

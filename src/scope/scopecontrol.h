@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "scope/indilink.h"
 #include "scope/scopecodec.h"
 #include "scope/scopeport.h"
 
@@ -32,6 +33,7 @@ class ScopeLink {
   int portTimeoutMs = 2000;        // each open, write and read of a serial port
   int proxyTimeoutMs = 2000;       // connect to and answer from the hand-control relay
   int chartTimeoutMs = 2000;       // connect to and answer from the planetarium
+  IndiLimits indi;                 // the steps of an exchange with an INDI server
   QString chartHost = QStringLiteral("127.0.0.1");
   quint16 chartPort = 3292;
 };
@@ -43,7 +45,9 @@ class ScopeLink {
 QString ProxySend(AppState& state, const ScopeLink& link, const QString& command);
 
 // Slews the telescope of ScopeType through the route of CommPort. True unless a step failed;
-// each failing step shows its message and the next step still runs.
+// each failing step shows its message and the next step still runs. On the INDI route the
+// J2000 target goes to the mount on the equator of date, and the slew counts as sent once the
+// device has taken it.
 bool ScopeGoto(AppState& state, ScopeLink& link, double raHours, double raMinutes,
                QString decSign, double decDegrees, double decMinutes);
 // The same for a position as the tables hold it (numbers as text, read by Val).

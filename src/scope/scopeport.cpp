@@ -28,6 +28,10 @@ ScopeRoute ScopeRoute::of(const QString& commPort) {
     r.device = SerialDeviceName(static_cast<int>(RoundHalfEven(number)));
     return r;
   }
+  if (text.compare(QLatin1String("INDI"), Qt::CaseInsensitive) == 0) {
+    r.indi = true;
+    return r;
+  }
   if (text.startsWith(QLatin1String("HCD"), Qt::CaseInsensitive)) {
     const QString address = text.mid(3).trimmed();
     if (!address.isEmpty()) {

@@ -8,10 +8,12 @@
 class QSerialPort;
 
 // Where the telescope is reached, from the CommPort setting. A text beginning with "/" is a
-// device path; otherwise a leading number above 0 is a serial port number, and anything else
-// ("HCD", "HCD host:port", "0") is the proxy route.
+// device path; otherwise a leading number above 0 is a serial port number; "INDI" is a mount
+// of an INDI server (its address is kept apart, IndiSettings); anything else ("HCD",
+// "HCD host:port", "0") is the proxy route.
 struct ScopeRoute {
   bool serial = false;
+  bool indi = false;
   QString device;                                  // serial: the device to open
   QString proxyHost = QStringLiteral("127.0.0.1");  // proxy: where the relay listens
   quint16 proxyPort = 2000;

@@ -11,6 +11,7 @@
 
 #include "core/apperror.h"
 #include "core/setupdialog.h"
+#include "core/settings.h"
 #include "core/setuplogic.h"
 #include "support/testenv.h"
 
@@ -30,6 +31,8 @@ class TestSetup : public QObject {
   void okLettersInCoordinate_data();
   void okLettersInCoordinate();
   void cancel();
+  void indiRoute_data();
+  void indiRoute();
 
   void foundPortsShowThePortInUse();
   void dialogMissingFolder();
@@ -429,6 +432,40 @@ void TestSetup::dialogLettersInCoordinate() {
   QVERIFY(!QFile::exists(env.state->settingsPath()));
 }
 
+// The INDI route: CommPort "INDI" in the settings record, the server and device in a file of
+// their own, read back at the next start.
+void TestSetup::indiRoute_data() {
+  QTest::addColumn<QStringList>("typed");  // host, port, device
+  QTest::addColumn<QByteArray>("file");
+  QTest::newRow("typed") << QStringList{" scope.local ", "7625", " EQMod Mount "}
+                         << QByteArray("\"scope.local\",7625,\"EQMod Mount\"\r\n");
+  QTest::newRow("blank host, port too high") << QStringList{"", "70000", "Telescope Simulator"}
+                         << QByteArray("\"localhost\",7624,\"Telescope Simulator\"\r\n");
+  QTest::newRow("letters in the port") << QStringList{"localhost", "76a", ""}
+                                       << QByteArray("\"localhost\",7624,\"\"\r\n");
+}
+
+void TestSetup::indiRoute() {
+  QFETCH(QStringList, typed);
+  QFETCH(QByteArray, file);
+  TestEnv env;
+  SetupFields f = validFields(env.dir.path());
+  f.commPortSelected = false;
+  f.indiSelected = true;
+  f.indiHost = typed[0];
+  f.indiPort = typed[1];
+  f.indiDevice = typed[2];
+  QVERIFY(SetupOk(*env.state, f));
+  QVERIFY(env.readFile(QStringLiteral("config/TavorineList.ini")).startsWith("\"GT\",\"INDI\","));
+  QCOMPARE(env.readFile(QStringLiteral("config/TavorineINDI.ini")), file);
+
+  env.state->indi = IndiSettings{};
+  LoadIndiSettings(*env.state);
+  const SetupFields shown = SetupOpeningFields(env.state->settings, env.state->indi);
+  QVERIFY(shown.indiSelected && !shown.commPortSelected);
+  QCOMPARE(IndiRecord(IndiSettingsOf(shown)), file);
+}
+
 void TestSetup::dialogPortRoutes() {
   TestEnv env;
   env.state->settings.CommPort = QStringLiteral("HCD 192.168.1.9:2000");
@@ -450,6 +487,13 @@ void TestSetup::dialogPortRoutes() {
   QVERIFY(!port->isEnabled());
   QVERIFY(!upDown->isEnabled());
   QCOMPARE(dlg.fields().commPortSelected, false);
+  auto* indiHost = child<QLineEdit>(dlg, "txtIndiHost");
+  QVERIFY(!indiHost->isEnabled());
+  clickBox(child<QRadioButton>(dlg, "optIndi"));
+  QVERIFY(indiHost->isEnabled() && child<QComboBox>(dlg, "cmbIndiDevice")->isEnabled());
+  QVERIFY(!port->isEnabled());
+  QCOMPARE(dlg.fields().indiSelected, true);
+  QCOMPARE(dlg.fields().indiPort + dlg.fields().indiDevice, QStringLiteral("7624Telescope Simulator"));
 
   // The focus selects the whole text.
   auto* deg = child<QLineEdit>(dlg, "txtLatDeg");

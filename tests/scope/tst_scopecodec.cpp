@@ -198,6 +198,7 @@ class TestScopeCodec : public QObject {
     QTest::newRow("zero") << "0" << false << "127.0.0.1:2000";
     QTest::newRow("letters first") << "COM1" << false << "127.0.0.1:2000";
     QTest::newRow("blank") << "" << false << "127.0.0.1:2000";
+    QTest::newRow("INDI") << " indi " << false << "INDI";
   }
   void route() {
     QFETCH(QString, commPort);
@@ -205,7 +206,10 @@ class TestScopeCodec : public QObject {
     QFETCH(QString, target);
     const ScopeRoute r = ScopeRoute::of(commPort);
     QCOMPARE(r.serial, serial);
-    QCOMPARE(serial ? r.device : r.proxyHost + ':' + QString::number(r.proxyPort), target);
+    QCOMPARE(r.indi ? QStringLiteral("INDI")
+             : serial ? r.device
+                      : r.proxyHost + ':' + QString::number(r.proxyPort),
+             target);
   }
 
   void chartCommand_data() {

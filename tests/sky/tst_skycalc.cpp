@@ -3,6 +3,7 @@
 
 #include "core/numtext.h"
 #include "sky/skycalc.h"
+#include "support/csvrows.h"
 #include "support/testenv.h"
 
 namespace {
@@ -374,19 +375,9 @@ void TestSkyCalc::separation() {
 
 void TestSkyCalc::crossCheck_data() {
   QTest::addColumn<QStringList>("row");
-
-  const QString path = QFINDTESTDATA("data/crosscheck.csv");
-  QFile f(path);
-  QVERIFY2(f.open(QIODevice::ReadOnly | QIODevice::Text), qPrintable(path));
-  bool header = true;
-  while (!f.atEnd()) {
-    const QString line = QString::fromUtf8(f.readLine()).trimmed();
-    if (line.isEmpty() || line.startsWith(QLatin1Char('#'))) continue;
-    if (header) {
-      header = false;
-      continue;
-    }
-    const QStringList row = line.split(QLatin1Char(','));
+  const QList<QStringList> rows = CsvRows(QFINDTESTDATA("data/crosscheck.csv"));
+  QVERIFY(!rows.isEmpty());
+  for (const QStringList& row : rows) {
     QCOMPARE(row.size(), 18);
     QTest::newRow(qPrintable(row[0] + QLatin1Char(' ') + row[7] + QLatin1Char(' ') + row[10]))
         << row;

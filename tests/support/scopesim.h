@@ -8,14 +8,28 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+// Ends a child process: asked first, then killed when it does not go within `ms`. False when
+// it had to be killed.
+inline bool EndProcess(QProcess& process, int ms) {
+  if (process.state() == QProcess::NotRunning) return true;
+  process.terminate();
+  if (process.waitForFinished(ms)) return true;
+  process.kill();
+  process.waitForFinished(1000);
+  return false;
+}
+
 // The telescope simulator as a child process: a pseudo-terminal (or a relay port) whose
 // first output line is what Setup's Comm Port takes, and a log of every byte it received.
+// Its slews end at once unless `extra` asks for --slew-seconds.
 class ScopeSim {
  public:
   bool start(const QString& family, const QString& mode = QStringLiteral("normal"),
-             bool relay = false) {
+             bool relay = false, const QStringList& extra = {}) {
     QStringList args{QStringLiteral(SCOPE_SIM_PATH), QStringLiteral("--family"), family,
-                     QStringLiteral("--mode"), mode, QStringLiteral("--log"), logPath()};
+                     QStringLiteral("--mode"), mode, QStringLiteral("--log"), logPath(),
+                     QStringLiteral("--slew-seconds"), QStringLiteral("0")};
+    args << extra;
     if (relay) args << QStringLiteral("--tcp") << QStringLiteral("0");
     process.start(QStringLiteral("python3"), args);
     if (!process.waitForStarted(5000)) return false;
@@ -28,13 +42,7 @@ class ScopeSim {
   ~ScopeSim() { stop(); }
 
   int stop() {
-    if (process.state() == QProcess::NotRunning) return process.exitCode();
-    process.terminate();
-    if (!process.waitForFinished(3000)) {
-      process.kill();
-      process.waitForFinished(1000);
-      return -1;
-    }
+    if (!EndProcess(process, 3000)) return -1;
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
   }
 

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QStringList>
+#include <vector>
+
+#include "catalog/database.h"
+#include "core/appstate.h"
+#include "exchange/exchangeobject.h"
+#include "support/listdocument.h"
+
+// A list document made from the shipped template, holding the given objects (columns in the
+// order of the exchange files) with DisplayOrder 1, 2, 3...
+inline void MakeExchangeList(const AppState& state, const QString& path,
+                             const std::vector<ImportedObject>& objects) {
+  MakeListDocument(state, path, {});
+  Database db(path, Database::Mode::ReadWrite);
+  QStringList columns{QStringLiteral("DisplayOrder")};
+  for (const ExchangeColumnInfo& c : ExchangeColumns()) columns << c.field;
+  Database::Transaction batch(db);
+  Statement st = db.prepare(QStringLiteral("INSERT INTO Objects (%1) VALUES (?1,?2,?3,?4,?5,?6,"
+                                           "?7,?8,?9,?10,?11,?12,?13)")
+                                .arg(columns.join(QLatin1Char(','))));
+  int order = 0;
+  for (const ImportedObject& o : objects) {
+    st.bind(1, ++order);
+    for (int i = 0; i < ExchangeColumnCount; ++i) st.bind(i + 2, o[size_t(i)]);
+    st.step();
+    st.reset();
+  }
+  batch.commit();
+}
+
+// Every row of a table as "DisplayOrder|Category|ObjectNum|..." in its stored order, Null as
+// "<null>" (no DisplayOrder for UserObjects).
+inline QStringList TableRows(const QString& path, const QString& table = QStringLiteral("Objects")) {
+  Database db(path, Database::Mode::ReadOnly);
+  QStringList columns;
+  if (table == QLatin1String("Objects")) columns << QStringLiteral("DisplayOrder");
+  for (const ExchangeColumnInfo& c : ExchangeColumns()) columns << c.field;
+  Statement st = db.prepare(QStringLiteral("SELECT %1 FROM %2 ORDER BY rowid")
+                                .arg(columns.join(QLatin1Char(',')), table));
+  QStringList out;
+  while (st.step()) {
+    QStringList row;
+    for (int i = 0; i < st.columnCount(); ++i)
+      row << (st.isNull(i) ? QStringLiteral("<null>") : st.value(i).toString());
+    out << row.join(QLatin1Char('|'));
+  }
+  return out;
+}
+
+// A small list with an object of every catalog and the awkward values: Nulls, a comma, a
+// semicolon, a double quote and a '#' in texts, a character beyond the code page, one inside
+// it (an en dash), declinations just south of 0, a right ascension just short of 24 h.
+inline std::vector<ImportedObject> AwkwardObjects() {
+  const QVariant null;
+  return {
+      {"NGC", 224, "Andromeda Galaxy", "Galaxy", "3.4", "And", 0, 42.74, "+", 41, 16, "Sb"},
+      {"Messier", 42, "Orion Nebula; M42", "Diffuse Nebula", "4", "Ori", 5, 35.3, "-", 5, 23,
+       "size 85'x60'"},
+      {"Caldwell", 14, "Double Cluster, h and chi", "Open Cluster", "3.7", "Per", 2, 20.5, "+", 57,
+       8, "NGC 869 & 884"},
+      {"IC", 2118, null, "Reflection Nebula", " ", "Eri", 5, 6.6, "-", 7, 13, null},
+      {"Sh2", 155, "The \"Cave\" Nebula", "Bright Nebula", "7.7", "Cep", 22, 56.8, "+", 62, 37,
+       "size 50'"},
+      {"Comet", "C/2023 A3", QString::fromUtf8("Tsuchinshan\u2013ATLAS"), "", "-1.46", "Vir", 23,
+       59.9993, "-", 0, 30, "#1 of 2024"},
+      {"SAO", 308, QString::fromUtf8("Polaris, \u03b1 UMi"), "Star", "2.0", "UMi", 2, 31.8, "+", 89,
+       15.85, "HD 8890"},
+      {"Double Star", 1, "WDS 00003-4417,I 1477", "Double Star", "6.3,6.8", "Phe", 0, 0.6, "-", 44,
+       17.4, "0.4\" PA 327, HR 9077"},
+  };
+}
