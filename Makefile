@@ -15,7 +15,7 @@ configure: deps
 	  cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo; fi
 
 build: configure
-	cmake --build $(BUILD) -j $(JOBS)
+	MAKEFLAGS=--no-print-directory cmake --build $(BUILD) -j $(JOBS)
 
 run: build
 	./$(BUILD)/tavorine
@@ -27,7 +27,7 @@ package: build
 	cmake --build $(BUILD) --target package
 
 bench: build
-	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done; true
+	@for b in $(BUILD)/bench/bench_*; do [ -f "$$b" ] && [ -x "$$b" ] && "$$b"; done; true
 
 clean:
 	rm -rf $(BUILD)

@@ -1,38 +1,20 @@
 // Rebinding the catalog browser's eight pages under the altitude filter, on the shipped
 // catalog, as the list editor does after the filter dialog or a new observing date.
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTextStream>
 
+#include "benchsetup.h"
 #include "catalog/catalogbrowser.h"
-#include "catalog/recordset.h"
-#include "core/appstate.h"
-#include "core/paths.h"
-#include "core/prompter.h"
 #include "sky/skycalc.h"
-
-namespace {
-class SilentPrompter : public Prompter {
- public:
-  void message(const QString&, const QString& text) override { messages << text; }
-  Answer ask(const QString&, const QString&, Buttons, Answer d) override { return d; }
-  void beep() override {}
-  QStringList messages;
-};
-}  // namespace
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication app(argc, argv);
   QTextStream out(stdout);
-  QTemporaryDir dir;
-  SilentPrompter prompter;
-  AppState state(prompter);
-  state.programFolder = SourceDataFolder();
-  state.settings.DataDir = dir.path() + QLatin1Char('/');
+  bench::Setup setup;
+  AppState& state = setup.state;
+  SilentPrompter& prompter = setup.prompter;
   state.UserDate = QDateTime(QDate(2026, 11, 21), QTime(20, 30));
   state.filter.FltAlt = true;
   state.filter.FltMinAlt = 20;

@@ -100,7 +100,7 @@ int main(int argc, char** argv) {
     double sum = 0;
     for (Recordset* rs : {&objects, &stars})
       for (rs->MoveFirst(); !rs->isEOF(); rs->MoveNext())
-        sum += AltitudeAtUserDate(state, CurrentRowPosition(*rs));
+        sum += AltitudeAtUserDate(state, RowPosition(*rs));
     return sum;
   });
   out << QStringLiteral("Chart page, 300 objects, to PDF: %1 ms (target < 300 ms); floor, "

@@ -3,9 +3,11 @@
 #include <sqlite3.h>
 
 #include <QFileInfo>
+#include <QVarLengthArray>
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <optional>
 
 #include "catalog/jetsql.h"
@@ -71,7 +73,38 @@ QString textOf(sqlite3_value* v) {
   }
 }
 
-void fnVal(sqlite3_context* ctx, int, sqlite3_value** argv) {
+// Val of several values read as one text, Null counting as empty: the translation of
+// Val(a & b), which reads the same number as joining the texts first would.
+void fnValJoined(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
+  if (argc == 0) {
+    sqlite3_result_error(ctx, "wrong number of arguments to function val()", -1);
+    return;
+  }
+  QVarLengthArray<char, 64> joined;
+  for (int i = 0; i < argc; ++i) {
+    if (sqlite3_value_type(argv[i]) == SQLITE_NULL) continue;
+    const char* text = reinterpret_cast<const char*>(sqlite3_value_text(argv[i]));
+    joined.append(text, sqlite3_value_bytes(argv[i]));
+  }
+  // A query asks the same twice a row (the declination's sign in the altitude filter).
+  thread_local QByteArray lastText;
+  thread_local double lastValue = 0;
+  if (joined.size() == lastText.size() &&
+      std::memcmp(joined.constData(), lastText.constData(), size_t(joined.size())) == 0) {
+    sqlite3_result_double(ctx, lastValue);
+    return;
+  }
+  const double r = ValUtf8(joined.constData(), joined.size());
+  lastText = QByteArray(joined.constData(), joined.size());
+  lastValue = r;
+  sqlite3_result_double(ctx, r);
+}
+
+void fnVal(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
+  if (argc != 1) {
+    fnValJoined(ctx, argc, argv);
+    return;
+  }
   sqlite3_value* v = argv[0];
   switch (sqlite3_value_type(v)) {
     case SQLITE_INTEGER:
@@ -238,6 +271,7 @@ void create(sqlite3* db, const char* name, int nArg,
 
 void RegisterClassicFunctions(sqlite3* db) {
   create(db, "val", 1, fnVal);
+  create(db, "val", -1, fnVal);
   create(db, "mid", 2, fnMid);
   create(db, "mid", 3, fnMid);
   create(db, "instr", 2, fnInstr);
@@ -402,6 +436,9 @@ Database::Database(const QString& path, Mode mode) : path_(path), mode_(mode) {
   sqlite3_extended_result_codes(db_, 0);
   sqlite3_busy_timeout(db_, BusyTimeoutMs);
   RegisterClassicFunctions(db_);
+  // The catalog (about 6 MB) is read whole by the altitude filter, its pages twice a query:
+  // keep all of it in memory rather than read it from the file again each time.
+  if (mode == Mode::ReadOnly) sqlite3_exec(db_, "PRAGMA cache_size = -16384", nullptr, nullptr, nullptr);
   // A file that is no database shows itself only at its first read: make that happen here.
   try {
     Statement s = prepare(QStringLiteral("SELECT count(*) FROM sqlite_master"));

@@ -130,6 +130,7 @@ struct Expr {
   bool stringLiteral = false;
   bool numeric = false;
   double number = 0;
+  QStringList concatParts;  // for a & b & ...: the operands, bare
 
   QString bare() const { return text.trimmed(); }
 };
@@ -141,9 +142,32 @@ QString leadingSpace(const QString& s) {
 }
 
 
+// The functions a shared term may call: they have no side effect and raise no error, so
+// working them out once for every row, even a row an earlier condition drops, changes
+// nothing but the time it takes.
+bool isQuietFunction(const QString& name) {
+  static const QSet<QString> names = {
+      QStringLiteral("val"), QStringLiteral("trim"), QStringLiteral("atn"),
+      QStringLiteral("sin"), QStringLiteral("cos"),  QStringLiteral("ifnull"),
+      QStringLiteral("min"), QStringLiteral("max")};
+  return names.contains(name.toLower());
+}
+
+// Words that read as a column to the parser but are none; a condition naming one is not
+// shared (its columns could not be listed).
+bool isKeywordLike(const QString& word) {
+  static const QSet<QString> words = {
+      QStringLiteral("null"),         QStringLiteral("case"),         QStringLiteral("exists"),
+      QStringLiteral("cast"),         QStringLiteral("current_date"), QStringLiteral("current_time"),
+      QStringLiteral("current_timestamp"), QStringLiteral("raise"),   QStringLiteral("rowid"),
+      QStringLiteral("oid"),          QStringLiteral("_rowid_")};
+  return words.contains(word.toLower());
+}
+
 class Translator {
  public:
-  explicit Translator(QVector<Token> tokens) : t_(std::move(tokens)) {}
+  Translator(QVector<Token> tokens, bool shareRepeatedTerms)
+      : t_(std::move(tokens)), share_(shareRepeatedTerms) {}
 
   // Each bracket, NOT or sign opens a level of the reader's own recursion. Deeper nesting than
   // this is refused with a message rather than followed until the stack runs out; the
@@ -159,6 +183,15 @@ class Translator {
       if (isClauseWord(k) || k.op(",") || k.op(";") || k.op(")") || k.op("*")) {
         out += k.pre + k.text;
         ++p_;
+        if (k.is("select")) ++terms_.unsafe;  // a subquery is never shared
+        // Only the first WHERE of the query, right behind FROM and one table's name.
+        if (share_ && !untilCloseParen && k.is("from") && table_.isEmpty() &&
+            (cur().kind == Tok::Word || cur().kind == Tok::Bracket) && peek().is("where"))
+          table_ = cur().text;
+        if (share_ && !untilCloseParen && k.is("where") && !table_.isEmpty()) {
+          out += sharedCondition();
+          share_ = false;
+        }
         continue;
       }
       Expr e = orExpr();
@@ -326,11 +359,15 @@ class Translator {
       ++p_;
       parts.push_back(addExpr());
     }
-    QStringList pieces;
-    for (const Expr& e : parts)
+    QStringList pieces, bare;
+    for (const Expr& e : parts) {
       pieces << (e.stringLiteral ? e.bare() : QStringLiteral("ifnull(%1, '')").arg(e.bare()));
-    return plain(leadingSpace(first.text) + QLatin1Char('(') +
-                 pieces.join(QStringLiteral(" || ")) + QLatin1Char(')'));
+      bare << e.bare();
+    }
+    Expr e = plain(leadingSpace(first.text) + QLatin1Char('(') +
+                   pieces.join(QStringLiteral(" || ")) + QLatin1Char(')'));
+    e.concatParts = bare;
+    return e;
   }
 
   Expr addExpr() {
@@ -401,7 +438,7 @@ class Translator {
         return e;
       case Tok::Bracket:
         ++p_;
-        return dotted(plain(k.pre + k.text));
+        return column(dotted(plain(k.pre + k.text)));
       case Tok::Word: {
         if (isClauseWord(k) || k.is("and") || k.is("or") || k.is("not")) return e;
         ++p_;
@@ -409,7 +446,18 @@ class Translator {
           // A function call.
           const Token open = cur();
           ++p_;
-          QString args = sequence(true);
+          ++terms_.calls;
+          if (!isQuietFunction(k.text)) ++terms_.unsafe;
+          QString args;
+          if (k.is("val") && !cur().op(")")) {
+            // Val of a concatenation reads the pieces as one text, without building it.
+            Expr arg = orExpr();
+            if (arg.consumed && !arg.concatParts.isEmpty() && cur().op(")"))
+              args = arg.concatParts.join(QStringLiteral(", "));
+            else
+              args = arg.text;
+          }
+          args += sequence(true);
           QString close;
           if (cur().op(")")) {
             close = cur().pre + cur().text;
@@ -419,18 +467,40 @@ class Translator {
         }
         if (k.is("true")) return constant(k.pre + QStringLiteral("1"), 1);
         if (k.is("false")) return constant(k.pre + QStringLiteral("0"), 0);
-        return dotted(plain(k.pre + k.text));
+        return column(dotted(plain(k.pre + k.text)));
       }
       case Tok::Op:
         if (k.op("(")) {
           ++p_;
+          const Terms before = terms_;
+          const int parent = group_;
+          if (collecting_) {
+            group_ = int(groups_.size());
+            groups_.push_back({QString(), parent, 0, 0, 0});
+          }
           QString inner = sequence(true);
           QString close;
           if (cur().op(")")) {
             close = cur().pre + cur().text;
             ++p_;
           }
-          return plain(k.pre + k.text + inner + close);
+          const QString text = k.text + inner + close;
+          if (collecting_) {
+            Group& g = groups_[group_];
+            g.text = text.trimmed();
+            g.refs = terms_.refs - before.refs;
+            g.calls = terms_.calls - before.calls;
+            g.unsafe = terms_.unsafe - before.unsafe;
+            group_ = parent;
+          }
+          const auto alias = shared_.constFind(text.trimmed());
+          if (alias != shared_.constEnd()) {
+            // Worked out once a row, in the subquery: its columns need no listing here.
+            terms_ = before;
+            columns_.resize(before.columns);
+            return plain(k.pre + *alias);
+          }
+          return plain(k.pre + text);
         }
         if (k.op("*")) {
           ++p_;
@@ -464,6 +534,73 @@ class Translator {
     return e;
   }
 
+  // A column reference: counted, and noted for the column list of a shared condition.
+  Expr column(Expr e) {
+    if (!share_) return e;
+    ++terms_.refs;
+    const QString name = e.bare();
+    if (name.contains(QLatin1Char('.')) || isKeywordLike(name)) ++terms_.unlisted;
+    columns_.push_back(name);
+    terms_.columns = int(columns_.size());
+    return e;
+  }
+
+  // The condition after WHERE of a query over one table. A bracketed term it repeats (the
+  // altitude filter writes the sine of the altitude three times) is worked out once a row: the
+  // condition moves into a subquery over the same table that gives each such term a name,
+  // and the rows it keeps are those the condition as written keeps.
+  QString sharedCondition() {
+    const int start = p_;
+    collecting_ = true;
+    groups_.clear();
+    const Expr written = orExpr();
+    collecting_ = false;
+    const int end = p_;
+    if (!written.consumed) return QString();
+
+    // Terms written at least twice, with columns and function calls in them, none that could
+    // raise an error or have a side effect, and not inside another such term.
+    QHash<QString, int> count;
+    for (const Group& g : groups_)
+      if (g.refs > 0 && g.calls > 0 && g.unsafe == 0) ++count[g.text];
+    QStringList chosen;
+    for (const Group& g : groups_) {
+      if (count.value(g.text) < 2 || chosen.contains(g.text)) continue;
+      bool inside = false;
+      for (int p = g.parent; p >= 0 && !inside; p = groups_[p].parent)
+        inside = count.value(groups_[p].text) >= 2;
+      if (!inside) chosen << g.text;
+    }
+    // A term chosen once may still sit inside another occurrence of a chosen term.
+    for (const Group& g : groups_) {
+      for (int p = g.parent; p >= 0; p = groups_[p].parent)
+        if (chosen.contains(groups_[p].text)) chosen.removeAll(g.text);
+    }
+    if (chosen.isEmpty()) return written.text;
+
+    for (int i = 0; i < chosen.size(); ++i) shared_.insert(chosen[i], QStringLiteral("shared_%1").arg(i + 1));
+    p_ = start;
+    terms_ = Terms{};
+    columns_.clear();
+    const Expr rewritten = orExpr();
+    const bool listable = p_ == end && terms_.unlisted == 0;
+    QStringList listed;
+    for (const QString& c : columns_)
+      if (!listed.contains(c, Qt::CaseInsensitive)) listed << c;
+    shared_.clear();
+    p_ = end;
+    if (!listable) return written.text;
+
+    QStringList select{QStringLiteral("rowid AS shared_rowid")};
+    select << listed;
+    for (int i = 0; i < chosen.size(); ++i)
+      select << QStringLiteral("%1 AS shared_%2").arg(chosen[i]).arg(i + 1);
+    // LIMIT keeps the engine from folding the subquery back into the condition.
+    return leadingSpace(written.text) +
+           QStringLiteral("rowid IN (SELECT shared_rowid FROM (SELECT %1 FROM %2 LIMIT -1) WHERE %3)")
+               .arg(select.join(QStringLiteral(", ")), table_, rewritten.bare());
+  }
+
   static Expr constant(const QString& text, double v) {
     Expr e = plain(text);
     e.numeric = true;
@@ -474,6 +611,23 @@ class Translator {
   QVector<Token> t_;
   int p_ = 0;
   int depth_ = 0;
+
+  // Sharing repeated terms (sharedCondition).
+  struct Terms {
+    int refs = 0, calls = 0, unsafe = 0, unlisted = 0, columns = 0;
+  };
+  struct Group {
+    QString text;
+    int parent, refs, calls, unsafe;
+  };
+  bool share_ = false;
+  QString table_;              // the table after FROM
+  bool collecting_ = false;    // noting bracketed terms
+  Terms terms_;                // running counts
+  QVector<Group> groups_;      // the bracketed terms in the order they close
+  int group_ = -1;             // the term being read
+  QStringList columns_;        // column references, in order
+  QHash<QString, QString> shared_;  // term -> its name in the subquery
 };
 
 }  // namespace
@@ -494,8 +648,8 @@ QString LikePatternToSqlite(const QString& pattern) {
   return out;
 }
 
-QString TranslateQuery(const QString& classicText) {
-  Translator tr(tokenize(classicText));
+QString TranslateQuery(const QString& classicText, bool shareRepeatedTerms) {
+  Translator tr(tokenize(classicText), shareRepeatedTerms);
   QString out = tr.sequence(false);
   // Drop a closing ";" and the blanks around it.
   QString trimmed = out;

@@ -15,11 +15,15 @@
 // - x BETWEEN a AND b -> constant bounds put in order, others as min(a, b) AND max(a, b)
 // - a comparison with a text literal compares without regard to case
 // - a Mod b        -> a % b;  a ^ b -> pow(a, b)
+// - Val(a & b)     -> val(a, b): the leading number of the joined texts, without joining them
 // - a trailing ";" is dropped
+// With shareRepeatedTerms, for a SELECT over one table (not a view), a WHERE condition that
+// repeats a bracketed term is worked out with that term computed once a row (see
+// sharedCondition in jetsql.cpp); it keeps exactly the rows the condition as written keeps.
 // A text nested deeper than the reader follows (some hundred brackets, NOTs or signs) raises
 // error 3360 "Query is too complex."; any other text the engine cannot read fails when it is
 // prepared.
-QString TranslateQuery(const QString& classicText);
+QString TranslateQuery(const QString& classicText, bool shareRepeatedTerms = false);
 
 // A Like pattern of the classic dialect for SQLite's LIKE ... ESCAPE '\': * and ? become % and
 // _, and SQLite's own wildcards are escaped.

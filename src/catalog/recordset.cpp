@@ -7,6 +7,9 @@
 namespace {
 
 constexpr int kCacheRows = 2048;
+// Rows are read this many at a time, by one statement: a read pays its locking and page
+// checks once a block instead of once a row.
+constexpr int kBlockRows = 64;
 
 AppError noCurrentRecord() { return AppError(ErrNo::NoCurrentRecord, QStringLiteral("No current record.")); }
 
@@ -62,13 +65,18 @@ void Recordset::open() {
       query_ = QStringLiteral("SELECT * FROM ") + QuoteIdentifier(name);
     }
   } else {
-    query_ = TranslateQuery(source_);
-    if (auto s = ParseSimpleSelect(query_); s && db_->isTable(s->table)) {
+    // Over a table the condition may work out a term it repeats once a row; over anything
+    // else the text is taken as written.
+    query_ = TranslateQuery(source_, true);
+    auto s = ParseSimpleSelect(query_);
+    if (s && db_->isTable(s->table)) {
       byIds = true;
       table = s->table;
       columns = s->columns;
       where = s->where;
       orderBy = s->orderBy;
+    } else {
+      query_ = TranslateQuery(source_);
     }
   }
 
@@ -84,9 +92,12 @@ void Recordset::open() {
     where_ = where;
     orderBy_ = orderBy;
     const QString qt = QuoteIdentifier(table_);
-    fetch_ = db_->prepare(QStringLiteral("SELECT %1 FROM %2 WHERE %2.rowid = ?1").arg(columns, qt));
+    QStringList marks;
+    for (int i = 1; i <= kBlockRows; ++i) marks << QStringLiteral("?%1").arg(i);
+    fetch_ = db_->prepare(QStringLiteral("SELECT %2.rowid, %1 FROM %2 WHERE %2.rowid IN (%3)")
+                              .arg(columns, qt, marks.join(QStringLiteral(", "))));
     const QStringList tableColumns = db_->columnNames(table_);
-    for (int i = 0; i < fetch_.columnCount(); ++i) {
+    for (int i = 1; i < fetch_.columnCount(); ++i) {
       const QString name = fetch_.columnName(i);
       columns_ << name;
       QString target;
@@ -131,18 +142,30 @@ const QVector<QVariant>& Recordset::rowAt(int index) const {
   if (materialized_) return rows_[int(id - 1)];
   auto it = cache_.constFind(id);
   if (it != cache_.constEnd()) return *it;
-  if (cache_.size() >= kCacheRows) cache_.clear();
-  QVector<QVariant> row(columns_.size());
-  fetch_.bindInt64(1, id);
+  if (cache_.size() + kBlockRows > kCacheRows) cache_.clear();
+  // The block of rows around this one; a row another window has deleted reads as Nulls.
+  const int first = index - index % kBlockRows;
+  const int last = qMin(first + kBlockRows, int(ids_.size()));
+  for (int i = 0; i < kBlockRows; ++i) {
+    if (first + i < last) fetch_.bindInt64(i + 1, ids_[first + i]);
+    else fetch_.bind(i + 1, QVariant());
+  }
   try {
-    if (fetch_.step())
-      for (int i = 0; i < row.size(); ++i) row[i] = fetch_.value(i);
+    const int n = int(columns_.size());
+    while (fetch_.step()) {
+      QVector<QVariant> row(n);
+      for (int i = 0; i < n; ++i) row[i] = fetch_.value(i + 1);
+      cache_.insert(fetch_.int64Value(0), std::move(row));
+    }
   } catch (...) {
     fetch_.reset();
+    cache_.clear();
     throw;
   }
   fetch_.reset();
-  return *cache_.insert(id, std::move(row));
+  for (int i = first; i < last; ++i)
+    if (!cache_.contains(ids_[i])) cache_.insert(ids_[i], nullRow_);
+  return *cache_.constFind(id);
 }
 
 int Recordset::currentRow() const {
@@ -155,7 +178,7 @@ bool Recordset::hasCurrentRow() const { return currentRow() >= 0; }
 
 QVariant Recordset::rowValue(int row, int field) const {
   if (field < 0 || field >= columns_.size()) return QVariant();
-  if (mode_ != EditMode::None && row == currentRow()) return buffer_[field];
+  if (mode_ != EditMode::None && row == currentRow()) return pendingValue(field);
   if (row < 0 || row >= ids_.size()) return QVariant();
   return rowAt(row)[field];
 }
@@ -325,8 +348,8 @@ void Recordset::AddNew() {
   flush();
   requireUpdatable();
   posBeforeAdd_ = pos_;
-  buffer_ = QVector<QVariant>(columns_.size());
-  changed_ = QVector<bool>(columns_.size(), false);
+  buffer_.fill(QVariant(), columns_.size());
+  changed_.fill(false, columns_.size());
   mode_ = EditMode::AddNew;
   const int row = int(ids_.size());
   emit rowsInserted(row, row);
@@ -338,8 +361,9 @@ void Recordset::Edit() {
   flush();
   requireCurrent();
   requireUpdatable();
-  buffer_ = rowAt(pos_);
-  changed_ = QVector<bool>(columns_.size(), false);
+  // The buffer holds the fields set since; the others read through to the row.
+  buffer_.fill(QVariant(), columns_.size());
+  changed_.fill(false, columns_.size());
   mode_ = EditMode::Edit;
 }
 
@@ -358,28 +382,37 @@ void Recordset::Update() {
 
 void Recordset::writePending() {
   requireUpdatable();
-  QStringList cols;
+  // The statement is known by its kind and the fields it writes.
+  QByteArray shape(1, mode_ == EditMode::Edit ? 'U' : 'I');
   QVector<QVariant> vals;
   for (int i = 0; i < columns_.size(); ++i) {
     if (!changed_[i]) continue;
     if (tableColumn_[i].isEmpty())
       throw AppError(ErrNo::Database,
                      QStringLiteral("Field '%1' cannot be updated.").arg(columns_[i]));
-    cols << QuoteIdentifier(tableColumn_[i]);
+    shape += char(i);
     vals << buffer_[i];
   }
+  // "name = ?1, ..." for an UPDATE; the names and the marks for an INSERT.
+  auto fieldList = [&](bool names, bool marks) {
+    QStringList parts;
+    for (int k = 1; k < shape.size(); ++k) {
+      const QString name = QuoteIdentifier(tableColumn_[int(shape[k])]);
+      const QString mark = QLatin1Char('?') + QString::number(k);
+      parts << (names && marks ? name + QStringLiteral(" = ") + mark : names ? name : mark);
+    }
+    return parts.join(QStringLiteral(", "));
+  };
   const QString qt = QuoteIdentifier(table_);
   if (mode_ == EditMode::Edit) {
     const qint64 id = ids_[pos_];
-    if (!cols.isEmpty()) {
-      QStringList sets;
-      for (int i = 0; i < cols.size(); ++i) sets << QStringLiteral("%1 = ?%2").arg(cols[i]).arg(i + 1);
-      Statement st = db_->prepare(QStringLiteral("UPDATE %1 SET %2 WHERE rowid = ?%3")
-                                      .arg(qt, sets.join(QStringLiteral(", ")))
-                                      .arg(cols.size() + 1));
-      for (int i = 0; i < vals.size(); ++i) st.bind(i + 1, vals[i]);
-      st.bindInt64(cols.size() + 1, id);
-      st.step();
+    if (!vals.isEmpty()) {
+      vals << id;
+      write(shape, vals, [&] {
+        return QStringLiteral("UPDATE %1 SET %2 WHERE rowid = ?%3")
+            .arg(qt, fieldList(true, true))
+            .arg(shape.size());
+      });
     }
     cache_.remove(id);
     mode_ = EditMode::None;
@@ -387,18 +420,11 @@ void Recordset::writePending() {
     return;
   }
   // AddNew
-  QString sql;
-  if (cols.isEmpty()) {
-    sql = QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(qt);
-  } else {
-    QStringList marks;
-    for (int i = 0; i < cols.size(); ++i) marks << QStringLiteral("?%1").arg(i + 1);
-    sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-              .arg(qt, cols.join(QStringLiteral(", ")), marks.join(QStringLiteral(", ")));
-  }
-  Statement st = db_->prepare(sql);
-  for (int i = 0; i < vals.size(); ++i) st.bind(i + 1, vals[i]);
-  st.step();
+  write(shape, vals, [&] {
+    if (vals.isEmpty()) return QStringLiteral("INSERT INTO %1 DEFAULT VALUES").arg(qt);
+    return QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+        .arg(qt, fieldList(true, false), fieldList(false, true));
+  });
   const qint64 id = db_->lastInsertRowId();
   ids_.push_back(id);
   indexValid_ = false;
@@ -407,6 +433,23 @@ void Recordset::writePending() {
   deleted_ = false;
   emit rowsChanged(pos_, pos_);
   emit currentChanged(pos_);
+}
+
+// Runs one write. Its prepared statement is kept for the next write of the same shape (a
+// batch of Auto-sort or Add writes hundreds alike), and reset at once, so the file stays free.
+void Recordset::write(const QByteArray& shape, const QVector<QVariant>& values,
+                      const std::function<QString()>& sql) {
+  auto it = writes_.find(shape);
+  if (it == writes_.end()) it = writes_.emplace(shape, db_->prepare(sql())).first;
+  Statement& st = it->second;
+  try {
+    for (int i = 0; i < values.size(); ++i) st.bind(i + 1, values[i]);
+    st.step();
+  } catch (...) {
+    st.reset();
+    throw;
+  }
+  st.reset();
 }
 
 void Recordset::CancelUpdate() {
@@ -433,10 +476,9 @@ void Recordset::Delete() {
   requireCurrent();
   requireUpdatable();
   const qint64 id = ids_[pos_];
-  Statement st = db_->prepare(
-      QStringLiteral("DELETE FROM %1 WHERE rowid = ?1").arg(QuoteIdentifier(table_)));
-  st.bindInt64(1, id);
-  st.step();
+  write(QByteArrayLiteral("D"), {id}, [&] {
+    return QStringLiteral("DELETE FROM %1 WHERE rowid = ?1").arg(QuoteIdentifier(table_));
+  });
   const int row = pos_;
   ids_.remove(row);
   cache_.remove(id);
@@ -472,12 +514,17 @@ int Recordset::checkedField(const QString& name) const {
 QVariant Recordset::value(int field) const {
   if (field < 0 || field >= columns_.size())
     throw AppError(ErrNo::Database, QStringLiteral("Item not found in this collection."));
-  if (mode_ != EditMode::None) return buffer_[field];
+  if (mode_ != EditMode::None) return pendingValue(field);
   requireCurrent();
   return rowAt(pos_)[field];
 }
 
 QVariant Recordset::value(const QString& field) const { return value(checkedField(field)); }
+
+QVariant Recordset::pendingValue(int field) const {
+  if (mode_ == EditMode::AddNew || changed_[field]) return buffer_[field];
+  return rowAt(pos_)[field];
+}
 
 void Recordset::setValue(int field, const QVariant& v) {
   if (field < 0 || field >= columns_.size())

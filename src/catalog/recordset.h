@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QVariant>
 #include <QVector>
+#include <functional>
+#include <map>
 #include <memory>
 
 #include "catalog/database.h"
@@ -109,6 +111,9 @@ class Recordset : public QObject {
   void setPos(int pos);
   const QVector<QVariant>& rowAt(int index) const;
   int checkedField(const QString& name) const;
+  QVariant pendingValue(int field) const;  // a field of the row being edited or added
+  void write(const QByteArray& shape, const QVector<QVariant>& values,
+             const std::function<QString()>& sql);
 
   std::shared_ptr<Database> db_;
   QString source_;
@@ -127,11 +132,12 @@ class Recordset : public QObject {
   bool noMatch_ = false;
 
   EditMode mode_ = EditMode::None;
-  QVector<QVariant> buffer_;
+  QVector<QVariant> buffer_;  // the fields set while editing or adding (see changed_)
   QVector<bool> changed_;
   int posBeforeAdd_ = -1;
 
-  mutable Statement fetch_;
+  mutable Statement fetch_;  // a block of rows by their ids
+  std::map<QByteArray, Statement> writes_;  // UPDATE, INSERT, DELETE by kind and fields
   mutable QHash<qint64, QVector<QVariant>> cache_;
   mutable QHash<qint64, int> index_;
   mutable bool indexValid_ = false;

@@ -81,11 +81,11 @@ SkyChart::SkyChart(ChartWindow window, ChartSurface& surface, AltAzFunction alti
       altitude_(std::move(altitude)),
       azimuth_(std::move(azimuth)) {}
 
-void SkyChart::DrawSkyChart(const std::vector<SkyPosition>& stars) {
+void SkyChart::DrawSkyChart(const std::vector<SkyCoordinates>& stars) {
   const ChartConstants& c = *constants_;
   surface_.clear();
   surface_.circle(float(c.cx), float(c.cy), float(c.radius), c.ringColour, 1);
-  for (const SkyPosition& star : stars) {
+  for (const SkyCoordinates& star : stars) {
     const double alt = altitude_(star);
     if (!(alt > 0)) continue;
     const QPointF p = ProjectSky(c, alt, azimuth_(star));
@@ -93,7 +93,7 @@ void SkyChart::DrawSkyChart(const std::vector<SkyPosition>& stars) {
   }
 }
 
-bool SkyChart::PlotObject(const SkyPosition& position, quint32 markerColour) {
+bool SkyChart::PlotObject(const SkyCoordinates& position, quint32 markerColour) {
   // The old marker is blanked on every call, whatever lay under it.
   surface_.circle(float(MarkerX), float(MarkerY), float(MarkerRadius), ChartBlack,
                   float(MarkerAspect));

@@ -53,18 +53,18 @@ QPointF ProjectSky(const ChartConstants& c, double altitude, double azimuth);
 // the window chooses the sky of now or of the observing date.
 class SkyChart {
  public:
-  using AltAzFunction = std::function<double(const SkyPosition&)>;
+  using AltAzFunction = std::function<double(const SkyCoordinates&)>;
 
   SkyChart(ChartWindow window, ChartSurface& surface, AltAzFunction altitude,
            AltAzFunction azimuth);
 
   // Clears the surface (the marker with it), draws the horizon ring and a white point for each
   // star strictly above the horizon. MarkerX/MarkerY are left as they are.
-  void DrawSkyChart(const std::vector<SkyPosition>& stars);
+  void DrawSkyChart(const std::vector<SkyCoordinates>& stars);
 
   // Erases the old marker in black at MarkerX/MarkerY, then, when the object is strictly
   // above the horizon, draws it in markerColour and stores its place. Returns whether it drew.
-  bool PlotObject(const SkyPosition& position, quint32 markerColour);
+  bool PlotObject(const SkyCoordinates& position, quint32 markerColour);
 
   const ChartConstants& constants() const { return *constants_; }
 

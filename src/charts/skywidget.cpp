@@ -100,7 +100,7 @@ void SkyWidget::placeAt(int leftTwips, int topTwips) {
 
 QSize SkyWidget::sizeHint() const { return surface_.image().size(); }
 
-void SkyWidget::DrawSkyChart(const std::vector<SkyPosition>& stars) {
+void SkyWidget::DrawSkyChart(const std::vector<SkyCoordinates>& stars) {
   resolveSystemColours();
   stars_ = stars;
   marker_.reset();
@@ -111,7 +111,7 @@ void SkyWidget::DrawSkyChart(const std::vector<SkyPosition>& stars) {
   update();
 }
 
-bool SkyWidget::PlotObject(const SkyPosition& position, quint32 markerColour) {
+bool SkyWidget::PlotObject(const SkyCoordinates& position, quint32 markerColour) {
   resolveSystemColours();
   marker_.emplace(position, markerColour);
   const bool drawn = chart_->PlotObject(position, markerColour);

@@ -20,8 +20,8 @@ class SkyWidget : public QWidget {
             SkyChart::AltAzFunction azimuth, QWidget* parent = nullptr);
 
   // Draw under the hourglass pointer, then repaint.
-  void DrawSkyChart(const std::vector<SkyPosition>& stars);
-  bool PlotObject(const SkyPosition& position, quint32 markerColour);
+  void DrawSkyChart(const std::vector<SkyCoordinates>& stars);
+  bool PlotObject(const SkyCoordinates& position, quint32 markerColour);
 
   SkyChart& chart() { return *chart_; }
   QImageChartSurface& surface() { return surface_; }
@@ -52,6 +52,6 @@ class SkyWidget : public QWidget {
   bool redScreen_ = false;
   std::function<bool()> redScreenOn_;
   // What is on the surface, to draw it again in the other colours.
-  std::vector<SkyPosition> stars_;
-  std::optional<std::pair<SkyPosition, quint32>> marker_;
+  std::vector<SkyCoordinates> stars_;
+  std::optional<std::pair<SkyCoordinates, quint32>> marker_;
 };

@@ -1,15 +1,17 @@
 #include "core/appstate.h"
 
 #include <QDir>
-#include <QTimeZone>
+
+#include "sky/systemzone.h"
 
 AppState::AppState(Prompter& prompter) : prompter_(&prompter) {
-  clock = [] { return QDateTime::currentDateTime(); };
+  clock = [] { return SystemZone::instance().localNow(); };
   systemUtcOffsetHours = []() -> std::optional<double> {
-    const QDateTime now = QDateTime::currentDateTime();
     // An unknown zone (TZ naming no zone) leaves the offset undetermined.
-    if (!now.timeZone().isValid()) return std::nullopt;
-    return now.offsetFromUtc() / 3600.0;
+    const std::optional<int> seconds =
+        SystemZone::instance().offsetSecondsAt(QDateTime::currentMSecsSinceEpoch());
+    if (!seconds) return std::nullopt;
+    return *seconds / 3600.0;
   };
   resetPages();
 }

@@ -99,7 +99,8 @@ class AppState {
   QString helpPath() const;         // help.htm
   QString licensePath() const;      // LICENSE
 
-  // The clocks and the system's time zone. Tests replace them.
+  // The clocks and the system's time zone (both cheap to read; see sky/systemzone.h). Tests
+  // replace them.
   std::function<QDateTime()> clock;
   std::function<std::optional<double>()> systemUtcOffsetHours;
   QDateTime now() const { return clock(); }

@@ -21,6 +21,7 @@
 #include "core/twips.h"
 #include "core/windowplacement.h"
 #include "lists/editlistlogic.h"
+#include "lists/listview.h"
 #include "sky/altitudefilter.h"
 #include "sky/skycalc.h"
 #include "sky/userdatedialog.h"
@@ -95,8 +96,8 @@ void EditList::buildControls() {
 
   Sky = new SkyWidget(
       ChartWindow::EditList,
-      [this](const SkyPosition& p) { return AltitudeAtUserDate(state_, p); },
-      [this](const SkyPosition& p) { return AzimuthAtUserDate(state_, p); }, this);
+      [this](const SkyCoordinates& p) { return AltitudeAtUserDate(state_, p); },
+      [this](const SkyCoordinates& p) { return AzimuthAtUserDate(state_, p); }, this);
 
   lblUserDate = new QLabel(this);
   lblUserDate->setObjectName(QStringLiteral("lblUserDate"));
@@ -188,8 +189,9 @@ void EditList::load(const QString& documentPath, const QString& listWindowCaptio
   });
   RunGuarded(prompter, [&] { SSTab1->bindPages(); });
   RunGuarded(prompter, [&] {
+    // The star field is read once; every redraw (first activation, a new date) reuses it.
     catalog_ = Database::open(state_.catalogPath(), Database::Mode::ReadOnly);
-    datMapStars = std::make_unique<Recordset>(catalog_, QStringLiteral("MapStars"));
+    mapStars_ = LoadMapStars(*catalog_);
   });
   lblUserDate->setText(UserDateLabel(state_.UserDate));
 }
@@ -259,7 +261,7 @@ void EditList::writeCounter() {
 // ---- the chart ------------------------------------------------------------------------------
 
 void EditList::DrawSkyChart() {
-  Sky->DrawSkyChart(datMapStars ? AllPositions(*datMapStars) : std::vector<SkyPosition>());
+  Sky->DrawSkyChart(mapStars_);
 }
 
 void EditList::PlotSelected() {

@@ -4,6 +4,9 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <vector>
+
+#include "sky/skycalc.h"
 
 class AppState;
 class CatalogBrowser;
@@ -83,7 +86,7 @@ class EditList : public QDialog {
   std::shared_ptr<Database> document_;
   std::shared_ptr<Database> catalog_;
   std::unique_ptr<Recordset> datPrimaryRS;
-  std::unique_ptr<Recordset> datMapStars;
+  std::vector<SkyCoordinates> mapStars_;  // MapStars, read at load
 
   SkyWidget* Sky = nullptr;
   QLabel* lblUserDate = nullptr;

@@ -6,6 +6,7 @@
 #include "core/appstate.h"
 #include "core/numtext.h"
 #include "lists/autosort.h"
+#include "lists/listview.h"
 
 namespace {
 
@@ -141,11 +142,12 @@ bool MoveListRow(Recordset& list, MoveDirection direction) {
 
 void AutoSortList(const AppState& state, Recordset& list) {
   if (list.RecordCount() == 0) return;
+  const PositionColumns columns(list);
   std::vector<double> keys;
   keys.reserve(size_t(list.RecordCount()));
   list.MoveFirst();
   while (!list.isEOF()) {
-    const SkyPosition p = RowPosition(list);
+    const SkyCoordinates p = columns.current(list);
     keys.push_back(AutoSortKey(AltitudeAtUserDate(state, p), AzimuthAtUserDate(state, p)));
     list.MoveNext();
   }
@@ -153,12 +155,13 @@ void AutoSortList(const AppState& state, Recordset& list) {
 
   // All or nothing: a list half renumbered would be a tour of neither order.
   {
+    const int displayOrder = list.fieldIndex(kDisplayOrder);
     Database::Transaction batch(*list.database());
     try {
       list.MoveFirst();
       for (size_t rank = 0; !list.isEOF(); ++rank) {
         if (rank >= orders.size()) throw AppError::of(ErrNo::SubscriptRange);
-        list.setValue(kDisplayOrder, QString::number(orders[rank]));
+        list.setValue(displayOrder, qlonglong(orders[rank]));
         list.MoveNext();
       }
       batch.commit();
@@ -169,31 +172,6 @@ void AutoSortList(const AppState& state, Recordset& list) {
   }
   list.Requery();
   if (list.RecordCount() > 0) list.MoveFirst();
-}
-
-SkyPosition RowPosition(const Recordset& rs) {
-  return {rs.text(QStringLiteral("RAHour")), rs.text(QStringLiteral("RAMinute")),
-          rs.text(QStringLiteral("DecSign")), rs.text(QStringLiteral("DecDeg")),
-          rs.text(QStringLiteral("DecMinute"))};
-}
-
-std::vector<SkyPosition> AllPositions(Recordset& rs) {
-  std::vector<SkyPosition> out;
-  out.reserve(size_t(rs.RecordCount()));
-  if (rs.RecordCount() == 0) return out;
-  const int ra = rs.fieldIndex(QStringLiteral("RAHour"));
-  const int ram = rs.fieldIndex(QStringLiteral("RAMinute"));
-  const int sign = rs.fieldIndex(QStringLiteral("DecSign"));
-  const int dec = rs.fieldIndex(QStringLiteral("DecDeg"));
-  const int decm = rs.fieldIndex(QStringLiteral("DecMinute"));
-  if (ra < 0 || ram < 0 || sign < 0 || dec < 0 || decm < 0)
-    throw AppError(ErrNo::Database, QStringLiteral("Item not found in this collection."));
-  rs.MoveFirst();
-  while (!rs.isEOF()) {
-    out.push_back({rs.text(ra), rs.text(ram), rs.text(sign), rs.text(dec), rs.text(decm)});
-    rs.MoveNext();
-  }
-  return out;
 }
 
 ColumnLayouts EditorColumnLayouts() {

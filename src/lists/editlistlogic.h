@@ -63,14 +63,6 @@ bool MoveListRow(Recordset& list, MoveDirection direction);
 // transaction, then requeries and goes to the first row. An empty list stays as it is.
 void AutoSortList(const AppState& state, Recordset& list);
 
-// ---- reading positions
-
-// The five position fields of a recordset's current row.
-SkyPosition RowPosition(const Recordset& rs);
-
-// The positions of all rows of a recordset, first to last (the star field of the chart).
-std::vector<SkyPosition> AllPositions(Recordset& rs);
-
 // ---- the window's tables
 
 // The list grid of the editor: DisplayOrder and the two marks hidden, the twelve object

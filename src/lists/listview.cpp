@@ -3,16 +3,33 @@
 #include "catalog/database.h"
 #include "catalog/recordset.h"
 
-std::vector<SkyPosition> LoadMapStars(const Database& catalog) {
-  std::vector<SkyPosition> stars;
+#include "core/apperror.h"
+
+std::vector<SkyCoordinates> LoadMapStars(const Database& catalog) {
+  std::vector<SkyCoordinates> stars;
   Statement st = catalog.prepare(
       QStringLiteral("SELECT RAHour, RAMinute, DecSign, DecDeg, DecMinute FROM MapStars"));
   while (st.step())
-    stars.push_back(SkyPosition{FieldText(st.value(0)), FieldText(st.value(1)),
-                                FieldText(st.value(2)), FieldText(st.value(3)),
-                                FieldText(st.value(4))});
+    stars.push_back(
+        SkyCoordinates::of(st.value(0), st.value(1), st.value(2), st.value(3), st.value(4)));
   return stars;
 }
+
+PositionColumns::PositionColumns(const Recordset& rs) {
+  static const char* const names[] = {"RAHour", "RAMinute", "DecSign", "DecDeg", "DecMinute"};
+  for (int i = 0; i < 5; ++i) {
+    columns_[i] = rs.fieldIndex(QLatin1String(names[i]));
+    if (columns_[i] < 0)
+      throw AppError(ErrNo::Database, QStringLiteral("Item not found in this collection."));
+  }
+}
+
+SkyCoordinates PositionColumns::current(const Recordset& rs) const {
+  return SkyCoordinates::of(rs.value(columns_[0]), rs.value(columns_[1]), rs.value(columns_[2]),
+                            rs.value(columns_[3]), rs.value(columns_[4]));
+}
+
+SkyCoordinates RowPosition(const Recordset& rs) { return PositionColumns(rs).current(rs); }
 
 SkyPosition CurrentRowPosition(const Recordset& rs) {
   return SkyPosition{rs.text(QStringLiteral("RAHour")), rs.text(QStringLiteral("RAMinute")),

@@ -15,9 +15,22 @@ class Recordset;
 // forms.
 
 // The star positions of the chart, read once from MapStars of the catalog database.
-std::vector<SkyPosition> LoadMapStars(const Database& catalog);
+std::vector<SkyCoordinates> LoadMapStars(const Database& catalog);
 
-// The position of the current row of a list recordset.
+// The five position fields of a recordset (RAHour, RAMinute, DecSign, DecDeg, DecMinute),
+// found by name once, read as numbers from a row or from the edit buffer.
+class PositionColumns {
+ public:
+  explicit PositionColumns(const Recordset& rs);  // raises 3000 when a field is missing
+  SkyCoordinates current(const Recordset& rs) const;
+
+ private:
+  int columns_[5];
+};
+
+// The position of the current row (or the edit buffer) of a recordset, as numbers to compute
+// with; and as the texts the row shows, for what keeps a row's position as it reads.
+SkyCoordinates RowPosition(const Recordset& rs);
 SkyPosition CurrentRowPosition(const Recordset& rs);
 
 // Captions, widths and alignment of the fifteen grid columns.

@@ -145,8 +145,8 @@ void CurrentList::buildControls() {
   txtShortFileName_ = hiddenField("txtShortFileName");
 
   sky_ = new SkyWidget(compact ? ChartWindow::CurrentListFixed : ChartWindow::CurrentList,
-                       [this](const SkyPosition& p) { return AltitudeNow(state_, p); },
-                       [this](const SkyPosition& p) { return AzimuthNow(state_, p); }, this);
+                       [this](const SkyCoordinates& p) { return AltitudeNow(state_, p); },
+                       [this](const SkyCoordinates& p) { return AzimuthNow(state_, p); }, this);
   sky_->placeAt(sky_->constants().left, sky_->constants().top);
   sky_->followRedScreen([this] { return state_.RedScreenOn; });
 
@@ -328,7 +328,7 @@ void CurrentList::RefreshAltitude() {
 }
 
 void CurrentList::PlotObject() {
-  sky_->PlotObject(CurrentRowPosition(*datPrimary_), quint32(state_.settings.ObjectColor));
+  sky_->PlotObject(RowPosition(*datPrimary_), quint32(state_.settings.ObjectColor));
 }
 
 void CurrentList::writeCounter() {

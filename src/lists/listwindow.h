@@ -58,7 +58,7 @@ class CurrentList : public QWidget {
   SkyWidget* Sky() const { return sky_; }
   QTimer* timerAltitude() const { return timer_; }
   const ListSortState& sortState() const { return sort_; }
-  const std::vector<SkyPosition>& mapStars() const { return stars_; }
+  const std::vector<SkyCoordinates>& mapStars() const { return stars_; }
   bool firstActivatePending() const { return FirstActivate_; }
 
   // The window's routines.
@@ -113,7 +113,7 @@ class CurrentList : public QWidget {
 
   std::shared_ptr<Database> document_;
   std::unique_ptr<Recordset> datPrimary_;
-  std::vector<SkyPosition> stars_;
+  std::vector<SkyCoordinates> stars_;
 
   DataGrid* grid_ = nullptr;
   SkyWidget* sky_ = nullptr;

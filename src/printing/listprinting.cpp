@@ -131,7 +131,7 @@ void PrintingJob::printChart(bool labels) {
   std::vector<Plotted> plotted;
   if (datPrint_.RecordCount() > 0) {
     for (datPrint_.MoveFirst(); !datPrint_.isEOF(); datPrint_.MoveNext()) {
-      const SkyPosition position = CurrentRowPosition(datPrint_);
+      const SkyCoordinates position = RowPosition(datPrint_);
       const double alt = AltitudeAtUserDate(state_, position);
       if (!(alt > 0)) continue;
       const QPointF at = PrintedChartPoint(alt, AzimuthAtUserDate(state_, position));

@@ -73,7 +73,7 @@ void PrintChartStars(PrintSurface& s, const AppState& state, Recordset& stars,
   const int P = s.printableWidth();
   if (stars.RecordCount() == 0) return;
   for (stars.MoveFirst(); !stars.isEOF(); stars.MoveNext()) {
-    const SkyPosition position = CurrentRowPosition(stars);
+    const SkyCoordinates position = RowPosition(stars);
     const double alt = AltitudeAtUserDate(state, position);
     if (!(alt > 0)) continue;
     const QPointF at = PrintedChartPoint(alt, AzimuthAtUserDate(state, position));

@@ -13,16 +13,15 @@
 struct FakeSky {
   int altitudeCalls = 0, azimuthCalls = 0;
   SkyChart::AltAzFunction altitude() {
-    return [this](const SkyPosition& p) { ++altitudeCalls; return Val(p.raHours); };
+    return [this](const SkyCoordinates& p) { ++altitudeCalls; return p.raHours; };
   }
   SkyChart::AltAzFunction azimuth() {
-    return [this](const SkyPosition& p) { ++azimuthCalls; return Val(p.raMinutes); };
+    return [this](const SkyCoordinates& p) { ++azimuthCalls; return p.raMinutes; };
   }
 };
 
-static SkyPosition at(double alt, double az) {
-  return SkyPosition{PlainNumber(alt), PlainNumber(az), QStringLiteral("+"), QStringLiteral("0"),
-                     QStringLiteral("0")};
+static SkyCoordinates at(double alt, double az) {
+  return SkyCoordinates::of(alt, az, false, 0, 0);
 }
 
 class TestSkyChart : public QObject {
@@ -83,7 +82,7 @@ void TestSkyChart::drawSkyChart() {
   RecordingChartSurface surface;
   SkyChart chart(ChartWindow::CurrentList, surface, sky.altitude(), sky.azimuth());
   chart.MarkerX = 1234;
-  const std::vector<SkyPosition> stars = {at(10, 0), at(0, 90), at(-5, 90), at(90, 45),
+  const std::vector<SkyCoordinates> stars = {at(10, 0), at(0, 90), at(-5, 90), at(90, 45),
                                           at(0.1, 180)};
   chart.DrawSkyChart(stars);
   QCOMPARE(surface.ops.size(), size_t(5));

@@ -1,3 +1,4 @@
+#include <QTimeZone>
 #include <QtTest>
 #include <cmath>
 
@@ -47,7 +48,7 @@ class TestSkyCalc : public QObject {
   void timeZone_data();
   void timeZone();
   void failingZoneIsAskedAgainEachTime();
-  void unknownSystemZone();
+  void systemZoneChangeShowsAtOnce();
   void altitudeAzimuth_data();
   void altitudeAzimuth();
   void badCoordinates_data();
@@ -175,20 +176,38 @@ void TestSkyCalc::failingZoneIsAskedAgainEachTime() {
   QCOMPARE(env.prompter.texts(), QStringList({kZoneMessage, kZoneMessage}));
 }
 
-void TestSkyCalc::unknownSystemZone() {
+// The real system zone, changed while the program runs: every altitude follows at once, an
+// unknown zone gives the message (and the offset 0) each time it is read.
+void TestSkyCalc::systemZoneChangeShowsAtOnce() {
   const QByteArray saved = qgetenv("TZ");
   const bool had = qEnvironmentVariableIsSet("TZ");
+  const auto restore = qScopeGuard([&] { had ? qputenv("TZ", saved) : qunsetenv("TZ"); });
+  if (!QTimeZone(QByteArrayLiteral("Asia/Tokyo")).isValid())
+    QSKIP("the zone database is not installed");
   TestEnv env;
-  AppState fresh(env.prompter);  // the system's own offset, not the test's
-  qputenv("TZ", "Nowhere/Atlantis");
-  const std::optional<double> unknown = fresh.systemUtcOffsetHours();
-  qputenv("TZ", "Asia/Kolkata");
-  const std::optional<double> india = fresh.systemUtcOffsetHours();
-  if (had) qputenv("TZ", saved);
-  else qunsetenv("TZ");
-  QVERIFY(!unknown.has_value());
-  if (!india) QSKIP("the zone database is not installed");
-  QCOMPARE(*india, 5.5);
+  AppState& s = *env.state;
+  s.systemUtcOffsetHours = AppState(env.prompter).systemUtcOffsetHours;
+  const SkyPosition vega = SkyPosition::of(18, 36.939, QStringLiteral("+"), 38, 47.0217);
+  auto altitudeFor = [&](double hours) {
+    TestEnv own;
+    own.state->settings.UseWindowsTimeZone = false;
+    own.state->settings.MyTimeZone = float(hours);
+    return AltitudeNow(*own.state, vega);
+  };
+  const struct {
+    const char* tz;
+    double hours;
+    bool known;
+  } zones[] = {{"Asia/Kolkata", 5.5, true}, {"Asia/Tokyo", 9, true},
+               {"Nowhere/Atlantis", 0, false}, {"Asia/Kolkata", 5.5, true}};
+  for (const auto& z : zones) {
+    qputenv("TZ", z.tz);
+    env.prompter.clear();
+    QCOMPARE(GetTimeZoneHours(s), z.hours);
+    QCOMPARE(AltitudeNow(s, vega), altitudeFor(z.hours));
+    QCOMPARE(env.prompter.texts(),
+             z.known ? QStringList() : QStringList({kZoneMessage, kZoneMessage}));
+  }
 }
 
 void TestSkyCalc::altitudeAzimuth_data() {
