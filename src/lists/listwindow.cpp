@@ -287,16 +287,21 @@ void CurrentList::Form_Activate() {
 
 void CurrentList::rowChanged() {
   RunGuarded(state_.prompter(), [&] {
-    if (datPrimary_->RecordCount() >= 1) {
-      if (!datPrimary_->hasCurrentRow()) return;  // off either end, on the way back
-      refreshDetails();
-      RefreshAltitude();
-      writeCounter();
-      PlotObject();
-    } else {
-      txtRecordCounter_->clear();
-    }
+    if (datPrimary_->RecordCount() >= 1 && !datPrimary_->hasCurrentRow())
+      return;  // off either end, on the way back
+    showCurrentRow();
   });
+}
+
+void CurrentList::showCurrentRow() {
+  if (datPrimary_->RecordCount() >= 1) {
+    refreshDetails();
+    RefreshAltitude();
+    writeCounter();
+    PlotObject();
+  } else {
+    txtRecordCounter_->clear();
+  }
 }
 
 void CurrentList::GoToFirstRow() {
@@ -378,15 +383,8 @@ void CurrentList::RequeryList() {
 }
 
 void CurrentList::showFirstRow() {
-  if (datPrimary_->RecordCount() >= 1) {
-    datPrimary_->MoveFirst();
-    refreshDetails();
-    RefreshAltitude();
-    writeCounter();
-    PlotObject();
-  } else {
-    txtRecordCounter_->clear();
-  }
+  if (datPrimary_->RecordCount() >= 1) datPrimary_->MoveFirst();
+  showCurrentRow();
 }
 
 void CurrentList::cmdGoto_Click() {

@@ -95,6 +95,8 @@ class CurrentList : public QWidget {
   void rowChanged();
   // The first row in the details, altitude, counter and chart; an empty counter for no rows.
   void showFirstRow();
+  // The current row in the details, altitude, counter and chart; a cleared counter when empty.
+  void showCurrentRow();
   void placeControls();
   QMdiSubWindow* frame() const;
   int twipsOf(int pixels) const;
