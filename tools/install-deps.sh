@@ -11,6 +11,8 @@ PKGS="$PKGS locales"
 PKGS="$PKGS dpkg-dev file appstream desktop-file-utils x11-utils"
 # Printing: the PDF test turns pages into pictures; Arial is drawn with Liberation Sans.
 PKGS="$PKGS poppler-utils fonts-liberation2"
+# The sanitizer build and the fuzz harnesses (.ci/run): clang, libFuzzer and the symbolizer.
+PKGS="$PKGS clang libclang-rt-14-dev llvm"
 # The INDI route (INDI's client library, ERFA) and its tests (the INDI server and drivers).
 PKGS="$PKGS pkg-config libindi-dev liberfa-dev indi-bin"
 

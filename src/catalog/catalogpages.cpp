@@ -141,9 +141,9 @@ void EnsureUserList(AppState& state) {
   const QString target = state.userListPath();
   if (QFileInfo::exists(target)) return;
   const QString source = QDir(state.programFolder).filePath(QStringLiteral("TavorineUserList.tmp"));
-  if (!QFileInfo::exists(source)) throw AppError::of(ErrNo::FileNotFound);
+  if (!QFileInfo::exists(source)) throw AppError::ofFile(ErrNo::FileNotFound, source);
   QDir().mkpath(QFileInfo(target).absolutePath());
-  if (!QFile::copy(source, target)) throw AppError::of(ErrNo::PathFileAccess);
+  if (!QFile::copy(source, target)) throw AppError::ofFile(ErrNo::PathFileAccess, target);
   // The copy keeps the template's read-only mode when it is installed that way.
   QFile::setPermissions(target, QFile::permissions(target) | QFileDevice::WriteOwner |
                                     QFileDevice::ReadOwner);

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <QFileInfo>
 #include <QVarLengthArray>
 
 #include <charconv>
@@ -15,9 +16,43 @@
 
 namespace {
 
+// Why a file that should take a write does not, as far as the file system tells.
+QString whyNotWritten(const QString& file) {
+  const QFileInfo info(file);
+  if (!info.exists()) return QStringLiteral("the file is no longer there");
+  if (!QFileInfo(info.absolutePath()).isWritable()) return QStringLiteral("its folder cannot be written");
+  if (!info.isWritable()) return QStringLiteral("the file is read-only");
+  return QString();
+}
+
 AppError dbError(sqlite3* db) {
   const char* msg = db ? sqlite3_errmsg(db) : "out of memory";
-  return AppError(ErrNo::Database, QString::fromUtf8(msg));
+  QString text = QString::fromUtf8(msg);
+  // An error of the file rather than of the query names the file, and says why when it can.
+  const char* file = db ? sqlite3_db_filename(db, "main") : nullptr;
+  if (file && *file) {
+    const QString path = QString::fromUtf8(file);
+    switch (sqlite3_errcode(db)) {
+      case SQLITE_READONLY:
+      case SQLITE_CANTOPEN:
+      case SQLITE_IOERR:
+      case SQLITE_PERM: {
+        text += QStringLiteral(": ") + path;
+        const QString why = whyNotWritten(path);
+        if (!why.isEmpty()) text += QStringLiteral(" (") + why + QLatin1Char(')');
+        break;
+      }
+      case SQLITE_BUSY:
+      case SQLITE_LOCKED:
+      case SQLITE_NOTADB:
+      case SQLITE_CORRUPT:
+      case SQLITE_FULL:
+        text += QStringLiteral(": ") + path;
+        break;
+      default: break;
+    }
+  }
+  return AppError(ErrNo::Database, text);
 }
 
 // ---- the classic query functions -------------------------------------------------------
@@ -36,82 +71,6 @@ QString textOf(sqlite3_value* v) {
       return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_value_text(v)),
                                sqlite3_value_bytes(v));
   }
-}
-
-// Val over UTF-8 bytes without building strings: blanks, tabs and line feeds are skipped
-// anywhere, as the core Val does. Texts beginning with & go to the core Val.
-double fastVal(const unsigned char* s, int n, bool* needSlowPath) {
-  char buf[64];
-  int len = 0;
-  int i = 0;
-  auto skip = [&] {
-    while (i < n && (s[i] == ' ' || s[i] == '\t' || s[i] == '\n')) ++i;
-  };
-  skip();
-  if (i < n && s[i] == '&') {
-    *needSlowPath = true;
-    return 0;
-  }
-  bool negative = false;
-  if (i < n && (s[i] == '+' || s[i] == '-')) {
-    negative = s[i] == '-';
-    ++i;
-  }
-  bool digits = false;
-  auto takeDigits = [&] {
-    for (;;) {
-      skip();
-      if (i < n && s[i] >= '0' && s[i] <= '9') {
-        if (len < 40) buf[len++] = char(s[i]);
-        else if (std::memchr(buf, '.', len) == nullptr) {
-          *needSlowPath = true;  // a very long whole number: let the core do it
-          return;
-        }
-        ++i;
-        digits = true;
-      } else {
-        return;
-      }
-    }
-  };
-  takeDigits();
-  if (*needSlowPath) return 0;
-  skip();
-  if (i < n && s[i] == '.') {
-    buf[len++] = '.';
-    ++i;
-    takeDigits();
-    if (*needSlowPath) return 0;
-  }
-  if (!digits) return 0;
-  skip();
-  if (i < n && (s[i] == 'e' || s[i] == 'E' || s[i] == 'd' || s[i] == 'D')) {
-    int j = i + 1;
-    char ex[8];
-    int exLen = 0;
-    ex[exLen++] = 'e';
-    while (j < n && (s[j] == ' ' || s[j] == '\t' || s[j] == '\n')) ++j;
-    if (j < n && (s[j] == '+' || s[j] == '-')) ex[exLen++] = char(s[j++]);
-    bool expDigits = false;
-    for (;;) {
-      while (j < n && (s[j] == ' ' || s[j] == '\t' || s[j] == '\n')) ++j;
-      if (j < n && s[j] >= '0' && s[j] <= '9') {
-        if (exLen < 7) ex[exLen++] = char(s[j]);
-        ++j;
-        expDigits = true;
-      } else {
-        break;
-      }
-    }
-    if (expDigits) {
-      std::memcpy(buf + len, ex, exLen);
-      len += exLen;
-    }
-  }
-  double v = 0;
-  const auto res = std::from_chars(buf, buf + len, v);
-  if (res.ec != std::errc() || !std::isfinite(v)) return 0;
-  return negative ? -v : v;
 }
 
 // Val of several values read as one text, Null counting as empty: the translation of
@@ -135,10 +94,7 @@ void fnValJoined(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
     sqlite3_result_double(ctx, lastValue);
     return;
   }
-  const auto* bytes = reinterpret_cast<const unsigned char*>(joined.constData());
-  bool slow = false;
-  double r = fastVal(bytes, int(joined.size()), &slow);
-  if (slow) r = Val(QString::fromUtf8(joined.constData(), joined.size()));
+  const double r = ValUtf8(joined.constData(), joined.size());
   lastText = QByteArray(joined.constData(), joined.size());
   lastValue = r;
   sqlite3_result_double(ctx, r);
@@ -163,12 +119,9 @@ void fnVal(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
     default:
       break;
   }
-  const unsigned char* text = sqlite3_value_text(v);
-  const int n = sqlite3_value_bytes(v);
-  bool slow = false;
-  double r = fastVal(text, n, &slow);
-  if (slow) r = Val(QString::fromUtf8(reinterpret_cast<const char*>(text), n));
-  sqlite3_result_double(ctx, r);
+  // The program's own conversion, over the text's bytes as the engine holds them.
+  const char* text = reinterpret_cast<const char*>(sqlite3_value_text(v));
+  sqlite3_result_double(ctx, ValUtf8(text, sqlite3_value_bytes(v)));
 }
 
 void resultText(sqlite3_context* ctx, const QString& s) {
@@ -475,7 +428,7 @@ Database::Database(const QString& path, Mode mode) : path_(path), mode_(mode) {
   const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db_, flags, nullptr);
   if (rc != SQLITE_OK) {
     AppError e = dbError(db_);
-    if (db_) e.description += QStringLiteral(": ") + path;
+    if (db_ && !e.description.contains(path)) e.description += QStringLiteral(": ") + path;
     sqlite3_close(db_);
     db_ = nullptr;
     throw e;

@@ -35,7 +35,7 @@ FilterForm FilterFormFrom(const FilterSettings& f) {
   return form;
 }
 
-static float single(const QString& text) { return static_cast<float>(Val(text)); }
+static float single(const QString& text) { return CSng(Val(text)); }
 
 FilterSettings FilterFormToSettings(const FilterForm& form) {
   FilterSettings f;
@@ -144,9 +144,12 @@ bool FilterOk(AppState& state, const FilterForm& form) {
     state.prompter().message(QStringLiteral("Error"), FilterAltitudeMessage());
     return false;
   }
+  // The boxes are converted first: a number too big for the record refuses OK before anything
+  // changes, so that the pages never filter on a value Filter.ini cannot hold.
+  const FilterSettings settings = FilterFormToSettings(form);
   const std::array<QString, 8> clauses = FilterClauses(form);
   for (int i = 0; i < QuerySet::Count; ++i) state.Pages[i].Filter = clauses[i];
-  state.filter = FilterFormToSettings(form);
+  state.filter = settings;
   SaveFilterDefaults(state);
   state.FilterCancelled = false;
   return true;

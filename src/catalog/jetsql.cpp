@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include "core/apperror.h"
+
 namespace {
 
 enum class Tok { End, Word, Bracket, String, Number, Op, Other };
@@ -167,6 +169,11 @@ class Translator {
   Translator(QVector<Token> tokens, bool shareRepeatedTerms)
       : t_(std::move(tokens)), share_(shareRepeatedTerms) {}
 
+  // Each bracket, NOT or sign opens a level of the reader's own recursion. Deeper nesting than
+  // this is refused with a message rather than followed until the stack runs out; the
+  // program's own texts stay far below it (the altitude filter has about ten levels).
+  static constexpr int kMaxDepth = 200;
+
   // A run of clauses: expressions separated by clause words, commas and the like.
   QString sequence(bool untilCloseParen) {
     QString out;
@@ -225,7 +232,20 @@ class Translator {
                            [](const Token& t) { return t.is("and"); });
   }
 
+  // Counts a level while it lives; too many raise "Query is too complex.".
+  struct Level {
+    explicit Level(int& depth) : depth_(depth) {
+      if (++depth_ > kMaxDepth) {
+        --depth_;
+        throw AppError::of(ErrNo::QueryTooComplex);
+      }
+    }
+    ~Level() { --depth_; }
+    int& depth_;
+  };
+
   Expr notExpr() {
+    const Level level(depth_);
     if (cur().is("not")) {
       const Token o = cur();
       ++p_;
@@ -374,6 +394,7 @@ class Translator {
   }
 
   Expr unaryExpr() {
+    const Level level(depth_);
     if (cur().op("-") || cur().op("+")) {
       const Token o = cur();
       ++p_;
@@ -589,6 +610,7 @@ class Translator {
 
   QVector<Token> t_;
   int p_ = 0;
+  int depth_ = 0;
 
   // Sharing repeated terms (sharedCondition).
   struct Terms {

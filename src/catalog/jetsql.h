@@ -20,7 +20,9 @@
 // With shareRepeatedTerms, for a SELECT over one table (not a view), a WHERE condition that
 // repeats a bracketed term is worked out with that term computed once a row (see
 // sharedCondition in jetsql.cpp); it keeps exactly the rows the condition as written keeps.
-// Raises nothing: a text the engine cannot read fails when it is prepared.
+// A text nested deeper than the reader follows (some hundred brackets, NOTs or signs) raises
+// error 3360 "Query is too complex."; any other text the engine cannot read fails when it is
+// prepared.
 QString TranslateQuery(const QString& classicText, bool shareRepeatedTerms = false);
 
 // A Like pattern of the classic dialect for SQLite's LIKE ... ESCAPE '\': * and ? become % and

@@ -369,6 +369,18 @@ void Recordset::Edit() {
 
 void Recordset::Update() {
   if (mode_ == EditMode::None) return;
+  // A change the file did not take (read-only, locked, gone) is dropped once it has been
+  // reported: kept pending, every later move would try it again and fail again, and the row
+  // would go on showing a value that was never saved.
+  try {
+    writePending();
+  } catch (...) {
+    CancelUpdate();
+    throw;
+  }
+}
+
+void Recordset::writePending() {
   requireUpdatable();
   // The statement is known by its kind and the fields it writes.
   QByteArray shape(1, mode_ == EditMode::Edit ? 'U' : 'I');

@@ -66,7 +66,7 @@ class Recordset : public QObject {
   // ---- changes
   void AddNew();
   void Edit();
-  void Update();        // nothing to write is no error
+  void Update();        // nothing to write is no error; a write that fails drops the change
   void CancelUpdate();
   void Delete();        // the row becomes invalid until the next move
   void Requery();       // back on the first row
@@ -105,6 +105,7 @@ class Recordset : public QObject {
   void load();
   void find(const QString& criteria, FindFrom from);
   void flush();
+  void writePending();
   void requireCurrent() const;
   void requireUpdatable() const;
   void setPos(int pos);

@@ -10,12 +10,18 @@ static QString trimBlanks(const QString& text) {
   return text.mid(start, end - start);
 }
 
+// The typed text inside a quoted literal: a quote in it is written twice, so that "Bode's"
+// finds Bode's Galaxy and no typing can end the literal early.
+static QString literal(const QString& text) {
+  return QString(text).replace(QLatin1Char('\''), QStringLiteral("''"));
+}
+
 static QString numberCriteria(const QString& text) {
-  return QStringLiteral("trim(objectnum) = '") + text + QLatin1Char('\'');
+  return QStringLiteral("trim(objectnum) = '") + literal(text) + QLatin1Char('\'');
 }
 
 static QString nameCriteria(const QString& text) {
-  return QStringLiteral("name Like '*") + text + QStringLiteral("*'");
+  return QStringLiteral("name Like '*") + literal(text) + QStringLiteral("*'");
 }
 
 QString SearchCriteria(int querySet, SearchOption option, const QString& text) {
@@ -23,7 +29,7 @@ QString SearchCriteria(int querySet, SearchOption option, const QString& text) {
   if (querySet != QuerySet::DoubleStars) return numberCriteria(text);
   // "Exact Match": a whole designation of the comma-separated name. The first term compares
   // with "=", so its asterisk is a plain character; the two Like terms do the work.
-  const QString t = trimBlanks(text);
+  const QString t = literal(trimBlanks(text));
   return QStringLiteral("name = '*") + t + QStringLiteral("' OR name like '*") + t +
          QStringLiteral(",*' OR name like '*") + t + QLatin1Char('\'');
 }

@@ -6,7 +6,7 @@
 enum class SearchOption { Number, Name };
 
 // The criteria text of a catalog page's search, by query set number. The text is placed as
-// typed, unescaped: a quote in it breaks the criteria, and the database error is the answer.
+// typed, its quotes written twice, so that it always stands as one literal of the criteria.
 QString SearchCriteria(int querySet, SearchOption option, const QString& text);
 
 // The grid column made current after a find.

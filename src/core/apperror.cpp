@@ -16,9 +16,16 @@ QString AppError::describe(int number) {
     case ErrNo::PrinterError: return QStringLiteral("Problem getting printer information from the system");
     case ErrNo::DialogCancelled: return QStringLiteral("Cancel was selected.");
     case ErrNo::NoCurrentRecord: return QStringLiteral("No current record.");
+    case ErrNo::QueryTooComplex: return QStringLiteral("Query is too complex.");
     case ErrNo::PortOpen: return QStringLiteral("Invalid port number");
     case ErrNo::PortNotOpen: return QStringLiteral("Operation valid only when the port is open");
     case ErrNo::PortWrite: return QStringLiteral("Write to the port failed");
     default: return QStringLiteral("Application-defined or object-defined error");
   }
+}
+
+AppError AppError::ofFile(int number, const QString& path, const QString& why) {
+  QString d = describe(number) + QStringLiteral(": ") + path;
+  if (!why.isEmpty()) d += QStringLiteral(" (") + why + QLatin1Char(')');
+  return AppError(number, d);
 }

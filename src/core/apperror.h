@@ -23,6 +23,7 @@ constexpr int DialogCancelled = 32755;// a file dialog was cancelled
 // Our own.
 constexpr int Database = 3000;        // an SQLite error; the description carries its text
 constexpr int NoCurrentRecord = 3021; // "No current record."
+constexpr int QueryTooComplex = 3360; // "Query is too complex."
 constexpr int PortOpen = 8002;        // the serial port could not be opened
 constexpr int PortNotOpen = 8018;     // a write to a port that is not open
 constexpr int PortWrite = 8020;       // a write to the port failed or timed out
@@ -48,4 +49,6 @@ struct AppError : std::exception {
   // The classic description of a classic number.
   static QString describe(int number);
   static AppError of(int number) { return AppError(number, describe(number)); }
+  // The same for a file: "description: path", and the reason in brackets when there is one.
+  static AppError ofFile(int number, const QString& path, const QString& why = QString());
 };

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <string>
 
 #include "core/apperror.h"
 
@@ -53,10 +54,6 @@ QString formatGeneral(double value, int digits, int layout = 0) {
   return negative ? QLatin1Char('-') + out : out;
 }
 
-bool isStripped(QChar c) {
-  return c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\n');
-}
-
 std::optional<double> parseStrict(const QString& text) {
   static const QRegularExpression re(
       QStringLiteral("^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eEdD][+-]?\\d+)?$"));
@@ -72,23 +69,40 @@ std::optional<double> parseStrict(const QString& text) {
 
 }  // namespace
 
-double Val(const QString& text) {
-  QString s;
-  s.reserve(text.size());
-  for (QChar c : text)
-    if (!isStripped(c)) s += c;
+namespace {
 
-  if (s.size() >= 2 && s[0] == QLatin1Char('&')) {
-    const QChar kind = s[1].toUpper();
-    const int base = kind == QLatin1Char('H') ? 16 : kind == QLatin1Char('O') ? 8 : 0;
+// Val looks only at ASCII characters, so it reads UTF-16 units and UTF-8 bytes alike: a
+// character beyond ASCII is never a digit, a sign or a blank in either form.
+unsigned unitOf(QChar c) { return c.unicode(); }
+unsigned unitOf(char c) { return static_cast<unsigned char>(c); }
+
+template <typename Unit>
+double leadingNumber(const Unit* text, qsizetype size) {
+  constexpr unsigned kEnd = ~0u;
+  qsizetype i = 0;
+  // The next character that counts: blanks, tabs and line feeds are passed over anywhere.
+  const auto peek = [&]() -> unsigned {
+    for (; i < size; ++i) {
+      const unsigned c = unitOf(text[i]);
+      if (c != ' ' && c != '\t' && c != '\n') return c;
+    }
+    return kEnd;
+  };
+  const auto isDigit = [](unsigned c) { return c >= '0' && c <= '9'; };
+  const auto upper = [](unsigned c) { return c >= 'a' && c <= 'z' ? c - 32 : c; };
+
+  if (peek() == '&') {
+    ++i;
+    const unsigned kind = upper(peek());
+    if (kind == kEnd) return 0;
+    const int base = kind == 'H' ? 16 : kind == 'O' ? 8 : 0;
     if (base == 0) return 0;
+    ++i;
     quint64 v = 0;
     int n = 0;
-    for (int i = 2; i < s.size() && n < 11; ++i, ++n) {
-      const QChar c = s[i].toUpper();
-      int d = -1;
-      if (c >= QLatin1Char('0') && c <= QLatin1Char('9')) d = c.unicode() - '0';
-      else if (c >= QLatin1Char('A') && c <= QLatin1Char('F')) d = c.unicode() - 'A' + 10;
+    for (; n < 11; ++n, ++i) {
+      const unsigned c = upper(peek());
+      const int d = isDigit(c) ? int(c - '0') : c >= 'A' && c <= 'F' ? int(c - 'A' + 10) : -1;
       if (d < 0 || d >= base) break;
       v = v * base + d;
     }
@@ -97,48 +111,44 @@ double Val(const QString& text) {
     return static_cast<qint32>(static_cast<quint32>(v));
   }
 
-  QByteArray num;
-  int i = 0;
-  if (i < s.size() && (s[i] == QLatin1Char('+') || s[i] == QLatin1Char('-'))) {
-    if (s[i] == QLatin1Char('-')) num += '-';
+  std::string num;
+  unsigned c = peek();
+  if (c == '+' || c == '-') {
+    if (c == '-') num += '-';
     ++i;
   }
   bool digits = false;
-  while (i < s.size() && s[i].isDigit() && s[i].unicode() < 128) {
-    num += char(s[i].unicode());
-    ++i;
-    digits = true;
-  }
-  if (i < s.size() && s[i] == QLatin1Char('.')) {
+  for (; isDigit(c = peek()); ++i, digits = true) num += char(c);
+  if (c == '.') {
     num += '.';
     ++i;
-    while (i < s.size() && s[i].isDigit() && s[i].unicode() < 128) {
-      num += char(s[i].unicode());
-      ++i;
-      digits = true;
-    }
+    for (; isDigit(c = peek()); ++i, digits = true) num += char(c);
   }
   if (!digits) return 0;
-  if (i < s.size() && QStringLiteral("eEdD").contains(s[i])) {
-    int j = i + 1;
-    QByteArray ex = "e";
-    if (j < s.size() && (s[j] == QLatin1Char('+') || s[j] == QLatin1Char('-'))) {
-      ex += char(s[j].unicode());
-      ++j;
+  if (upper(c) == 'E' || upper(c) == 'D') {
+    ++i;
+    std::string exponent = "e";
+    c = peek();
+    if (c == '+' || c == '-') {
+      exponent += char(c);
+      ++i;
     }
-    bool expDigits = false;
-    while (j < s.size() && s[j].isDigit() && s[j].unicode() < 128) {
-      ex += char(s[j].unicode());
-      ++j;
-      expDigits = true;
-    }
-    if (expDigits) num += ex;
+    bool exponentDigits = false;
+    for (; isDigit(c = peek()); ++i, exponentDigits = true) exponent += char(c);
+    if (exponentDigits) num += exponent;
   }
-  if (num.endsWith('.')) num.chop(1);
-  bool ok = false;
-  const double v = num.toDouble(&ok);
-  return ok && std::isfinite(v) ? v : 0.0;
+  // Every digit counts, and so does the whole exponent; a number beyond the range of a double
+  // (or too small for it) gives 0.
+  double v = 0;
+  const auto r = std::from_chars(num.data(), num.data() + num.size(), v);
+  return r.ec == std::errc() && std::isfinite(v) ? v : 0.0;
 }
+
+}  // namespace
+
+double Val(const QString& text) { return leadingNumber(text.constData(), text.size()); }
+
+double ValUtf8(const char* text, qsizetype size) { return leadingNumber(text, size); }
 
 bool IsNumeric(const QString& text) { return parseStrict(text).has_value(); }
 
@@ -185,6 +195,13 @@ qint16 CInt(const QString& text) {
   const std::optional<double> v = parseStrict(text);
   if (!v) throw AppError::of(ErrNo::TypeMismatch);
   return CInt(*v);
+}
+
+float CSng(double value) {
+  // Up to half a unit in the last place beyond the largest single still rounds to it.
+  constexpr double kBeyond = 3.4028235677973366e38;  // 2^128 - 2^103
+  if (!std::isfinite(value) || std::fabs(value) >= kBeyond) throw AppError::of(ErrNo::Overflow);
+  return static_cast<float>(value);
 }
 
 qint32 CLng(double value) {

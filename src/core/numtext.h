@@ -12,6 +12,9 @@
 // The leading number of a text, 0 for anything else, never an error. Blanks, tabs and line
 // feeds anywhere in the text are skipped; "&H" and "&O" introduce hexadecimal and octal.
 double Val(const QString& text);
+// The same over the UTF-8 bytes of a text: the query language's val(), one conversion with the
+// program's.
+double ValUtf8(const char* text, qsizetype size);
 
 // True when the whole text (blanks around it aside) reads as a number.
 bool IsNumeric(const QString& text);
@@ -41,6 +44,8 @@ double Fix(double value);
 qint16 CInt(const QString& text);
 qint16 CInt(double value);
 qint32 CLng(double value);
+// Strict conversion to single precision: a value too big for it raises error 6.
+float CSng(double value);
 
 // Format masks made of zeros with an optional decimal part: "00" gives 5 as "05", "00.0"
 // gives 5.25 as "05.3" (halves away from zero, as the classic Format does).

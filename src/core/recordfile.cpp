@@ -5,7 +5,7 @@
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QStringDecoder>
-#include <cmath>
+#include <optional>
 
 #include "core/apperror.h"
 #include "core/numtext.h"
@@ -18,7 +18,8 @@ void RecordWriter::separate() {
 RecordWriter& RecordWriter::text(const QString& value) {
   separate();
   data_ += '"';
-  data_ += EncodeRecordText(value);
+  // A quote in a text is written twice, so that a list named my"list.tlf comes back whole.
+  data_ += EncodeRecordText(value).replace('"', "\"\"");
   data_ += '"';
   return *this;
 }
@@ -47,22 +48,31 @@ RecordWriter& RecordWriter::endRecord() {
   return *this;
 }
 
+namespace {
+// The UTF-8 reading of bytes, when they are UTF-8; a leading byte order mark is a character
+// of the text like any other.
+std::optional<QString> fromUtf8(const QByteArray& bytes) {
+  QStringDecoder utf8(QStringDecoder::Utf8,
+                      QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+  QString decoded = utf8.decode(bytes);
+  if (utf8.hasError()) return std::nullopt;
+  return decoded;
+}
+}  // namespace
+
 // A folder or a list title may hold letters the single-byte code page lacks (a Linux path is
-// UTF-8); such a text is kept in UTF-8 rather than turned into question marks.
+// UTF-8); such a text is kept in UTF-8 rather than turned into question marks. So is a text
+// whose single-byte form would read as UTF-8, so that every text reads back as it was written.
 QByteArray EncodeRecordText(const QString& text) {
   for (QChar c : text)
     if (c.unicode() > 0xFF) return text.toUtf8();
-  return text.toLatin1();
+  const QByteArray latin1 = text.toLatin1();
+  return fromUtf8(latin1) ? text.toUtf8() : latin1;
 }
 
 QString DecodeRecordText(const QByteArray& bytes) {
-  bool ascii = true;
-  for (char c : bytes)
-    if (static_cast<unsigned char>(c) > 0x7F) ascii = false;
-  if (ascii) return QString::fromLatin1(bytes);
-  QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-  const QString decoded = utf8.decode(bytes);
-  return utf8.hasError() ? QString::fromLatin1(bytes) : decoded;
+  if (std::optional<QString> decoded = fromUtf8(bytes)) return *decoded;
+  return QString::fromLatin1(bytes);
 }
 
 namespace {
@@ -86,7 +96,13 @@ QByteArray RecordReader::field(bool* quoted) {
   *quoted = data_[pos_] == '"';
   if (*quoted) {
     ++pos_;
-    while (pos_ < data_.size() && data_[pos_] != '"') out += data_[pos_++];
+    for (; pos_ < data_.size(); ++pos_) {
+      if (data_[pos_] == '"') {
+        if (pos_ + 1 < data_.size() && data_[pos_ + 1] == '"') ++pos_;  // a quote written twice
+        else break;
+      }
+      out += data_[pos_];
+    }
     if (pos_ < data_.size()) ++pos_;  // the closing quote
     // Anything up to the separator is dropped.
     while (pos_ < data_.size() && data_[pos_] != ',' && !isLineEnd(data_[pos_])) ++pos_;
@@ -124,11 +140,7 @@ double RecordReader::number() {
 qint16 RecordReader::int16() { return CInt(number()); }
 qint32 RecordReader::int32() { return CLng(number()); }
 
-float RecordReader::single() {
-  const double v = number();
-  if (std::fabs(v) > 3.402823e38) throw AppError::of(ErrNo::Overflow);
-  return static_cast<float>(v);
-}
+float RecordReader::single() { return CSng(number()); }
 
 bool RecordReader::boolean() {
   bool quoted = false;
@@ -145,15 +157,22 @@ bool RecordReader::boolean() {
 QByteArray ReadWholeFile(const QString& path) {
   QFile f(path);
   if (!f.open(QIODevice::ReadOnly)) {
-    if (!QFileInfo::exists(path)) throw AppError::of(ErrNo::FileNotFound);
-    throw AppError::of(ErrNo::PathFileAccess);
+    if (!QFileInfo::exists(path)) throw AppError::ofFile(ErrNo::FileNotFound, path);
+    throw AppError::ofFile(ErrNo::PathFileAccess, path, f.errorString());
   }
   return f.readAll();
 }
 
 void WriteWholeFile(const QString& path, const QByteArray& bytes) {
-  QDir().mkpath(QFileInfo(path).absolutePath());
+  const QString folder = QFileInfo(path).absolutePath();
+  if (!QDir().mkpath(folder))
+    throw AppError::ofFile(ErrNo::PathFileAccess, path,
+                           QStringLiteral("the folder %1 cannot be made").arg(folder));
   QSaveFile f(path);
-  if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size() || !f.commit())
-    throw AppError::of(ErrNo::PathFileAccess);
+  if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size() || !f.commit()) {
+    const QFileInfo info(folder);
+    throw AppError::ofFile(ErrNo::PathFileAccess, path,
+                           info.isWritable() ? f.errorString()
+                                             : QStringLiteral("the folder %1 cannot be written").arg(folder));
+  }
 }

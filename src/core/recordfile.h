@@ -4,9 +4,9 @@
 #include <QString>
 
 // The delimited record format of the settings, filter and recent-file files: one record a
-// line ended by CR LF, fields separated by a comma, texts in double quotes (nothing escaped),
-// integers in decimal, floats in their shortest form with a point, booleans #TRUE#/#FALSE#.
-// Files are in the single-byte code page (Latin-1).
+// line ended by CR LF, fields separated by a comma, texts in double quotes (a quote inside
+// written twice), integers in decimal, floats in their shortest form with a point, booleans
+// #TRUE#/#FALSE#. Files are in the single-byte code page (Latin-1).
 class RecordWriter {
  public:
   RecordWriter& text(const QString& value);
@@ -44,8 +44,9 @@ class RecordReader {
   int pos_ = 0;
 };
 
-// Texts are written in the single-byte code page (Latin-1) when it holds them, otherwise in
-// UTF-8; a reader takes a text that is valid UTF-8 as such and any other as Latin-1.
+// Texts are written in the single-byte code page (Latin-1) when it holds them and that form is
+// not also UTF-8, otherwise in UTF-8; a reader takes a text that is valid UTF-8 as such and
+// any other as Latin-1. Every text reads back as it was written.
 QByteArray EncodeRecordText(const QString& text);
 QString DecodeRecordText(const QByteArray& bytes);
 

@@ -136,7 +136,12 @@ FieldReaders FilterFieldReaders(FilterSettings& f) {
 void ReadFilterFile(const QString& path, FilterSettings& f) {
   RecordReader reader(ReadWholeFile(path));
   FilterSettings read = f;
-  for (auto& step : FilterFieldReaders(read)) step(reader);
+  try {
+    for (auto& step : FilterFieldReaders(read)) step(reader);
+  } catch (AppError& e) {
+    e.description += QStringLiteral(": ") + path;
+    throw;
+  }
   f = read;
 }
 
@@ -171,20 +176,25 @@ void trapped(AppState& state, const std::function<void()>& step) {
 }
 
 // Reads the fields of one record; once the file has run out the remaining fields are not
-// tried again, so they keep what they held.
-void readFields(AppState& state, RecordReader& reader, const FieldReaders& steps) {
-  bool pastEnd = false;
+// tried again, so they keep what they held. A field that does not convert names its file.
+// Returns whether every field was read.
+bool readFields(AppState& state, RecordReader& reader, const FieldReaders& steps,
+                const QString& path) {
+  bool pastEnd = false, clean = true;
   for (const auto& step : steps) {
     if (pastEnd) break;
     trapped(state, [&] {
       try {
         step(reader);
-      } catch (const AppError& e) {
+      } catch (AppError& e) {
+        clean = false;
         if (e.number == ErrNo::InputPastEnd) pastEnd = true;
+        else e.description += QStringLiteral(": ") + path;
         throw;
       }
     });
   }
+  return clean;
 }
 
 }  // namespace
@@ -193,7 +203,7 @@ void LoadStartupState(AppState& state) {
   // 1. The default data folder.
   trapped(state, [&] {
     if (!QFileInfo::exists(state.defaultDataDir) && !QDir().mkpath(state.defaultDataDir))
-      throw AppError::of(ErrNo::PathNotFound);
+      throw AppError::ofFile(ErrNo::PathNotFound, state.defaultDataDir);
   });
   // 2. Run-time variables.
   state.RedScreenOn = false;
@@ -219,7 +229,7 @@ void LoadStartupState(AppState& state) {
     QByteArray bytes;
     trapped(state, [&] { bytes = ReadWholeFile(state.settingsPath()); });
     RecordReader reader(bytes);
-    readFields(state, reader, SettingsFieldReaders(state.settings));
+    readFields(state, reader, SettingsFieldReaders(state.settings), state.settingsPath());
   }
 
   // Our own file beside it, for the INDI route.
@@ -231,9 +241,16 @@ void LoadStartupState(AppState& state) {
     trapped(state, [&] { SaveFilterDefaults(state); });
   } else {
     QByteArray bytes;
-    trapped(state, [&] { bytes = ReadWholeFile(state.filterPath()); });
+    bool opened = false;
+    trapped(state, [&] {
+      bytes = ReadWholeFile(state.filterPath());
+      opened = true;
+    });
     RecordReader reader(bytes);
-    readFields(state, reader, FilterFieldReaders(state.filter));
+    // A file that did not read whole is written again from what is in force, so that the
+    // next start is quiet.
+    if (!readFields(state, reader, FilterFieldReaders(state.filter), state.filterPath()) && opened)
+      trapped(state, [&] { SaveFilterDefaults(state); });
   }
 
   // 7. TVRNMRU.dat: up to five rows.
@@ -248,7 +265,8 @@ void LoadStartupState(AppState& state) {
       FileEntry& row = state.MRUFiles[i];
       readFields(state, reader,
                  {[&](RecordReader& r) { row.title = r.text(); },
-                  [&](RecordReader& r) { row.path = r.text(); }});
+                  [&](RecordReader& r) { row.path = r.text(); }},
+                 state.recentFilesPath());
       state.MRUSeparatorShown = true;
       state.MRUShown[i] = true;
     }

@@ -380,10 +380,10 @@ void Setup::onOk() {
 }
 
 void Setup::onCancel() {
-  RunGuarded(state_.prompter(), [this] {
-    SetupCancel(state_);
-    QDialog::reject();
-  });
+  // A settings file that cannot be written is reported, but Cancel still closes: otherwise a
+  // first run on a folder that cannot be written could never leave Setup.
+  RunGuarded(state_.prompter(), [this] { SetupCancel(state_); });
+  QDialog::reject();
 }
 
 void Setup::reject() { onCancel(); }

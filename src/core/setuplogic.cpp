@@ -122,7 +122,7 @@ bool SetupOk(AppState& state, SetupFields& fields) {
   s.LatDeg = CInt(fields.latDeg);
   s.LatMin = CInt(fields.latMin);
   // 5. The time zone: a checked box clears the typed offset.
-  s.MyTimeZone = fields.useWindowsTimeZone ? 0.0f : static_cast<float>(Val(fields.myTimeZone));
+  s.MyTimeZone = fields.useWindowsTimeZone ? 0.0f : CSng(Val(fields.myTimeZone));
   // 6. The altitude limits.
   if (fields.useAltLimit) {
     s.MinAlt = CInt(Val(fields.minAlt));

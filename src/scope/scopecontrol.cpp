@@ -132,10 +132,13 @@ bool ScopeGoto(AppState& state, ScopeLink& link, double raHours, double raMinute
     step([&] { writes = EncodeGoto(family, raHours, raMinutes, decSign, decDegrees, decMinutes); });
 
     for (const ScopeWrite& w : writes) {
-      if (!route.serial && IsHexTextFamily(family))
-        ProxySend(state, link, QString::fromLatin1(w.bytes));  // its answer is not needed
-      else
+      if (!route.serial && IsHexTextFamily(family)) {
+        // Its answer is not needed, but a relay that did not answer has been reported: the
+        // slew failed.
+        if (ProxySend(state, link, QString::fromLatin1(w.bytes)).isEmpty()) ok = false;
+      } else {
         step([&] { port->write(w.bytes); });
+      }
       if (w.waitAfterMs > 0) link.waitMs(w.waitAfterMs);
     }
 

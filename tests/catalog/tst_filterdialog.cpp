@@ -183,7 +183,8 @@ class TestFilterDialog : public QObject {
     chooser.answer = env.path(QStringLiteral("lists/bad.flt"));
     click(&dialog, "cmdOpen");
     QCOMPARE(env.prompter.entries.size(), 1);
-    QVERIFY(env.prompter.entries[0].text.endsWith(QStringLiteral(" - 62")));
+    QCOMPARE(env.prompter.entries[0].text,
+             QStringLiteral("Input past end of file: %1 - 62").arg(chooser.answer));
     QCOMPARE(field(&dialog, "txtMinAltFilter")->text(), QStringLiteral("35"));
     QCOMPARE(field(&dialog, "txtGalMax")->text(), QStringLiteral("1.5"));
 

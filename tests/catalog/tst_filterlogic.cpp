@@ -3,6 +3,7 @@
 #include "catalog/filterlogic.h"
 #include "catalog/queryset.h"
 #include "core/apperror.h"
+#include "core/numtext.h"
 #include "core/settings.h"
 #include "support/testenv.h"
 
@@ -19,6 +20,8 @@ class TestFilterLogic : public QObject {
   void formShowsPlainValues();
   void okAltitudeRange_data();
   void okAltitudeRange();
+  void okNumbersAtTheEdges_data();
+  void okNumbersAtTheEdges();
   void okStoresEverything();
   void saveAsRecordIsWhatOkWrites();
 };
@@ -188,6 +191,43 @@ void TestFilterLogic::okAltitudeRange() {
     for (const PageQuery& p : state.Pages) QVERIFY(p.Filter.isEmpty());
     QVERIFY(!QFileInfo::exists(state.filterPath()));
   }
+}
+
+// A number too big for the record refuses OK with nothing changed; one that fits reads back
+// from Filter.ini as the value in force.
+void TestFilterLogic::okNumbersAtTheEdges_data() {
+  QTest::addColumn<QString>("text");
+  QTest::addColumn<bool>("closes");
+  QTest::newRow("beyond a single") << "1e39" << false;
+  QTest::newRow("rounds to the largest single") << "3.4028235e38" << true;
+  QTest::newRow("just under it, negative") << "-3.4028234e38" << true;
+}
+
+void TestFilterLogic::okNumbersAtTheEdges() {
+  QFETCH(QString, text);
+  QFETCH(bool, closes);
+  TestEnv env;
+  AppState& state = *env.state;
+  FilterForm form = FilterFormFrom(state.filter);
+  form.txtGalMax = text;
+  int error = 0;
+  bool closed = false;
+  try {
+    closed = FilterOk(state, form);
+  } catch (const AppError& e) {
+    error = e.number;
+  }
+  QCOMPARE(closed, closes);
+  if (!closes) {
+    QCOMPARE(error, int(ErrNo::Overflow));
+    for (const PageQuery& p : state.Pages) QVERIFY(p.Filter.isEmpty());
+    QVERIFY(!QFileInfo::exists(state.filterPath()));
+    return;
+  }
+  FilterSettings back;
+  ReadFilterFile(state.filterPath(), back);
+  QCOMPARE(FilterRecord(back), FilterRecord(state.filter));
+  QCOMPARE(back.FltGalMax, CSng(Val(text)));
 }
 
 void TestFilterLogic::okStoresEverything() {

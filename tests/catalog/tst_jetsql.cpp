@@ -105,6 +105,7 @@ class TestJetSql : public QObject {
     QTest::newRow("atn") << "Atn(1) * 4" << QVariant(M_PI);
     QTest::newRow("sqr") << "Sqr(2.25)" << QVariant(1.5);
     QTest::newRow("sin cos") << "Sin(0.5) * Sin(0.5) + Cos(0.5) * Cos(0.5)" << QVariant(1.0);
+    QTest::newRow("ninety brackets") << QString(90, '(') + "1" + QString(90, ')') << QVariant(1);
   }
   void functions() {
     QFETCH(QString, expr);
@@ -118,18 +119,27 @@ class TestJetSql : public QObject {
 
   void failingFunctions_data() {
     QTest::addColumn<QString>("expr");
-    QTest::newRow("sqr negative") << "Sqr(-1)";
-    QTest::newRow("mid start 0") << "Mid('abc', 0)";
-    QTest::newRow("mid negative length") << "Mid('abc', 1, -1)";
-    QTest::newRow("no such column") << "Nonsense + 1";
+    QTest::addColumn<int>("error");
+    QTest::newRow("sqr negative") << "Sqr(-1)" << ErrNo::Database;
+    QTest::newRow("mid start 0") << "Mid('abc', 0)" << ErrNo::Database;
+    QTest::newRow("mid negative length") << "Mid('abc', 1, -1)" << ErrNo::Database;
+    QTest::newRow("no such column") << "Nonsense + 1" << ErrNo::Database;
+    // Nesting beyond what the reader follows is refused, however deep.
+    const auto deep = [](const QString& open, int n) { return open.repeated(n) + "1"; };
+    QTest::newRow("3000 brackets") << "'x' or " + deep("(", 3000) << ErrNo::QueryTooComplex;
+    QTest::newRow("3000 NOTs") << deep("not ", 3000) << ErrNo::QueryTooComplex;
+    QTest::newRow("3000 signs") << deep("-", 3000) << ErrNo::QueryTooComplex;
+    QTest::newRow("3000 powers") << deep("2^", 3000) << ErrNo::QueryTooComplex;
+    QTest::newRow("3000 calls") << deep("Val(", 3000) << ErrNo::QueryTooComplex;
   }
   void failingFunctions() {
     QFETCH(QString, expr);
+    QFETCH(int, error);
     try {
       scalar(expr);
       QFAIL("no error");
     } catch (const AppError& e) {
-      QCOMPARE(e.number, ErrNo::Database);
+      QCOMPARE(e.number, error);
       QVERIFY(!e.description.isEmpty());
     }
   }

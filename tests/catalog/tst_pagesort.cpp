@@ -34,8 +34,10 @@ void TestPageSort::criteria_data() {
                                    << "trim(objectnum) = ' 7000 '";
   QTest::newRow("name substring") << QuerySet::Messier << name << "andr"
                                   << "name Like '*andr*'";
-  QTest::newRow("user name") << QuerySet::User << name << "Cat's"
-                             << "name Like '*Cat's*'";
+  QTest::newRow("a quote stays in its literal") << QuerySet::User << name << "x' or (((("
+                                               << "name Like '*x'' or ((((*'";
+  QTest::newRow("a quote in a number") << QuerySet::Messier << num << "3'1"
+                                       << "trim(objectnum) = '3''1'";
   QTest::newRow("double exact")
       << QuerySet::DoubleStars << num << "STF 12"
       << "name = '*STF 12' OR name like '*STF 12,*' OR name like '*STF 12'";
@@ -44,6 +46,9 @@ void TestPageSort::criteria_data() {
       << "name = '*STF 12' OR name like '*STF 12,*' OR name like '*STF 12'";
   QTest::newRow("double close") << QuerySet::DoubleStars << name << " STF 12"
                                 << "name Like '* STF 12*'";
+  QTest::newRow("double exact, a quote") << QuerySet::DoubleStars << num << "Abt's Star"
+                                         << "name = '*Abt''s Star' OR name like '*Abt''s Star,*' OR "
+                                            "name like '*Abt''s Star'";
 }
 
 void TestPageSort::criteria() {

@@ -162,6 +162,9 @@ class TestShippedCatalog : public QObject {
     m.FindFirst(SearchCriteria(4, SearchOption::Name, QStringLiteral("andr")));
     QVERIFY(!m.NoMatch());
     QVERIFY(m.text(QStringLiteral("Name")).contains(QStringLiteral("andr"), Qt::CaseInsensitive));
+    m.FindFirst(SearchCriteria(4, SearchOption::Name, QStringLiteral("bode's")));
+    QVERIFY(!m.NoMatch());
+    QVERIFY(m.text(QStringLiteral("Name")).contains(QStringLiteral("Bode's Galaxy")));
 
     Recordset d(db_, source(1, QStringLiteral("WHERE True"), QStringLiteral("ORDER BY ObjectNum")));
     d.FindFirst(SearchCriteria(1, SearchOption::Number, QStringLiteral("STF 12")));

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "catalog/database.h"
 #include "core/apperror.h"
 #include "core/numtext.h"
 #include "support/commalocale.h"
@@ -50,12 +51,22 @@ void TestNumText::val_data() {
   QTest::newRow("hex 16-bit wraps") << "&HFFFF" << -1.0;
   QTest::newRow("octal") << "&O17" << 15.0;
   QTest::newRow("tab and line feed skipped") << "\t4\n2" << 42.0;
+  QTest::newRow("every exponent digit") << "1e0000001" << 10.0;
+  QTest::newRow("every digit") << "0.000000000000000000000000000000000000000000001" << 1e-45;
+  QTest::newRow("50 digits") << QString(50, QLatin1Char('9')) << 1e50;
+  QTest::newRow("beyond a double") << "1e400" << 0.0;
 }
 
 void TestNumText::val() {
   QFETCH(QString, text);
   QFETCH(double, value);
   QCOMPARE(Val(text), value);
+  // The query language's val() is the same conversion.
+  static const auto db = Database::open(QStringLiteral(":memory:"), Database::Mode::ReadWrite);
+  Statement st = db->prepare(QStringLiteral("SELECT val(?1)"));
+  st.bind(1, text);
+  QVERIFY(st.step());
+  QCOMPARE(st.doubleValue(0), value);
 }
 
 void TestNumText::plainAndPrinted_data() {

@@ -23,6 +23,8 @@ class TestSettings : public QObject {
   void shortFilterFileRepairsSettings();
   void emptySettingsFileKeepsTheDefaultFolder();
   void badFieldIsShownAndStartGoesOn();
+  void badFilterFileIsRepaired_data();
+  void badFilterFileIsRepaired();
   void recentFiles_data();
   void recentFiles();
   void recentFileWriter();
@@ -99,6 +101,12 @@ void TestSettings::textFieldEncoding_data() {
                            << QByteArray("/home/ren\xE9" "e/Donn\xE9" "es/");
   QTest::newRow("beyond latin-1") << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/")
                                   << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/").toUtf8();
+  QTest::newRow("a quote") << QStringLiteral("/l/my\"list.tlf") << QByteArray("/l/my\"\"list.tlf");
+  QTest::newRow("leading byte order mark") << QStringLiteral("\uFEFFTonight")
+                                           << QByteArray("\xEF\xBB\xBFTonight");
+  // Its single-byte form would read as UTF-8 (as "Caf\u00E9"), so it goes in UTF-8.
+  QTest::newRow("single-byte form is UTF-8") << QStringLiteral("Caf\u00C3\u00A9")
+                                             << QByteArray("Caf\xC3\x83\xC2\xA9");
 }
 
 void TestSettings::textFieldEncoding() {
@@ -220,12 +228,39 @@ void TestSettings::badFieldIsShownAndStartGoesOn() {
   env.writeFile("config/TavorineList.ini",
                 "\"GPS\",\"3\",\"/tmp/\",0,#TRUE#,0,\"W\",abc,30,\"N\",45,0,15,85,#FALSE#,255\r\n");
   LoadStartupState(*env.state);
-  QCOMPARE(env.prompter.texts(), QStringList{QStringLiteral("Type mismatch - 13")});
+  QCOMPARE(env.prompter.texts(),
+           QStringList{QStringLiteral("Type mismatch: %1 - 13").arg(env.state->settingsPath())});
   QCOMPARE(env.state->settings.ScopeType, QStringLiteral("GPS"));
   QCOMPARE(env.state->settings.LongDeg, qint16(127));  // the bad field kept its value
   QCOMPARE(env.state->settings.LongMin, qint16(30));
   QCOMPARE(env.state->settings.MaxAlt, qint16(85));
   QCOMPARE(env.state->settings.ObjectColor, 255);
+}
+
+// The boxes come once: the file is written again from the filter in force, and the next start
+// is quiet.
+void TestSettings::badFilterFileIsRepaired_data() {
+  QTest::addColumn<QByteArray>("file");
+  QTest::addColumn<int>("boxes");
+  QTest::newRow("too short") << QByteArray("#FALSE#,30,#TRUE#,1\r\n") << 0;
+  QTest::newRow("garbage") << QByteArray("abc,#TRUE#,xyz\r\n") << 2;
+  QTest::newRow("one bad field") << QByteArray(FilterRecord(FilterSettings{})).replace("30", "3O") << 1;
+}
+
+void TestSettings::badFilterFileIsRepaired() {
+  QFETCH(QByteArray, file);
+  QFETCH(int, boxes);
+  TestEnv env;
+  env.writeFile("config/Filter.ini", file);
+  LoadStartupState(*env.state);
+  QCOMPARE(env.prompter.texts().size(), boxes);
+  for (const QString& text : env.prompter.texts()) QVERIFY(text.contains(env.state->filterPath()));
+  QCOMPARE(env.readFile("config/Filter.ini"), FilterRecord(env.state->filter));
+  const FilterSettings first = env.state->filter;
+  env.prompter.clear();
+  LoadStartupState(*env.state);
+  QCOMPARE(env.prompter.texts(), QStringList());
+  QCOMPARE(FilterRecord(env.state->filter), FilterRecord(first));
 }
 
 void TestSettings::recentFiles_data() {

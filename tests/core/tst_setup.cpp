@@ -42,6 +42,7 @@ class TestSetup : public QObject {
   void dialogPortRoutes();
   void dialogColorAndBrowse();
   void dialogEscapeIsCancel();
+  void dialogUnwritableConfigFolder();
 };
 
 namespace {
@@ -539,6 +540,25 @@ void TestSetup::dialogEscapeIsCancel() {
   QTest::keyClick(&dlg, Qt::Key_Escape);
   QVERIFY(!dlg.isVisible());
   QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")).count(','), 14);
+}
+
+// A first run whose settings folder cannot be made: OK and Cancel say which file and why; OK
+// stays open, Cancel closes.
+void TestSetup::dialogUnwritableConfigFolder() {
+  TestEnv env;
+  env.writeFile(QStringLiteral("blocker"), "a file where the folder should be");
+  env.state->configFolder = env.path(QStringLiteral("blocker/config"));
+  env.state->settings.DataDir = env.dir.path();
+  Setup dlg(*env.state);
+  dlg.show();
+  child<QPushButton>(dlg, "OKButton")->click();
+  QVERIFY(dlg.isVisible());
+  child<QPushButton>(dlg, "CancelButton")->click();
+  QVERIFY(!dlg.isVisible());
+  const QString text = QStringLiteral("Path/File access error: %1/TavorineList.ini (the folder %1 "
+                                      "cannot be made) - 75")
+                           .arg(env.state->configFolder);
+  QCOMPARE(env.prompter.texts(), QStringList({text, text}));
 }
 
 QTEST_MAIN(TestSetup)

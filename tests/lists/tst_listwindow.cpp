@@ -212,15 +212,23 @@ void TestListWindow::observedToggles() {
   rig.list->cmdObserved_Click();
   QCOMPARE(ListColumn(rig.path, "Observed")[1], QStringLiteral("Y"));
 
-  // A write that fails is reported and leaves the grid read-only.
+  // A write that fails is reported once and leaves the grid read-only, the row showing what
+  // the file holds, and the window free to move on.
   {
     Database other(rig.path, Database::Mode::ReadWrite);
-    other.exec(QStringLiteral("DROP TABLE Objects"));
+    other.exec(QStringLiteral("CREATE TRIGGER refuse BEFORE UPDATE ON Objects "
+                              "BEGIN SELECT RAISE(ABORT, 'attempt to write a readonly database'); END"));
   }
   rig.env.prompter.clear();
   rig.list->cmdObserved_Click();
   QCOMPARE(rig.env.prompter.entries.size(), 1);
   QVERIFY(!rig.list->grdDataGrid()->allowUpdate());
+  QCOMPARE(rig.list->grdDataGrid()->model()->index(1, 2).data().toString(), QStringLiteral("Y"));
+  rig.list->cmdNext_Click();
+  rig.list->cmdPrevious_Click();
+  rig.list->cmdPrevious_Click();
+  QCOMPARE(rig.env.prompter.entries.size(), 1);
+  QCOMPARE(rig.counter(), QStringLiteral(" Object: 1 of 4"));
 }
 
 void TestListWindow::clearGoto_data() {

@@ -129,8 +129,8 @@ class TestGotoFlow : public QObject {
                                                                  "/dev/tavorine-no-such-port",
                                                                  FoundSerialPorts()}),
                                                 kScopeTrap + "Operation valid only when the port is open"};
-    QTest::newRow("relay missing still marks") << "norelay" << true
-                                               << QStringList{"Unable to communicate with hcAnywhere"};
+    QTest::newRow("relay down: not marked") << "norelay" << false
+                                            << QStringList{"Unable to communicate with hcAnywhere"};
     QTest::newRow("sent") << "ok" << true << QStringList{};
     QTest::newRow("commit fails") << "readonly" << false
                                   << QStringList{kScopeTrap + "Cannot update. Database or object is read-only."};

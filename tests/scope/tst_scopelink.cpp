@@ -133,12 +133,12 @@ class TestScopeLink : public QObject {
     QTest::newRow("ULTIMA has no relay route") << "ULTIMA" << "none" << "HCD" << false
                                                << QStringList{closed} << "nothing"
                                                << QStringList{closed};
-    QTest::newRow("relay not running") << "GT" << "none" << "HCD 127.0.0.1:%1" << true
+    QTest::newRow("relay not running") << "GT" << "none" << "HCD 127.0.0.1:%1" << false
                                        << QStringList{relay} << "nothing"
                                        << QStringList{relay, plain};
-    QTest::newRow("relay link down") << "GT" << "relay-down" << "" << true << QStringList{relay}
+    QTest::newRow("relay link down") << "GT" << "relay-down" << "" << false << QStringList{relay}
                                      << "nothing" << QStringList{relay, plain};
-    QTest::newRow("relay silent") << "GT" << "relay-silent" << "" << true << QStringList{relay}
+    QTest::newRow("relay silent") << "GT" << "relay-silent" << "" << false << QStringList{relay}
                                   << "nothing" << QStringList{relay, plain};
     QTest::newRow("silent telescope") << "GT" << "silent" << "" << true << QStringList{}
                                       << "nothing" << QStringList{plain};

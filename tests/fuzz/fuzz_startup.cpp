@@ -1,0 +1,96 @@
+// Start-up over whatever the three small files hold.
+// - It always completes: every bad field ends in the start-up's own trap.
+// - What it leaves in memory is what the next start reads: Filter.ini reads back without an
+//   error as the filter in force, and the settings record written from memory reads back
+//   unchanged.
+// - A list entered in the recent list comes back at the next start with its title and path
+//   unchanged, whatever they hold.
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <QFile>
+
+#include "core/apperror.h"
+#include "core/recordfile.h"
+#include "core/settings.h"
+#include "fuzzsupport.h"
+#include "support/testenv.h"
+
+namespace {
+
+bool sameFilter(const FilterSettings& a, const FilterSettings& b) {
+  return FilterRecord(a) == FilterRecord(b);
+}
+
+bool sameSettings(const ProgramSettings& a, const ProgramSettings& b) {
+  return SettingsRecord(a, true) == SettingsRecord(b, true) && a.ScopeType == b.ScopeType &&
+         a.CommPort == b.CommPort && a.DataDir == b.DataDir && a.LongHemi == b.LongHemi &&
+         a.LatHemi == b.LatHemi;
+}
+
+void place(const QString& path, FuzzedDataProvider& in) {
+  QFile::remove(path);
+  if (!in.ConsumeBool()) return;
+  QFile f(path);
+  f.open(QIODevice::WriteOnly);
+  const std::string bytes = in.ConsumeRandomLengthString(600);
+  f.write(bytes.data(), qint64(bytes.size()));
+}
+
+QString someText(FuzzedDataProvider& in) {
+  const std::string bytes = in.ConsumeRandomLengthString(48);
+  return in.ConsumeBool() ? QString::fromLatin1(bytes.data(), int(bytes.size()))
+                          : QString::fromUtf8(bytes.data(), int(bytes.size()));
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static TestEnv env;
+  FuzzedDataProvider in(data, size);
+  AppState& state = *env.state;
+  place(state.settingsPath(), in);
+  place(state.filterPath(), in);
+  place(state.recentFilesPath(), in);
+
+  LoadStartupState(state);
+
+  if (QFile::exists(state.filterPath())) {
+    FilterSettings onDisk;
+    try {
+      ReadFilterFile(state.filterPath(), onDisk);
+    } catch (const AppError& e) {
+      Require(false, "Filter.ini reads without an error after a start", e.text());
+    }
+    Require(sameFilter(onDisk, state.filter), "Filter.ini holds the filter in force");
+  }
+
+  {
+    const ProgramSettings inMemory = state.settings;
+    ProgramSettings back;
+    RecordReader reader(SettingsRecord(inMemory, true));
+    try {
+      for (auto& step : SettingsFieldReaders(back)) step(reader);
+    } catch (const AppError& e) {
+      Require(false, "the settings record reads back without an error", e.text());
+    }
+    Require(sameSettings(back, inMemory), "the settings record reads back unchanged",
+            QString::fromUtf8(SettingsRecord(inMemory, true)));
+  }
+
+  const QString title = someText(in), path = someText(in);
+  if (!title.isEmpty()) {
+    try {
+      RecordRecentFile(state, title, path);
+    } catch (const AppError& e) {
+      Require(false, "the recent list is written", e.text());
+    }
+    env.prompter.clear();
+    LoadStartupState(state);
+    Require(state.MRUFiles[0].title == title && state.MRUFiles[0].path == path,
+            "a recent list entry comes back unchanged",
+            title + QLatin1Char('|') + path + QStringLiteral(" read as ") +
+                state.MRUFiles[0].title + QLatin1Char('|') + state.MRUFiles[0].path);
+  }
+  env.prompter.clear();
+  return 0;
+}
