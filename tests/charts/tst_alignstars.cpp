@@ -18,7 +18,8 @@ namespace {
 
 // Stand-in sky: the altitude is carried in the hours field, the azimuth is 0.
 MapStar star(const QString& name, double alt, bool alignment, bool autoAlignment) {
-  return {SkyPosition{PlainNumber(alt), "0", "+", "0", "0"}, alignment, name, autoAlignment};
+  const SkyPosition position{PlainNumber(alt), "0", "+", "0", "0"};
+  return {position, alignment, name, autoAlignment, SkyCoordinates(position)};
 }
 
 QStringList namesOf(const std::vector<AlignmentCandidate>& candidates) {

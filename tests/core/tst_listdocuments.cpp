@@ -50,7 +50,8 @@ struct Rig {
     QDir().mkpath(env.path(QStringLiteral("lists")));
     std::vector<ListRow> content;
     for (int i = 0; i < rows; ++i)
-      content.push_back({QStringLiteral("Object %1").arg(i + 1), SkyPosition::of(i, 0, "+", 10, 0)});
+      content.push_back(NamedRow(QStringLiteral("Object %1").arg(i + 1),
+                                 SkyPosition::of(i, 0, "+", 10, 0)));
     MakeListDocument(state(), p, content);
     return p;
   }

@@ -72,10 +72,10 @@ struct Rig {
 };
 
 std::vector<ListRow> stars(const AppState& s) {
-  return {{QStringLiteral("Mizar"), skyAt(s, 0, 54)},
-          {QStringLiteral("Albireo"), skyAt(s, 1, 27)},
-          {QStringLiteral("Canopus"), skyAt(s, -1, -70)},
-          {QStringLiteral("Deneb"), skyAt(s, 2, 45)}};
+  return {NamedRow(QStringLiteral("Mizar"), skyAt(s, 0, 54)),
+          NamedRow(QStringLiteral("Albireo"), skyAt(s, 1, 27)),
+          NamedRow(QStringLiteral("Canopus"), skyAt(s, -1, -70)),
+          NamedRow(QStringLiteral("Deneb"), skyAt(s, 2, 45))};
 }
 
 // Answers the next ClearGoto dialog with a button, or with its close box for "".

@@ -23,6 +23,14 @@ struct ListRow {
   QString info;
 };
 
+// A row with its name and place, the rest as above.
+inline ListRow NamedRow(const QString& name, const SkyPosition& position) {
+  ListRow row;
+  row.name = name;
+  row.position = position;
+  return row;
+}
+
 // A list document made from the shipped template, with the rows in DisplayOrder 1..n.
 inline void MakeListDocument(const AppState& state, const QString& path,
                              const std::vector<ListRow>& rows) {
