@@ -127,7 +127,8 @@ class TestGotoFlow : public QObject {
     QTest::newRow("slew failed") << "nodevice" << false
                                  << QStringList{kScopeTrap + PortOpenFailureText({PortOpenProblem::Missing,
                                                                  "/dev/tavorine-no-such-port",
-                                                                 FoundSerialPorts()}),
+                                                                 FoundSerialPorts(), {}, {}, false,
+                                                                 {}}),
                                                 kScopeTrap + "Operation valid only when the port is open"};
     QTest::newRow("relay down: not marked") << "norelay" << false
                                             << QStringList{"Unable to communicate with hcAnywhere"};

@@ -115,7 +115,7 @@ class TestScopeLink : public QObject {
     QTest::addColumn<QStringList>("readTexts");
     const QString missing = QStringLiteral("/dev/tavorine-no-such-port");
     const QString noPort = ScopeTrapText(
-        PortOpenFailureText({PortOpenProblem::Missing, missing, FoundSerialPorts()}));
+        PortOpenFailureText({PortOpenProblem::Missing, missing, FoundSerialPorts(), {}, {}, false, {}}));
     const QString closed = QStringLiteral(
         "Unable to communicate with the scope -\nOperation valid only when the port is open");
     const QString plain = QStringLiteral("Unable to communicate with the scope");
@@ -217,7 +217,7 @@ class TestScopeLink : public QObject {
     QFETCH(QStringList, ports);
     QFETCH(QString, text);
     QCOMPARE(PortOpenFailureText({PortOpenProblem::Fault(fault), "/dev/ttyUSB0", ports, "dialout",
-                                  "ann", pending}),
+                                  "ann", pending, {}}),
              text);
   }
 
@@ -232,7 +232,7 @@ class TestScopeLink : public QObject {
     env.state->settings.CommPort = sim.address;
     QVERIFY(!ReadScopePosition(*env.state, link));
     QCOMPARE(env.prompter.texts(),
-             QStringList{ScopeTrapText(PortOpenFailureText({PortOpenProblem::Busy, sim.address}))});
+             QStringList{ScopeTrapText(PortOpenFailureText({PortOpenProblem::Busy, sim.address, {}, {}, {}, false, {}}))});
   }
 
   // What a slew leaves in the line is emptied before the next read.
