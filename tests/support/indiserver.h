@@ -49,7 +49,9 @@ class IndiServer {
   void stop() { EndProcess(process, 5000); }
 
   // indi_setprop "device.property.element=value"; true when it was sent.
-  bool set(const QString& spec) { return tool(QStringLiteral("indi_setprop"), {spec}, 5).first; }
+  bool set(const QString& assignment) {
+    return tool(QStringLiteral("indi_setprop"), {assignment}, 5).first;
+  }
   // indi_getprop of one element: its value, or "" when the server does not have it.
   QString get(const QString& element) {
     const QString out =
