@@ -3,15 +3,18 @@
 //   every object holds twelve values and four finite position numbers; a malformed file gives
 //   no objects to store.
 // - A row the general CSV export writes, any texts in the code page and any position, reads
-//   back through the CSV import with the same texts (trimmed where the export trims) and the
-//   same numbers.
+//   back through the CSV import with the same texts (trimmed where the export trims, an empty
+//   one as a single blank, a number in its printed form) and the same position.
 // - A row the tour export writes reads back through the tour import as one object, at the
 //   position written to a tenth of a second.
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "catalog/database.h"
+#include "core/numtext.h"
+#include "exchange/codepage.h"
 #include "exchange/csvformat.h"
 #include "exchange/exportvalues.h"
 #include "exchange/tourformat.h"
@@ -38,6 +41,11 @@ QString codePageText(FuzzedDataProvider& in, size_t most) {
   }
   return s;
 }
+
+// An import takes a file that is valid UTF-8 as UTF-8, so code-page texts whose bytes happen to
+// spell UTF-8 (the three letters of a byte-order mark, say) come back as other characters: the
+// price of reading both. The round trips below are claimed for every other file.
+bool readsAsUtf8(const QByteArray& file) { return DecodeImportText(file) != DecodeCodePage(file); }
 
 struct Document {
   Document() {
@@ -89,14 +97,27 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   ListRows rows(*doc.db);
   if (mode == 1) {
     const QByteArray file = WriteCsv(rows, CsvVariant::General);
+    if (readsAsUtf8(file)) return 0;
     const ImportReading r = ReadCsvImport(file, true);
     const QString detail = QString::fromLatin1(file.toPercentEncoding(" ,\"#"));
     Require(r.wellFormed && r.objects.size() == 1, "the export reads back as one object", detail);
     const ImportedObject& o = r.objects[0];
     for (const int c : {ColCategory, ColObjectNum, ColName, ColType, ColMagnitude, ColConstellation,
                         ColDecSign, ColInfo}) {
-      const QString want = ExchangeColumns()[c].trimmed ? texts[c].trimmed() : texts[c];
-      Require(o[c].toString() == want, "a text reads back as written", detail);
+      QString want = ExchangeColumns()[c].trimmed ? texts[c].trimmed() : texts[c];
+      const QString got = o[c].toString();
+      if (c == ColObjectNum || c == ColMagnitude) {
+        // A number comes back in its printed form, a catalog number right-aligned in ten places.
+        const QString w = want.trimmed(), g = got.trimmed();
+        const bool same = IsNumeric(w) ? IsNumeric(g) && std::fabs(Val(g) - Val(w)) <=
+                                                             1e-14 * std::max(1.0, std::fabs(Val(w)))
+                                       : g == w;
+        Require(same && (c == ColMagnitude || got.size() >= 10), "a number reads back as written",
+                detail);
+        continue;
+      }
+      if (want.isEmpty()) want = QStringLiteral(" ");  // the import stores no empty text
+      Require(got == want, "a text reads back as written", detail);
     }
     Require(o[ColRAHour].toDouble() == ra && o[ColRAMinute].toDouble() == raMin &&
                 o[ColDecDeg].toDouble() == dec && o[ColDecMinute].toDouble() == decMin,
@@ -104,6 +125,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     return 0;
   }
   const QByteArray file = WriteTour(rows);
+  if (readsAsUtf8(file)) return 0;
   const ImportReading r = ReadTour(file);
   const QString detail = QString::fromLatin1(file.toPercentEncoding(" #"));
   Require(r.wellFormed && r.objects.size() == 1, "the tour reads back as one object", detail);
