@@ -39,6 +39,10 @@ class TestEditList : public QObject {
   void click(const char* name) { editor->findChild<QPushButton*>(name)->click(); }
   QString counter() { return editor->findChild<QLineEdit*>("txtRecordCounter")->text(); }
   QString column(const char* name) { return ListColumn(path, name).join(','); }
+  // The file's names in DisplayOrder, the current row's name and the counter.
+  QString seen() {
+    return column("Name") + '|' + editor->listRecordset()->text("Name") + '|' + counter();
+  }
   // Every catalog page filtered by `filter`, its query `where`, and the altitude filter on.
   void filterPages(const QString& filter, const QString& where, bool on) {
     for (PageQuery& q : env->state->Pages) {
@@ -140,27 +144,21 @@ class TestEditList : public QObject {
     env->prompter.answer(Prompter::Answer::Yes);
     click("cmdDelete");
     QCOMPARE(column("DisplayOrder"), QStringLiteral("1,3"));
-    QCOMPARE(e->listRecordset()->text("Name"), QStringLiteral("Orion Nebula"));
-    QCOMPARE(counter(), QStringLiteral(" Obj: 2 of 2"));
+    QCOMPARE(seen(), QStringLiteral("Andromeda Galaxy,Orion Nebula|Orion Nebula| Obj: 2 of 2"));
 
     // Down from the first row and up again; up on the first row does nothing.
     e->listRecordset()->setAbsolutePosition(0);
     click("cmdMoveDown");
-    QCOMPARE(column("Name"), QStringLiteral("Orion Nebula,Andromeda Galaxy"));
-    QCOMPARE(e->listRecordset()->text("Name"), QStringLiteral("Andromeda Galaxy"));
-    QCOMPARE(counter(), QStringLiteral(" Obj: 2 of 2"));
+    QCOMPARE(seen(), QStringLiteral("Orion Nebula,Andromeda Galaxy|Andromeda Galaxy| Obj: 2 of 2"));
     click("cmdMoveUp");
     click("cmdMoveUp");
-    QCOMPARE(column("Name"), QStringLiteral("Andromeda Galaxy,Orion Nebula"));
-    QCOMPARE(e->listRecordset()->AbsolutePosition(), 0);
-    QCOMPARE(counter(), QStringLiteral(" Obj: 1 of 2"));
+    QCOMPARE(seen(), QStringLiteral("Andromeda Galaxy,Orion Nebula|Andromeda Galaxy| Obj: 1 of 2"));
 
     for (int i = 0; i < 2; ++i) {
       env->prompter.answer(Prompter::Answer::Yes);
       click("cmdDelete");
     }
-    QCOMPARE(column("DisplayOrder"), QString());
-    QCOMPARE(counter(), QString());
+    QCOMPARE(column("DisplayOrder") + counter(), QString());
     // With no rows the question still comes, and nothing else.
     env->prompter.clear();
     env->prompter.answer(Prompter::Answer::Yes);
@@ -178,9 +176,8 @@ class TestEditList : public QObject {
     QCOMPARE(column("DisplayOrder"), QStringLiteral("10,20,30"));
     env->prompter.answer(Prompter::Answer::Yes);
     click("cmdAutoSort");
-    QCOMPARE(env->prompter.entries.size(), 2);
+    QCOMPARE(env->prompter.texts(), QStringList(2, "Permanently re-sort the list?"));
     QCOMPARE(env->prompter.entries[1].title, QStringLiteral("Confirm"));
-    QCOMPARE(env->prompter.entries[1].text, QStringLiteral("Permanently re-sort the list?"));
     QCOMPARE(column("DisplayOrder"), QStringLiteral("1,2,3"));
     QCOMPARE(e->listRecordset()->AbsolutePosition(), 0);
     QCOMPARE(counter(), QStringLiteral(" Obj: 1 of 3"));
