@@ -71,35 +71,58 @@ class TestEditListLogic : public QObject {
     QCOMPARE(EditListCaption(window), editor);
   }
 
-  // Start from a list, delete the rows named by position (0-based, in this order), then add the
-  // page's first row a number of times: the DisplayOrder values that result.
-  void addNumbering_data() {
+  // Start from a list (its DisplayOrder values, names R1, R2, ...), run the steps and look at
+  // the file and the current row. Steps: "del@n" deletes row n, "add" adds the page's first
+  // row, "down@n" and "up@n" move row n, and a step ending in "-" changes nothing.
+  // Deletes and moves leave gaps and the DisplayOrder values where they were; an add numbers
+  // after the last row.
+  void edits_data() {
     QTest::addColumn<QString>("start");
-    QTest::addColumn<QString>("deleteAt");
-    QTest::addColumn<int>("adds");
-    QTest::addColumn<QString>("result");
-    QTest::newRow("first add") << "" << "" << 1 << "1";
-    QTest::newRow("after the last was deleted") << "1 2 3" << "2" << 1 << "1 2 3";
-    QTest::newRow("after the first was deleted") << "1 2 3" << "0" << 1 << "2 3 4";
-    QTest::newRow("middle rows deleted") << "1 2 3 4 5" << "1 1" << 1 << "1 4 5 6";
-    QTest::newRow("same object twice") << "7" << "" << 2 << "7 8 9";
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<QString>("result");  // orders, names, current row and its position
+    const QString m31 = QStringLiteral("Andromeda Galaxy");
+    QTest::newRow("first add") << "" << "add" << "1|" + m31 + "|" + m31 + "|0";
+    QTest::newRow("add after the last was deleted")
+        << "1 2 3" << "del@2 add" << "1 2 3|R1,R2," + m31 + "|" + m31 + "|2";
+    QTest::newRow("add after the first was deleted")
+        << "1 2 3" << "del@0 add" << "2 3 4|R2,R3," + m31 + "|" + m31 + "|2";
+    QTest::newRow("add after middle rows were deleted")
+        << "1 2 3 4 5" << "del@1 del@1 add" << "1 4 5 6|R1,R4,R5," + m31 + "|" + m31 + "|3";
+    QTest::newRow("same object twice")
+        << "7" << "add add" << "7 8 9|R7," + m31 + "," + m31 + "|" + m31 + "|2";
+    QTest::newRow("delete the middle: the next row") << "1 2 5" << "del@1" << "1 5|R1,R5|R5|1";
+    QTest::newRow("delete the last: the new last") << "1 2 5" << "del@2" << "1 2|R1,R2|R2|1";
+    QTest::newRow("delete the first") << "1 2 5" << "del@0" << "2 5|R2,R5|R2|0";
+    QTest::newRow("delete on an empty list") << "4" << "del del" << "|||-1";
+    QTest::newRow("down from the first") << "1 2 5" << "down@0" << "1 2 5|R2,R1,R5|R1|1";
+    QTest::newRow("down across the gap") << "1 2 5" << "down@1" << "1 2 5|R1,R5,R2|R2|2";
+    QTest::newRow("up from the last") << "1 2 5" << "up@2" << "1 2 5|R1,R5,R2|R5|1";
+    QTest::newRow("down on the last") << "1 2 5" << "down@2-" << "1 2 5|R1,R2,R5|R5|2";
+    QTest::newRow("up on the first") << "1 2 5" << "up@0-" << "1 2 5|R1,R2,R5|R1|0";
+    QTest::newRow("moves on an empty list") << "" << "down- up-" << "|||-1";
   }
-  void addNumbering() {
+  void edits() {
     QFETCH(QString, start);
-    QFETCH(QString, deleteAt);
-    QFETCH(int, adds);
+    QFETCH(QString, steps);
     QFETCH(QString, result);
     auto db = list(start);
     Recordset rows(db, "Objects");
-    for (int at : ints(deleteAt)) {
-      rows.setAbsolutePosition(at);
-      DeleteListRow(rows);
-    }
     Recordset page = messier();
-    for (int i = 0; i < adds; ++i) QCOMPARE(AddSelectedRows(page, rows, {}), 1);
-    QCOMPARE(orders(*db), result);
-    QCOMPARE(rows.AbsolutePosition(), rows.RecordCount() - 1);
-    if (adds == 2) QCOMPARE(names(*db), QStringLiteral("R7,Andromeda Galaxy,Andromeda Galaxy"));
+    for (QString step : steps.split(' ')) {
+      const bool refused = step.endsWith('-');
+      step.remove('-');
+      if (step.contains('@')) rows.setAbsolutePosition(step.section('@', 1).toInt());
+      step = step.section('@', 0, 0);
+      if (step == "add") QCOMPARE(AddSelectedRows(page, rows, {}), 1);
+      else if (step == "del") DeleteListRow(rows);
+      else QCOMPARE(MoveListRow(rows, step == "up" ? MoveDirection::Up : MoveDirection::Down),
+                    !refused);
+    }
+    const QString current = rows.AbsolutePosition() < 0 ? QString() : rows.text("Name");
+    QCOMPARE(QStringLiteral("%1|%2|%3|%4")
+                 .arg(orders(*db), names(*db), current)
+                 .arg(rows.AbsolutePosition()),
+             result);
   }
 
   void addCopiesWithFallbacks() {
@@ -140,65 +163,6 @@ class TestEditListLogic : public QObject {
     Recordset none = messier("False");
     QCOMPARE(AddSelectedRows(none, rows, {}), 0);
     QCOMPARE(orders(*db), QStringLiteral("1 2 3 4 5"));
-  }
-
-  void deleteKeepsGaps_data() {
-    QTest::addColumn<int>("at");
-    QTest::addColumn<QString>("left");
-    QTest::addColumn<QString>("current");
-    QTest::newRow("middle: the next row") << 1 << "1 5" << "R5";
-    QTest::newRow("last: the new last") << 2 << "1 2" << "R2";
-    QTest::newRow("first") << 0 << "2 5" << "R2";
-  }
-  void deleteKeepsGaps() {
-    QFETCH(int, at);
-    QFETCH(QString, left);
-    QFETCH(QString, current);
-    auto db = list("1 2 5");
-    Recordset rows(db, "Objects");
-    rows.setAbsolutePosition(at);
-    DeleteListRow(rows);
-    QCOMPARE(orders(*db), left);
-    QCOMPARE(rows.text("Name"), current);
-
-    Recordset one(list("4"), "Objects");
-    DeleteListRow(one);
-    QCOMPARE(one.RecordCount(), 0);
-    DeleteListRow(one);  // nothing left: nothing happens
-  }
-
-  // On the list R1, R2, R5: moves swap the rows and keep the DisplayOrder values in place.
-  void moves_data() {
-    QTest::addColumn<int>("at");
-    QTest::addColumn<bool>("down");
-    QTest::addColumn<bool>("swapped");
-    QTest::addColumn<QString>("order");
-    QTest::addColumn<int>("position");
-    QTest::newRow("down from the first") << 0 << true << true << "R2,R1,R5" << 1;
-    QTest::newRow("down across the gap") << 1 << true << true << "R1,R5,R2" << 2;
-    QTest::newRow("up from the last") << 2 << false << true << "R1,R5,R2" << 1;
-    QTest::newRow("down on the last") << 2 << true << false << "R1,R2,R5" << 2;
-    QTest::newRow("up on the first") << 0 << false << false << "R1,R2,R5" << 0;
-  }
-  void moves() {
-    QFETCH(int, at);
-    QFETCH(bool, down);
-    QFETCH(bool, swapped);
-    QFETCH(QString, order);
-    QFETCH(int, position);
-    auto db = list("1 2 5");
-    Recordset rows(db, "Objects");
-    rows.setAbsolutePosition(at);
-    const QString moved = rows.text("Name");
-    QCOMPARE(MoveListRow(rows, down ? MoveDirection::Down : MoveDirection::Up), swapped);
-    QCOMPARE(names(*db), order);
-    QCOMPARE(orders(*db), QStringLiteral("1 2 5"));
-    QCOMPARE(rows.AbsolutePosition(), position);
-    QCOMPARE(rows.text("Name"), moved);
-
-    Recordset none(list(), "Objects");
-    QVERIFY(!MoveListRow(none, MoveDirection::Down));
-    QVERIFY(!MoveListRow(none, MoveDirection::Up));
   }
 
   void autoSort() {
