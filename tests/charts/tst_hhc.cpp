@@ -61,9 +61,7 @@ class TestHHC : public QObject {
     QFETCH(QString, field);
     QFETCH(int, tab);
     QFETCH(bool, error);
-    TestEnv env;
-    QFile(env.path("t.db")).open(QIODevice::WriteOnly);
-    auto db = Database::open(env.path("t.db"), Database::Mode::ReadWrite);
+    auto db = Database::open(":memory:", Database::Mode::ReadWrite);
     db->exec("CREATE TABLE T (Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, "
              "RAHour, RAMinute, DecSign, DecDeg, DecMinute)");
     db->exec("INSERT INTO T VALUES ('C', 1, 'N', 'T', 'Ori', '5', 'I', 5, 30, '-', 5, 23)");
@@ -101,8 +99,7 @@ class TestHHC : public QObject {
     QTest::keyClick(tabs->searchBox(2), Qt::Key_Tab, Qt::ControlModifier);
     QCOMPARE(tabs->currentIndex(), 3);
     tabs->setCurrentIndex(kMessier);
-    QCOMPARE(rig.text("Text2"), QStringLiteral("1"));
-    QCOMPARE(rig.text("Text3"), QStringLiteral("Crab Nebula; Taurus A"));
+    QCOMPARE(rig.text("Text2") + ' ' + rig.text("Text3"), QStringLiteral("1 Crab Nebula; Taurus A"));
     QVERIFY(rig.text("Text13").toDouble() > 0);
     const QPointF crab = rig.marker();
     QVERIFY(crab != QPointF(3000, 3000));
@@ -132,8 +129,7 @@ class TestHHC : public QObject {
     s.filter.FltMinAlt = 20;
     rig.hhc->showFilterDialog = [&](QWidget*) { s.FilterCancelled = true; };
     rig.click("cmdFilterAlt");
-    QVERIFY(!s.FilterOn);
-    QVERIFY(!rig.filterLabel());
+    QVERIFY(!s.FilterOn && !rig.filterLabel());
     rig.hhc->showFilterDialog = [&](QWidget*) {
       QVERIFY(!rig.hhc->timer()->isActive());
       s.FilterCancelled = false;
@@ -155,14 +151,12 @@ class TestHHC : public QObject {
     // Switched off in the list editor: noticed at the next activation.
     s.FilterOn = false;
     rig.hhc->Form_Activate();
-    QVERIFY(!rig.filterLabel());
-    QCOMPARE(rig.page(kMessier)->RecordCount(), 110);
+    QVERIFY(!rig.filterLabel() && rig.page(kMessier)->RecordCount() == 110);
     s.FilterOn = true;
     rig.hhc->Form_Activate();
     QVERIFY(rig.filterLabel());
     rig.click("cmdFilterAlt");
-    QVERIFY(!s.FilterOn && !rig.filterLabel());
-    QCOMPARE(rig.page(kMessier)->RecordCount(), 110);
+    QVERIFY(!s.FilterOn && !rig.filterLabel() && rig.page(kMessier)->RecordCount() == 110);
     QVERIFY(rig.env.prompter.entries.isEmpty());
   }
 
@@ -171,12 +165,12 @@ class TestHHC : public QObject {
     ScopeSim sim;
     QVERIFY(sim.start(QStringLiteral("GT")));
     Rig rig;
-    AppState& s = rig.state();
-    s.settings.ScopeType = QStringLiteral("GT");
-    s.settings.CommPort = sim.address;
-    s.settings.UseAltLimit = true;
-    s.settings.MinAlt = -90;
-    s.settings.MaxAlt = 90;
+    ProgramSettings& s = rig.state().settings;
+    s.ScopeType = QStringLiteral("GT");
+    s.CommPort = sim.address;
+    s.UseAltLimit = true;
+    s.MinAlt = -90;
+    s.MaxAlt = 90;
 
     // A double click on the Crab Nebula's row (RA 5 34.5, Dec +22 0.9).
     DataGrid* grid = rig.hhc->browser()->pageGrid(kMessier);
@@ -203,7 +197,7 @@ class TestHHC : public QObject {
     QVERIFY(rig.env.prompter.entries.isEmpty());
 
     // Outside the limits: the alert, and No sends nothing.
-    s.settings.MinAlt = 89;
+    s.MinAlt = 89;
     rig.env.prompter.answer(Prompter::Answer::No);
     rig.click("cmdGoto");
     QCOMPARE(rig.env.prompter.entries.value(0).title, QStringLiteral("Altitude Alert!"));
