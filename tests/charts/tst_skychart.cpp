@@ -24,6 +24,20 @@ struct FakeSky {
 
 SkyCoordinates at(double alt, double az) { return SkyCoordinates::of(alt, az, false, 0, 0); }
 
+// Each recorded operation as "kind x,y radius aspect colour", the colour in hex.
+QStringList opsOf(const RecordingChartSurface& s) {
+  QStringList out;
+  for (const auto& o : s.ops)
+    out << QStringLiteral("%1 %2,%3 %4 %5 %6")
+               .arg(o.kind)
+               .arg(o.x, 0, 'g', 6)
+               .arg(o.y, 0, 'g', 6)
+               .arg(o.radius, 0, 'g', 6)
+               .arg(o.aspect)
+               .arg(o.colour, 0, 16);
+  return out;
+}
+
 // The pixels of an image whose colour passes `wanted`, and the box around them.
 int countPixels(const QImage& img, const std::function<bool(QRgb)>& wanted, QRect* box = nullptr) {
   int n = 0;
@@ -77,65 +91,43 @@ class TestSkyChart : public QObject {
     QVERIFY2(std::abs(p.y() - (c.cy + dy * c.radius)) < 1e-6, qPrintable(QString::number(p.y())));
   }
 
+  // On the list window's chart: the ring in the 3D highlight, then white points for the stars
+  // above the horizon (exactly 0 and below are skipped); the marker is the caller's business.
   void drawSkyChart() {
     FakeSky sky;
     RecordingChartSurface surface;
     SkyChart chart(ChartWindow::CurrentList, surface, sky.altitude(), sky.azimuth());
     chart.MarkerX = 1234;
     chart.DrawSkyChart({at(10, 0), at(0, 90), at(-5, 90), at(90, 45), at(0.1, 180)});
-    QCOMPARE(surface.ops.size(), size_t(5));
-    QCOMPARE(surface.ops[0].kind, QStringLiteral("clear"));
-    const auto& ring = surface.ops[1];
-    QCOMPARE(ring.kind, QStringLiteral("circle"));
-    QCOMPARE(QPointF(ring.x, ring.y), QPointF(2000, 2000));
-    QCOMPARE(ring.radius, 1800.0f);
-    QCOMPARE(ring.colour, SystemColour3DHighlight);
-    QCOMPARE(ring.aspect, 1.0f);
-    const auto points = surface.ofKind(QStringLiteral("point"));
-    QCOMPARE(points.size(), size_t(3));  // exactly 0 and below are skipped
-    for (const auto& p : points) QCOMPARE(p.colour, ChartWhite);
-    QCOMPARE(points[0].y, float(2000 + 1800 * 80.0 / 90));
-    QCOMPARE(QPointF(points[1].x, points[1].y), QPointF(2000, 2000));
-    QVERIFY(points[2].y > 200 && points[2].y < 205);  // just inside the ring, at the top
+    QCOMPARE(opsOf(surface), (QStringList{"clear 0,0 0 1 0", "circle 2000,2000 1800 1 80000014",
+                                          "point 2000,3600 0 1 ffffff", "point 2000,2000 0 1 ffffff",
+                                          "point 2000,202 0 1 ffffff"}));
     QCOMPARE(sky.altitudeCalls, 5);
     QCOMPARE(sky.azimuthCalls, 3);  // only for the stars that are drawn
-    QCOMPARE(chart.MarkerX, 1234.0);  // the marker is the caller's business
+    QCOMPARE(chart.MarkerX, 1234.0);
 
     // The list editor's smaller chart, with no stars: the ring alone, in white.
     RecordingChartSurface small;
     SkyChart(ChartWindow::EditList, small, sky.altitude(), sky.azimuth()).DrawSkyChart({});
-    QCOMPARE(small.ops.size(), size_t(2));
-    QCOMPARE(small.ops[1].radius, 1350.0f);
-    QCOMPARE(small.ops[1].colour, ChartWhite);
+    QCOMPARE(opsOf(small), (QStringList{"clear 0,0 0 1 0", "circle 1550,1550 1350 1 ffffff"}));
   }
 
+  // The marker is erased where it was stored (at first 3000, 3000), then drawn and stored only
+  // above the horizon: below it and on it, the last drawn marker is erased and stays stored.
   void markerRules() {
     FakeSky sky;
     RecordingChartSurface surface;
     SkyChart chart(ChartWindow::HHC, surface, sky.altitude(), sky.azimuth());
-    auto op = [&](size_t i) {
-      const auto& o = surface.ops.at(i);
-      return QStringLiteral("%1,%2 %3").arg(o.x).arg(o.y).arg(o.colour);
-    };
     QCOMPARE(QPointF(chart.MarkerX, chart.MarkerY), QPointF(3000, 3000));
-    // Below the horizon: the never-drawn marker is erased at 3000, 3000 and nothing is drawn.
     QVERIFY(!chart.PlotObject(at(-20, 0), 200));
-    QCOMPARE(surface.ops.size(), size_t(1));
-    QCOMPARE(op(0), QStringLiteral("3000,3000 %1").arg(ChartBlack));
-    QCOMPARE(surface.ops[0].radius, 60.0f);
-    QCOMPARE(surface.ops[0].aspect, 0.8f);
-    // Above: erase at the same stored place, then draw and store.
+    QCOMPARE(surface.ops.size(), size_t(1));  // the erasing alone
     QVERIFY(chart.PlotObject(at(45, 90), 200));
-    QCOMPARE(surface.ops.size(), size_t(3));
-    QCOMPARE(op(1), QStringLiteral("3000,3000 %1").arg(ChartBlack));
-    QCOMPARE(op(2), QStringLiteral("2900,2000 200"));
     QCOMPARE(QPointF(chart.MarkerX, chart.MarkerY), QPointF(2900, 2000));
-    // Below again, and on the horizon: the last drawn marker is erased and stays stored.
     QVERIFY(!chart.PlotObject(at(-1, 0), ChartYellow));
     QVERIFY(!chart.PlotObject(at(0, 0), ChartYellow));
-    QCOMPARE(surface.ops.size(), size_t(5));
-    QCOMPARE(op(3), QStringLiteral("2900,2000 %1").arg(ChartBlack));
-    QCOMPARE(op(4), QStringLiteral("2900,2000 %1").arg(ChartBlack));
+    QCOMPARE(opsOf(surface), (QStringList{"circle 3000,3000 60 0.8 0", "circle 3000,3000 60 0.8 0",
+                                          "circle 2900,2000 60 0.8 c8", "circle 2900,2000 60 0.8 0",
+                                          "circle 2900,2000 60 0.8 0"}));
     QCOMPARE(QPointF(chart.MarkerX, chart.MarkerY), QPointF(2900, 2000));
     QCOMPARE(sky.azimuthCalls, 1);  // only for the marker drawn
   }
