@@ -55,11 +55,8 @@ class TestRecordset : public QObject {
     row("both ends", {1, 2, 3}, " => pos=0 bof=0; prev => bof=1 eof=0 pos=-1; prev => err=nocur; "
         "value => err=nocur; next => Name=R1; last => pos=2; next => eof=1; next => err=nocur; "
         "prev => Name=R3");
-    row("move forward", {1, 2, 3, 4, 5}, "goto 0; move 3 => pos=3");
-    row("move back", {1, 2, 3, 4, 5}, "goto 4; move -2 => pos=2");
-    row("move past the end", {1, 2, 3, 4, 5}, "goto 2; move 9 => eof=1");
-    row("move before the start", {1, 2, 3, 4, 5}, "goto 2; move -9 => bof=1");
-    row("move zero", {1, 2, 3, 4, 5}, "goto 3; move 0 => pos=3");
+    row("moves", {1, 2, 3, 4, 5}, "goto 0; move 3 => pos=3; goto 4; move -2 => pos=2; goto 2; "
+        "move 9 => eof=1; goto 2; move -9 => bof=1; goto 3; move 0 => pos=3");
     // A failed find keeps the row.
     row("finds", {1, 2, 3, 4}, "findfirst name Like '*ANDR*' => match=1 pos=1; "
         "findnext name Like '*ANDR*' => pos=3; findnext name Like '*ANDR*' => match=0 pos=3; "

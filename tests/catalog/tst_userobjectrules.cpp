@@ -54,12 +54,6 @@ class TestUserObjectRules : public QObject {
     QCOMPARE(check.ok(), message.isEmpty());
   }
 
-  void doubleQuotes() {
-    QCOMPARE(RemoveDoubleQuotes("M 31"), QStringLiteral("M 31"));
-    QCOMPARE(RemoveDoubleQuotes("a\"\"b"), QStringLiteral("ab"));
-    QCOMPARE(RemoveDoubleQuotes("\"\"\""), QString());
-  }
-
   void secondsToDecimal_data() {
     QTest::addColumn<QString>("seconds");
     QTest::addColumn<double>("value");
