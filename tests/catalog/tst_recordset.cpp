@@ -37,10 +37,10 @@ class TestRecordset : public QObject {
   QString fresh() { return dir_.filePath(QStringLiteral("f%1.tlf").arg(++n_)); }
 
  private slots:
-  // Steps on a list of rows named "R<order>", separated by "; ": a command and its argument,
-  // then after " => " what must hold (key=value; a column name gives its value on the current
-  // row, "Col[]" the whole column, "disk.Col[]" the column as another connection reads the
-  // file). A command raises no error unless err= says.
+  // Steps on a list of rows named "R<order>", separated by "; " (a source may end in ";"): a
+  // command and its argument, then after " => " what must hold (key=value; a column name gives
+  // its value on the current row, "Col[]" the whole column, "disk.Col[]" the column as another
+  // connection reads the file). A command raises no error unless err= says.
   void steps_data() {
     QTest::addColumn<QList<int>>("orders");
     QTest::addColumn<QString>("setup");  // SQL run before the recordset opens
