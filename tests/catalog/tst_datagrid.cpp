@@ -149,30 +149,6 @@ class TestDataGrid : public QObject {
     g.grid.removeSelectedBookmark(0);
     QCOMPARE(g.grid.selectedBookmarks(), QList<qint64>({g.rs.Bookmark()}));
   }
-
-  void signalsOfTheMouse() {
-    Grid g(dir_, 2, false, true);
-    DataGrid& grid = g.grid;
-    QSignalSpy press(&grid, &DataGrid::gridMousePressed);
-    QSignalSpy head(&grid, &DataGrid::headClicked);
-    QSignalSpy dbl(&grid, &DataGrid::gridDoubleClicked);
-    const QRect cell = grid.visualRect(grid.model()->index(1, 4));
-    QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, cell.center());
-    QCOMPARE(press.count(), 1);
-    QCOMPARE(press.first().at(1).value<Qt::KeyboardModifiers>(), Qt::ShiftModifier);
-    QCOMPARE(g.rs.AbsolutePosition(), 1);
-    QTest::qWait(QApplication::doubleClickInterval() + 50);
-    QHeaderView* hh = grid.horizontalHeader();
-    const QPoint at(hh->sectionViewportPosition(3) + hh->sectionSize(3) / 2, hh->height() / 2);
-    QCOMPARE(hh->logicalIndexAt(at), 3);
-    QTest::mousePress(hh->viewport(), Qt::LeftButton, Qt::NoModifier, at);
-    QTest::mouseRelease(hh->viewport(), Qt::LeftButton, Qt::NoModifier, at);
-    QCOMPARE(head.count(), 1);
-    QCOMPARE(head.first().at(0).toInt(), 3);
-    QTest::qWait(QApplication::doubleClickInterval() + 50);
-    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, Qt::NoModifier, cell.center());
-    QCOMPARE(dbl.count(), 1);
-  }
 };
 
 QTEST_MAIN(TestDataGrid)
