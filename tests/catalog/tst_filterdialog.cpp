@@ -44,10 +44,16 @@ class TestFilterDialog : public QObject {
     TestEnv env;
     env.state->filter.FltOC = false;
     env.state->filter.FltAlt = false;
+    env.state->filter.FltMinAlt = 35;
+    env.state->filter.FltGalMin = 9.5f;
+    env.state->filter.FltDSSepMin = 0.1f;
     env.state->filter.FltDSMagMax = -2.5f;
     Filter d(*env.state);
-    QCOMPARE(field(&d, "txtGalMin")->text(), QStringLiteral("12"));
-    QCOMPARE(field(&d, "txtDSMagMax")->text(), QStringLiteral("-2.5"));
+    QStringList texts;  // plain values, a single's 0.1 among them
+    for (const char* name : {"txtMinAltFilter", "txtGalMin", "txtGalMax", "txtDSSepMin",
+                             "txtDSMagMax", "txtUserMagMax"})
+      texts << field(&d, name)->text();
+    QCOMPARE(texts, (QStringList{"35", "9.5", "0", "0.1", "-2.5", "-2"}));
     QVERIFY(!box(&d, "chkOC")->isChecked());
     QVERIFY(!field(&d, "txtOCMin")->isEnabled() && !field(&d, "txtOCMax")->isEnabled());
     QVERIFY(!field(&d, "txtMinAltFilter")->isEnabled());

@@ -104,20 +104,6 @@ class TestFilterLogic : public QObject {
     QCOMPARE(clauses[QuerySet::SAO], QStringLiteral("WHERE True"));
   }
 
-  void formShowsPlainValues() {
-    FilterSettings f;
-    f.FltAlt = false;
-    f.FltMinAlt = 35;
-    f.FltGalMin = 9.5f;
-    f.FltDSSepMin = 0.1f;
-    f.FltUserMagMax = -2;
-    const FilterForm form = FilterFormFrom(f);
-    QCOMPARE(form.chkAltFilter, false);
-    const QStringList texts{form.txtMinAltFilter, form.txtGalMin, form.txtGalMax,
-                            form.txtDSSepMin, form.txtUserMagMax};
-    QCOMPARE(texts, (QStringList{"35", "9.5", "0", "0.1", "-2"}));
-  }
-
   // OK refuses a minimum altitude outside 0 to 80 with a box, and a bound too big for the
   // record with the overflow error, changing nothing; otherwise it closes, and what it wrote
   // to Filter.ini reads back as the values in force.
