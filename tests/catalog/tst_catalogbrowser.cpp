@@ -66,18 +66,6 @@ class TestCatalogBrowser : public QObject {
   Q_OBJECT
 
  private slots:
-  void pagesOpen() {
-    TestEnv env;
-    Host host(*env.state, BrowserHost::EditList);
-    QCOMPARE(host.browser->count(), 8);
-    // The user list was made from the empty template, and opened for writing.
-    QVERIFY(QFileInfo::exists(env.state->userListPath()));
-    QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
-    QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
-    QCOMPARE(host.browser->pageRecordset(kMessier)->RecordCount(), 110);
-    QVERIFY(env.prompter.entries.isEmpty());
-  }
-
   void search_data() {
     QTest::addColumn<int>("tab");
     QTest::addColumn<bool>("byName");
@@ -316,9 +304,16 @@ class TestCatalogBrowser : public QObject {
     QCOMPARE(env.prompter.texts(), QStringList{QStringLiteral("Not Found.")});
   }
 
-  void filterRebuildsEveryPage() {
+  void pagesOpenAndFilterRebuildsEveryPage() {
     TestEnv env;
     Host host(*env.state, BrowserHost::EditList);
+    QCOMPARE(host.browser->count(), 8);
+    // The user list was made from the empty template, and opened for writing.
+    QVERIFY(QFileInfo::exists(env.state->userListPath()));
+    QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
+    QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
+    QCOMPARE(host.browser->pageRecordset(kMessier)->RecordCount(), 110);
+    QVERIFY(env.prompter.entries.isEmpty());
     for (PageQuery& q : env.state->Pages) q.Filter = QStringLiteral("WHERE True");
     env.state->FilterOn = true;
     env.state->UserDate = QDateTime(QDate(2026, 11, 21), QTime(20, 30));
