@@ -63,18 +63,39 @@ class TestGotoFlow : public QObject {
     QCOMPARE(AltitudeNow(*env.state, nearZenith(*env.state)), 90.0);
   }
 
+  // What Quick GoTo refuses, and what a panel's trap shows when starting the position timers
+  // fails: nothing goes to the telescope.
+  void quickGotoRefused_data() {
+    QTest::addColumn<QString>("typed");  // RA h m s, sign, Dec d m s
+    QTest::addColumn<bool>("mainWindow");
+    QTest::addColumn<int>("timerError");
+    QTest::addColumn<QString>("text");
+    const QString fine = QStringLiteral("1|0|0|+|0|0|0");
+    QTest::newRow("RA") << "23|59|60|+|0|0|0" << true << 0
+                        << "Please enter a valid Right Ascension";
+    QTest::newRow("Dec") << "1|0|0|-|90|0|1" << false << 0 << "Please enter a valid Declination";
+    QTest::newRow("5 on the main window")
+        << fine << true << 5 << kScopeTrap + "Invalid procedure call or argument";
+    QTest::newRow("5 on the hand control") << fine << false << 5 << "";
+    QTest::newRow("6 on the hand control") << fine << false << 6 << kScopeTrap + "Overflow";
+  }
   void quickGotoRefused() {
+    QFETCH(QString, typed);
+    QFETCH(bool, mainWindow);
+    QFETCH(int, timerError);
+    QFETCH(QString, text);
     Rig rig;
-    QVERIFY(rig.start());
+    QVERIFY(rig.start(false));
+    const QStringList t = typed.split('|');
     bool timers = false;
-    QVERIFY(!QuickGoto(rig.s, rig.link, {"23", "59", "60", "+", "0", "0", "0"},
-                       GotoPanel::MainWindow, [&] { timers = true; }));
-    QVERIFY(!QuickGoto(rig.s, rig.link, {"1", "0", "0", "-", "90", "0", "1"},
-                       GotoPanel::HandControl));
-    QCOMPARE(rig.env.prompter.texts(), (QStringList{"Please enter a valid Right Ascension",
-                                                    "Please enter a valid Declination"}));
-    QCOMPARE(rig.env.prompter.entries[0].title, QStringLiteral("Error"));
-    QVERIFY(!timers);
+    QVERIFY(!QuickGoto(rig.s, rig.link, {t[0], t[1], t[2], t[3], t[4], t[5], t[6]},
+                       mainWindow ? GotoPanel::MainWindow : GotoPanel::HandControl, [&] {
+                         timers = true;
+                         throw AppError::of(timerError);
+                       }));
+    QCOMPARE(timers, timerError != 0);
+    QCOMPARE(rig.env.prompter.texts(), text.isEmpty() ? QStringList{} : QStringList{text});
+    for (const auto& e : rig.env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
     QVERIFY(rig.sim.received().isEmpty());
   }
 
@@ -180,28 +201,6 @@ class TestGotoFlow : public QObject {
       QCOMPARE(rig.env.prompter.texts(), QStringList{});
       if (!limits) QCOMPARE(rig.sim.received(), QByteArray("R0000,0024"));
     }
-  }
-
-  void trapsByPanel_data() {
-    QTest::addColumn<int>("error");
-    QTest::addColumn<bool>("mainWindow");
-    QTest::addColumn<QStringList>("texts");
-    QTest::newRow("5 on the main window")
-        << 5 << true << QStringList{kScopeTrap + "Invalid procedure call or argument"};
-    QTest::newRow("5 on the hand control") << 5 << false << QStringList{};
-    QTest::newRow("6 on the hand control") << 6 << false << QStringList{kScopeTrap + "Overflow"};
-  }
-  void trapsByPanel() {
-    QFETCH(int, error);
-    QFETCH(bool, mainWindow);
-    QFETCH(QStringList, texts);
-    Rig rig;
-    QVERIFY(rig.start(false));
-    QVERIFY(!QuickGoto(rig.s, rig.link, {"1", "0", "0", "+", "0", "0", "0"},
-                       mainWindow ? GotoPanel::MainWindow : GotoPanel::HandControl,
-                       [&] { throw AppError::of(error); }));
-    QCOMPARE(rig.env.prompter.texts(), texts);
-    QVERIFY(rig.sim.received().isEmpty());
   }
 
   void handControlGoto() {
