@@ -120,25 +120,17 @@ class TestUserDateDialog : public QObject {
     QCOMPARE(StepNumberText(text, steps, maximum, mask), result);
   }
 
-  // It opens on the observing date; OK without a change drops only the seconds.
-  void opensOnUserDateAndKeepsIt() {
+  // It opens on the observing date. Cancel changes nothing, and opened again the dialog shows
+  // UserDate, not what was left in it; a time that is not one keeps it open with the message;
+  // put right, OK takes the picked date and the fields, dropping only the seconds.
+  void cancelErrorThenOk() {
     Dialog d;
     QVERIFY(d.date && d.hour && d.minute && d.ok && d.cancel);
     QCOMPARE(QStringList({d.dlg->windowTitle(), d.ok->text(), d.cancel->text()}),
              QStringList({"Select Date and Time for Chart", "OK", "Cancel"}));
-    QCOMPARE(d.date->selectedDate(), QDate(2026, 11, 21));
-    QCOMPARE(d.hour->text() + ':' + d.minute->text(), QStringLiteral("3:07"));
-    QTest::mouseClick(d.ok, Qt::LeftButton);
-    QCOMPARE(d.env.state->UserDate, QDateTime(QDate(2026, 11, 21), QTime(3, 7)));
-    QCOMPARE(d.dlg->result(), int(QDialog::Accepted));
-    QVERIFY(!d.dlg->isVisible());
-    QVERIFY(d.env.prompter.entries.isEmpty());
-  }
-
-  // Cancel changes nothing, and opened again the dialog shows UserDate, not what was left in
-  // it; then OK takes the chosen date and time.
-  void cancelThenOk() {
-    Dialog d;
+    auto shown = [&] { return d.date->selectedDate().toString(Qt::ISODate) + ' ' +
+                              d.hour->text() + ':' + d.minute->text(); };
+    QCOMPARE(shown(), QStringLiteral("2026-11-21 3:07"));
     d.date->setSelectedDate(QDate(2027, 1, 2));
     d.type(d.hour, QStringLiteral("20"));
     QTest::mouseClick(d.cancel, Qt::LeftButton);
@@ -146,18 +138,9 @@ class TestUserDateDialog : public QObject {
     QCOMPARE(d.dlg->result(), int(QDialog::Rejected));
     QVERIFY(!d.dlg->isVisible());
     d.dlg->show();
-    QCOMPARE(d.date->selectedDate(), QDate(2026, 11, 21));
-    QCOMPARE(d.hour->text(), QStringLiteral("3"));
+    QCOMPARE(shown(), QStringLiteral("2026-11-21 3:07"));
 
     d.date->setSelectedDate(QDate(2026, 12, 24));
-    d.type(d.hour, QStringLiteral("21"));
-    d.type(d.minute, QStringLiteral("5"));
-    QTest::mouseClick(d.ok, Qt::LeftButton);
-    QCOMPARE(d.env.state->UserDate, QDateTime(QDate(2026, 12, 24), QTime(21, 5)));
-  }
-
-  void notADateKeepsTheDialogOpen() {
-    Dialog d;
     d.type(d.hour, QStringLiteral("25"));
     QCOMPARE(d.hour->text(), QStringLiteral("25"));
     QTest::mouseClick(d.ok, Qt::LeftButton);
@@ -165,11 +148,12 @@ class TestUserDateDialog : public QObject {
     QCOMPARE(d.env.prompter.entries[0].title, QStringLiteral("Tavorine"));
     QCOMPARE(d.env.state->UserDate, kSmallHours);
     QVERIFY(d.dlg->isVisible());
-    // Put right, the same dialog takes it.
     d.type(d.hour, QStringLiteral("23"));
     QTest::mouseClick(d.ok, Qt::LeftButton);
-    QCOMPARE(d.env.state->UserDate, QDateTime(QDate(2026, 11, 21), QTime(23, 7)));
+    QCOMPARE(d.env.state->UserDate, QDateTime(QDate(2026, 12, 24), QTime(23, 7)));
+    QCOMPARE(d.dlg->result(), int(QDialog::Accepted));
     QVERIFY(!d.dlg->isVisible());
+    QCOMPARE(d.env.prompter.entries.size(), 1);
   }
 
   void arrowsStepTheFields() {
