@@ -45,6 +45,7 @@ struct Rig {
     main->start();
   }
   AppState& state() { return *env.state; }
+  // A list document in lists/ with this many rows.
   QString list(const QString& name, int rows = 2) {
     const QString p = env.path(QStringLiteral("lists/") + name + QStringLiteral(".tlf"));
     QDir().mkpath(env.path(QStringLiteral("lists")));
@@ -55,7 +56,7 @@ struct Rig {
     MakeListDocument(state(), p, content);
     return p;
   }
-  void trigger(const char* name) { main->findChild<QAction*>(QString::fromLatin1(name))->trigger(); }
+  void trigger(const QString& name) { main->findChild<QAction*>(name)->trigger(); }
   void open(const QString& path) {
     answers << path;
     trigger("mnuOpen");
@@ -72,8 +73,7 @@ struct Rig {
     return nullptr;
   }
   void close(const QString& path) {
-    QMdiSubWindow* f = qobject_cast<QMdiSubWindow*>(window(path)->parentWidget());
-    f->close();
+    qobject_cast<QMdiSubWindow*>(window(path)->parentWidget())->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
   bool commandsEnabled() const {
@@ -81,281 +81,242 @@ struct Rig {
            main->findChild<QToolButton*>(QStringLiteral("cmdPrint"))->isEnabled() &&
            main->findChild<QAction*>(QStringLiteral("mnuExport"))->isEnabled();
   }
+  // The boxes shown, each as "title: text".
+  QStringList said() const {
+    QStringList out;
+    for (const auto& e : env.prompter.entries) out << e.title + QStringLiteral(": ") + e.text;
+    return out;
+  }
 };
+
+void commandRows() {
+  QTest::addColumn<QString>("command");
+  QTest::newRow("new") << "mnuNew";
+  QTest::newRow("open") << "mnuOpen";
+}
 
 }  // namespace
 
 class TestListDocuments : public QObject {
   Q_OBJECT
  private slots:
-  void screenHeight();
-  void newListFromTemplate();
-  void newListCancelled();
-  void folderOfAShortName_data();
-  void folderOfAShortName();
-  void newListOverwrite_data();
-  void newListOverwrite();
-  void newListOverAnOpenList();
-  void openAndAlreadyOpen();
-  void nineOpen_data();
-  void nineOpen();
-  void slotOfAClosedWindowIsReused();
-  void recentEntries();
-  void closingRecordsRecentFiles();
-  void closeBoxRecordsExitDoesNot();
-  void compactWindowOnSmallScreen();
-  void unreadableDocument();
-};
-
-void TestListDocuments::screenHeight() {
-  QCOMPARE(ScreenHeightTwips(600, 96), 9000);
-  QCOMPARE(ScreenHeightTwips(768, 96), 11520);
-  QCOMPARE(ScreenHeightTwips(1200, 144), 12000);
-  QVERIFY(UseCompactListWindow(ScreenHeightTwips(600, 96)));
-  QVERIFY(!UseCompactListWindow(ScreenHeightTwips(768, 96)));
-}
-
-void TestListDocuments::newListFromTemplate() {
-  Rig rig;
-  QDir().mkpath(rig.env.path("lists"));
-  rig.state().LastListFolder = rig.env.path("lists/");
-  QVERIFY(!rig.commandsEnabled());
-  const QString chosen = rig.env.path("lists/galaxies");
-  rig.answers << chosen;
-  rig.trigger("mnuNew");
-  QVERIFY(rig.lastSave);
-  QCOMPARE(rig.lastTitle, QStringLiteral("Name new file..."));
-  QCOMPARE(rig.lastFolder, rig.env.path("lists/"));
-  const QString path = chosen + ".tlf";
-  QVERIFY(QFile::exists(path));
-  QCOMPARE(ListColumn(path, "Name"), QStringList());
-  CurrentList* w = rig.window(path);
-  QVERIFY(w);
-  QCOMPARE(w->windowTitle(), QStringLiteral("Objects - galaxies"));
-  QCOMPARE(w->slot(), 1);
-  QCOMPARE(rig.state().LastListFolder, rig.env.path("lists/"));
-  QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileName")->text(), path);
-  QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileTitle")->text(), QStringLiteral("galaxies"));
-  QVERIFY(rig.commandsEnabled());
-  QVERIFY(rig.env.prompter.entries.isEmpty());
-}
-
-void TestListDocuments::folderOfAShortName_data() {
-  QTest::addColumn<QString>("command");
-  QTest::newRow("new") << "mnuNew";
-  QTest::newRow("open") << "mnuOpen";
-}
-
-// A name whose letters also stand earlier in the path still leaves the dialog in its folder.
-void TestListDocuments::folderOfAShortName() {
-  QFETCH(QString, command);
-  Rig rig;
-  const QString path = rig.list(QStringLiteral("t"));
-  QVERIFY(rig.env.path("lists/").contains(QLatin1Char('t'), Qt::CaseInsensitive));
-  rig.answers << path;
-  rig.env.prompter.answer(Prompter::Answer::Yes);  // New asks before it overwrites
-  rig.trigger(command.toLatin1().constData());
-  QVERIFY(rig.window(path));
-  QCOMPARE(rig.state().LastListFolder, rig.env.path("lists/"));
-}
-
-void TestListDocuments::newListCancelled() {
-  Rig rig;
-  rig.trigger("mnuNew");
-  rig.trigger("mnuOpen");
-  QCOMPARE(rig.dialogs, 2);
-  QVERIFY(rig.windows().isEmpty());
-  QVERIFY(rig.env.prompter.entries.isEmpty());
-  QCOMPARE(rig.state().OpenFileCount, qint16(0));
-}
-
-void TestListDocuments::newListOverwrite_data() {
-  QTest::addColumn<bool>("yes");
-  QTest::newRow("yes") << true;
-  QTest::newRow("no") << false;
-}
-
-void TestListDocuments::newListOverwrite() {
-  QFETCH(bool, yes);
-  Rig rig;
-  const QString path = rig.list("old", 3);
-  rig.env.prompter.answer(yes ? Prompter::Answer::Yes : Prompter::Answer::No);
-  rig.answers << path;
-  rig.trigger("mnuNew");
-  QCOMPARE(rig.env.prompter.entries.size(), 1);
-  QCOMPARE(rig.env.prompter.entries[0].title, QStringLiteral("Confirm"));
-  QCOMPARE(rig.env.prompter.entries[0].text,
-           QStringLiteral("This file\n") + path + QStringLiteral("\nalready exists.  Overwrite?"));
-  QCOMPARE(ListColumn(path, "Name").size(), yes ? 0 : 3);
-  QCOMPARE(rig.windows().size(), yes ? 1 : 0);
-}
-
-void TestListDocuments::newListOverAnOpenList() {
-  Rig rig;
-  const QString path = rig.list("tonight", 3);
-  rig.open(path);
-  rig.env.prompter.answer(Prompter::Answer::Yes);
-  rig.answers << path;
-  rig.trigger("mnuNew");
-  QCOMPARE(rig.env.prompter.texts().last(),
-           QStringLiteral("Unable to overwrite - the file\n") + path +
-               QStringLiteral("\nis already open"));
-  QCOMPARE(rig.env.prompter.entries.last().title, QStringLiteral("Oops"));
-  QCOMPARE(ListColumn(path, "Name").size(), 3);
-  QCOMPARE(rig.windows().size(), 1);
-}
-
-void TestListDocuments::openAndAlreadyOpen() {
-  Rig rig;
-  const QString path = rig.list("tonight");
-  rig.main->findChild<QToolButton*>("cmdOpen")->click();
-  QCOMPARE(rig.dialogs, 1);
-  rig.open(path);
-  QVERIFY(!rig.lastSave);
-  QCOMPARE(rig.lastTitle, QStringLiteral("Open existing list..."));
-  QCOMPARE(rig.windows().size(), 1);
-  QCOMPARE(rig.window(path)->datPrimary()->RecordCount(), 2);
-  rig.open(path);
-  QCOMPARE(rig.windows().size(), 1);
-  QCOMPARE(rig.env.prompter.entries.size(), 1);
-  QCOMPARE(rig.env.prompter.entries[0].title, QStringLiteral("Oops"));
-  QCOMPARE(rig.env.prompter.entries[0].text,
-           QStringLiteral("This file:\n") + path + QStringLiteral("\nis already open"));
-  // Another spelling of the same file is another document.
-  rig.open(rig.env.path("lists/../lists/tonight.tlf"));
-  QCOMPARE(rig.windows().size(), 2);
-}
-
-void TestListDocuments::nineOpen_data() {
-  QTest::addColumn<QString>("command");
-  QTest::newRow("new") << "mnuNew";
-  QTest::newRow("open") << "mnuOpen";
-  QTest::newRow("recent") << "mnuMRU0";
-}
-
-void TestListDocuments::nineOpen() {
-  QFETCH(QString, command);
-  Rig rig;
-  for (int i = 1; i <= 9; ++i) rig.open(rig.list(QStringLiteral("list%1").arg(i)));
-  QCOMPARE(rig.windows().size(), 9);
-  const QString tenth = rig.list("tenth");
-  rig.state().MRUFiles[0] = FileEntry{"tenth", tenth};
-  rig.dialogs = 0;
-  rig.answers << tenth;
-  rig.trigger(command.toLatin1().constData());
-  QCOMPARE(rig.dialogs, 0);
-  QCOMPARE(rig.env.prompter.texts(), QStringList{"Sorry, you can only open 9 files!"});
-  QCOMPARE(rig.windows().size(), 9);
-}
-
-void TestListDocuments::slotOfAClosedWindowIsReused() {
-  Rig rig;
-  QStringList paths;
-  for (int i = 1; i <= 5; ++i) {
-    paths << rig.list(QStringLiteral("list%1").arg(i));
-    rig.open(paths.last());
+  void newListFromTemplate() {
+    Rig rig;
+    QDir().mkpath(rig.env.path("lists"));
+    rig.state().LastListFolder = rig.env.path("lists/");
+    QVERIFY(!rig.commandsEnabled());
+    const QString chosen = rig.env.path("lists/galaxies");
+    rig.answers << chosen;
+    rig.trigger("mnuNew");
+    QVERIFY(rig.lastSave);
+    QCOMPARE(rig.lastTitle, QStringLiteral("Name new file..."));
+    QCOMPARE(rig.lastFolder, rig.env.path("lists/"));
+    const QString path = chosen + ".tlf";
+    QCOMPARE(ListColumn(path, "Name"), QStringList());
+    CurrentList* w = rig.window(path);
+    QVERIFY(w);
+    QCOMPARE(w->windowTitle(), QStringLiteral("Objects - galaxies"));
+    QCOMPARE(w->slot(), 1);
+    QCOMPARE(rig.state().LastListFolder, rig.env.path("lists/"));
+    QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileName")->text(), path);
+    QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileTitle")->text(), QStringLiteral("galaxies"));
+    QVERIFY(rig.commandsEnabled());
+    QVERIFY(rig.env.prompter.entries.isEmpty());
   }
-  rig.close(paths[2]);
-  const QString sixth = rig.list("list6");
-  rig.open(sixth);
-  QCOMPARE(rig.window(sixth)->slot(), 3);
-}
 
-void TestListDocuments::recentEntries() {
-  Rig rig;
-  const QString kept = rig.list("kept");
-  rig.state().MRUFiles[0] = FileEntry{"gone", rig.env.path("lists/gone.tlf")};
-  rig.state().MRUFiles[1] = FileEntry{"kept", kept};
-  rig.state().MRUShown = {true, true, false, false, false};
-  rig.main->refreshRecentMenu();
-  rig.trigger("mnuMRU0");
-  QCOMPARE(rig.env.prompter.entries.size(), 1);
-  QCOMPARE(rig.env.prompter.entries[0].title, QStringLiteral("Error"));
-  QCOMPARE(rig.env.prompter.entries[0].text,
-           QStringLiteral("This file\ngone\nno longer exists or has been moved."));
-  QVERIFY(rig.main->findChild<QAction*>("mnuMRU0")->isVisible());
-  QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("gone"));
+  void newAndOpenCancelled() {
+    Rig rig;
+    rig.trigger("mnuNew");
+    rig.trigger("mnuOpen");
+    QCOMPARE(rig.dialogs, 2);
+    QVERIFY(rig.windows().isEmpty());
+    QVERIFY(rig.env.prompter.entries.isEmpty());
+    QCOMPARE(rig.state().OpenFileCount, qint16(0));
+  }
 
-  rig.trigger("mnuMRU1");
-  QCOMPARE(rig.dialogs, 0);
-  QVERIFY(rig.window(kept));
-  QCOMPARE(rig.window(kept)->windowTitle(), QStringLiteral("Objects - kept"));
-  rig.trigger("mnuMRU1");
-  QCOMPARE(rig.env.prompter.entries.last().text,
-           QStringLiteral("This file:\n") + kept + QStringLiteral("\nis already open"));
-  QCOMPARE(rig.windows().size(), 1);
-}
+  // A name whose letters also stand earlier in the path still leaves the dialog in its folder.
+  void folderOfAShortName_data() { commandRows(); }
+  void folderOfAShortName() {
+    QFETCH(QString, command);
+    Rig rig;
+    const QString path = rig.list(QStringLiteral("t"));
+    QVERIFY(rig.env.path("lists/").contains(QLatin1Char('t'), Qt::CaseInsensitive));
+    rig.answers << path;
+    rig.env.prompter.answer(Prompter::Answer::Yes);  // New asks before it overwrites
+    rig.trigger(command);
+    QVERIFY(rig.window(path));
+    QCOMPARE(rig.state().LastListFolder, rig.env.path("lists/"));
+  }
 
-void TestListDocuments::closingRecordsRecentFiles() {
-  Rig rig;
-  const QString a = rig.list("alpha"), b = rig.list("beta");
-  rig.open(a);
-  rig.open(b);
-  rig.close(a);
-  QVERIFY(rig.commandsEnabled());
-  QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("alpha"));
-  QCOMPARE(rig.state().MRUFiles[0].path, a);
-  QCOMPARE(rig.main->findChild<QAction*>("mnuMRU0")->text(), QStringLiteral("alpha"));
-  QVERIFY(rig.main->findChild<QAction*>("mnuMRU0")->isVisible());
-  QVERIFY(rig.env.readFile("config/TVRNMRU.dat").contains("alpha"));
-  rig.close(b);
-  QVERIFY(!rig.commandsEnabled());
-  QCOMPARE(rig.state().OpenFileCount, qint16(0));
-  QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("beta"));
-  QCOMPARE(rig.state().MRUFiles[1].title, QStringLiteral("alpha"));
-  rig.open(a);
-  QVERIFY(rig.commandsEnabled());
-}
+  void newListOverwrite_data() {
+    QTest::addColumn<bool>("yes");
+    QTest::newRow("yes") << true;
+    QTest::newRow("no") << false;
+  }
+  void newListOverwrite() {
+    QFETCH(bool, yes);
+    Rig rig;
+    const QString path = rig.list("old", 3);
+    rig.env.prompter.answer(yes ? Prompter::Answer::Yes : Prompter::Answer::No);
+    rig.answers << path;
+    rig.trigger("mnuNew");
+    QCOMPARE(rig.said(), QStringList("Confirm: This file\n" + path + "\nalready exists.  Overwrite?"));
+    QCOMPARE(ListColumn(path, "Name").size(), yes ? 0 : 3);
+    QCOMPARE(rig.windows().size(), yes ? 1 : 0);
+  }
 
-void TestListDocuments::closeBoxRecordsExitDoesNot() {
-  {
+  void newListOverAnOpenList() {
+    Rig rig;
+    const QString path = rig.list("tonight", 3);
+    rig.open(path);
+    rig.env.prompter.answer(Prompter::Answer::Yes);
+    rig.answers << path;
+    rig.trigger("mnuNew");
+    QCOMPARE(rig.said().last(),
+             "Oops: Unable to overwrite - the file\n" + path + "\nis already open");
+    QCOMPARE(ListColumn(path, "Name").size(), 3);
+    QCOMPARE(rig.windows().size(), 1);
+  }
+
+  void openAndAlreadyOpen() {
+    Rig rig;
+    const QString path = rig.list("tonight");
+    rig.main->findChild<QToolButton*>("cmdOpen")->click();
+    QCOMPARE(rig.dialogs, 1);
+    rig.open(path);
+    QVERIFY(!rig.lastSave);
+    QCOMPARE(rig.lastTitle, QStringLiteral("Open existing list..."));
+    QCOMPARE(rig.window(path)->datPrimary()->RecordCount(), 2);
+    rig.open(path);
+    QCOMPARE(rig.windows().size(), 1);
+    QCOMPARE(rig.said(), QStringList("Oops: This file:\n" + path + "\nis already open"));
+    // Another spelling of the same file is another document.
+    rig.open(rig.env.path("lists/../lists/tonight.tlf"));
+    QCOMPARE(rig.windows().size(), 2);
+  }
+
+  void nineOpen_data() {
+    commandRows();
+    QTest::newRow("recent") << "mnuMRU0";
+  }
+  void nineOpen() {
+    QFETCH(QString, command);
+    Rig rig;
+    for (int i = 1; i <= 9; ++i) rig.open(rig.list(QStringLiteral("list%1").arg(i)));
+    QCOMPARE(rig.windows().size(), 9);
+    const QString tenth = rig.list("tenth");
+    rig.state().MRUFiles[0] = FileEntry{"tenth", tenth};
+    rig.dialogs = 0;
+    rig.answers << tenth;
+    rig.trigger(command);
+    QCOMPARE(rig.dialogs, 0);
+    QCOMPARE(rig.env.prompter.texts(), QStringList{"Sorry, you can only open 9 files!"});
+    QCOMPARE(rig.windows().size(), 9);
+  }
+
+  void slotOfAClosedWindowIsReused() {
+    Rig rig;
+    QStringList paths;
+    for (int i = 1; i <= 5; ++i) {
+      paths << rig.list(QStringLiteral("list%1").arg(i));
+      rig.open(paths.last());
+    }
+    rig.close(paths[2]);
+    const QString sixth = rig.list("list6");
+    rig.open(sixth);
+    QCOMPARE(rig.window(sixth)->slot(), 3);
+  }
+
+  void recentEntries() {
+    Rig rig;
+    const QString kept = rig.list("kept");
+    rig.state().MRUFiles[0] = FileEntry{"gone", rig.env.path("lists/gone.tlf")};
+    rig.state().MRUFiles[1] = FileEntry{"kept", kept};
+    rig.state().MRUShown = {true, true, false, false, false};
+    rig.main->refreshRecentMenu();
+    rig.trigger("mnuMRU0");
+    QCOMPARE(rig.said(), QStringList("Error: This file\ngone\nno longer exists or has been moved."));
+    QVERIFY(rig.main->findChild<QAction*>("mnuMRU0")->isVisible());
+    QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("gone"));
+    rig.trigger("mnuMRU1");
+    QCOMPARE(rig.dialogs, 0);
+    QCOMPARE(rig.window(kept)->windowTitle(), QStringLiteral("Objects - kept"));
+    rig.trigger("mnuMRU1");
+    QCOMPARE(rig.said().last(), "Oops: This file:\n" + kept + "\nis already open");
+    QCOMPARE(rig.windows().size(), 1);
+  }
+
+  void closingRecordsRecentFiles() {
+    Rig rig;
+    const QString a = rig.list("alpha"), b = rig.list("beta");
+    rig.open(a);
+    rig.open(b);
+    rig.close(a);
+    QVERIFY(rig.commandsEnabled());
+    QCOMPARE(rig.state().MRUFiles[0].path, a);
+    QCOMPARE(rig.main->findChild<QAction*>("mnuMRU0")->text(), QStringLiteral("alpha"));
+    QVERIFY(rig.main->findChild<QAction*>("mnuMRU0")->isVisible());
+    QVERIFY(rig.env.readFile("config/TVRNMRU.dat").contains("alpha"));
+    rig.close(b);
+    QVERIFY(!rig.commandsEnabled());
+    QCOMPARE(rig.state().OpenFileCount, qint16(0));
+    QCOMPARE(rig.state().MRUFiles[0].title + rig.state().MRUFiles[1].title,
+             QStringLiteral("betaalpha"));
+    rig.open(a);
+    QVERIFY(rig.commandsEnabled());
+  }
+
+  // The close box closes the lists first, each recorded; Exit leaves them.
+  void closeBoxRecordsExitDoesNot_data() {
+    QTest::addColumn<bool>("exit");
+    QTest::newRow("exit") << true;
+    QTest::newRow("close box") << false;
+  }
+  void closeBoxRecordsExitDoesNot() {
+    QFETCH(bool, exit);
     Rig rig;
     rig.open(rig.list("alpha"));
     rig.open(rig.list("beta"));
-    rig.trigger("mnuExit");
-    QCOMPARE(rig.state().MRUFiles[0].title, QString());
-    QCOMPARE(rig.state().OpenFileCount, qint16(2));
+    bool quit = false;
+    rig.main->quitApplication = [&] { quit = true; };
+    if (exit) rig.trigger("mnuExit");
+    else QVERIFY(rig.main->close());
+    QVERIFY(quit);
+    QCOMPARE(rig.state().OpenFileCount, qint16(exit ? 2 : 0));
+    const QString first = rig.state().MRUFiles[1].title, last = rig.state().MRUFiles[0].title;
+    if (exit) {
+      QCOMPARE(last, QString());
+      return;
+    }
+    QCOMPARE(QSet<QString>({first, last}), QSet<QString>({"alpha", "beta"}));
+    QVERIFY(rig.env.readFile("config/TVRNMRU.dat").startsWith("\"" + last.toLatin1()));
   }
-  Rig rig;
-  rig.open(rig.list("alpha"));
-  rig.open(rig.list("beta"));
-  bool quit = false;
-  rig.main->quitApplication = [&] { quit = true; };
-  QVERIFY(rig.main->close());
-  QVERIFY(quit);
-  QCOMPARE(rig.state().OpenFileCount, qint16(0));
-  const QString first = rig.state().MRUFiles[1].title, last = rig.state().MRUFiles[0].title;
-  QCOMPARE(QSet<QString>({first, last}), QSet<QString>({"alpha", "beta"}));
-  QVERIFY(rig.env.readFile("config/TVRNMRU.dat").startsWith("\"" + last.toLatin1()));
-}
 
-void TestListDocuments::compactWindowOnSmallScreen() {
-  Rig rig;
-  rig.main->screenHeightTwips = [] { return 9000; };
-  const QString path = rig.list("small");
-  rig.open(path);
-  CurrentList* w = rig.window(path);
-  QCOMPARE(w->objectName(), QStringLiteral("CurrentListFixed"));
-  auto* close = w->findChild<QPushButton*>("cmdClose");
-  QVERIFY(close);
-  close->click();
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  QVERIFY(rig.windows().isEmpty());
-  QCOMPARE(rig.state().OpenFileCount, qint16(0));
-  QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("small"));
-}
+  void compactWindowOnSmallScreen() {
+    Rig rig;
+    rig.main->screenHeightTwips = [] { return 9000; };
+    const QString path = rig.list("small");
+    rig.open(path);
+    CurrentList* w = rig.window(path);
+    QCOMPARE(w->objectName(), QStringLiteral("CurrentListFixed"));
+    w->findChild<QPushButton*>("cmdClose")->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(rig.windows().isEmpty());
+    QCOMPARE(rig.state().OpenFileCount, qint16(0));
+    QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("small"));
+  }
 
-void TestListDocuments::unreadableDocument() {
-  Rig rig;
-  const QString path = rig.env.path("lists/broken.tlf");
-  rig.env.writeFile("lists/broken.tlf", "not a database at all, not even close to one");
-  rig.open(path);
-  QVERIFY(rig.windows().isEmpty());
-  QCOMPARE(rig.env.prompter.entries.size(), 1);
-  QCOMPARE(rig.state().OpenFileCount, qint16(0));
-  QCOMPARE(rig.state().OpenSlotFile[1], QString());
-  QVERIFY(!rig.commandsEnabled());
-}
+  void unreadableDocument() {
+    Rig rig;
+    rig.env.writeFile("lists/broken.tlf", "not a database at all, not even close to one");
+    rig.open(rig.env.path("lists/broken.tlf"));
+    QVERIFY(rig.windows().isEmpty());
+    QCOMPARE(rig.env.prompter.entries.size(), 1);
+    QCOMPARE(rig.state().OpenFileCount, qint16(0));
+    QCOMPARE(rig.state().OpenSlotFile[1], QString());
+    QVERIFY(!rig.commandsEnabled());
+  }
+};
 
 QTEST_MAIN(TestListDocuments)
 #include "tst_listdocuments.moc"
