@@ -3,6 +3,7 @@
 #include <QTextDocument>
 
 #include <QAction>
+#include <QFile>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -13,12 +14,17 @@
 #include <QToolButton>
 
 #include "catalog/catalogbrowser.h"
+#include "catalog/recordset.h"
 #include "charts/alignstars.h"
 #include "charts/hhc.h"
+#include "core/listdocuments.h"
 #include "core/mainwindow.h"
+#include "core/opendocuments.h"
 #include "core/settings.h"
 #include "core/windowfit.h"
 #include "core/windowplacement.h"
+#include "lists/listwindow.h"
+#include "support/listdocument.h"
 #include "support/testenv.h"
 
 namespace {
@@ -34,20 +40,86 @@ class ClosingChild : public QWidget {
   int* closed_;
 };
 
-// A main window over settings that exist, so start-up does not open Setup.
-struct Main {
-  explicit Main(const QByteArray& recent = {}) {
+// A started main window over settings that exist (so start-up does not open Setup), whose
+// file dialog answers from a queue and counts its calls.
+struct Rig {
+  TestEnv env;
+  std::unique_ptr<TavorineListMain> main;
+  QStringList answers;
+  int dialogs = 0;
+  QString lastTitle, lastFolder;
+  bool lastSave = false;
+
+  explicit Rig(const QByteArray& recent = {}) {
     ProgramSettings s;
     s.FirstRun = 0;
     s.DataDir = env.path("lists/");
     env.writeFile("config/TavorineList.ini", SettingsRecord(s, true));
     if (!recent.isEmpty()) env.writeFile("config/TVRNMRU.dat", recent);
+    main = std::make_unique<TavorineListMain>(*env.state);
+    main->quitApplication = [] {};
+    main->screenHeightTwips = [] { return 15000; };
+    main->chooseListFile = [this](bool save, const QString& title, const QString& folder) {
+      ++dialogs;
+      lastSave = save;
+      lastTitle = title;
+      lastFolder = folder;
+      return answers.isEmpty() ? QString() : answers.takeFirst();
+    };
+    main->start();
   }
-  QAction* action(const char* name) { return w.findChild<QAction*>(QLatin1String(name)); }
-  QToolButton* button(const char* name) { return w.findChild<QToolButton*>(QLatin1String(name)); }
-  TestEnv env;
-  TavorineListMain w{*env.state};
+  AppState& state() { return *env.state; }
+  // A list document in lists/ with this many rows.
+  QString list(const QString& name, int rows = 2) {
+    const QString p = env.path(QStringLiteral("lists/") + name + QStringLiteral(".tlf"));
+    QDir().mkpath(env.path(QStringLiteral("lists")));
+    std::vector<ListRow> content;
+    for (int i = 0; i < rows; ++i)
+      content.push_back(NamedRow(QStringLiteral("Object %1").arg(i + 1),
+                                 SkyPosition::of(i, 0, "+", 10, 0)));
+    MakeListDocument(state(), p, content);
+    return p;
+  }
+  QAction* action(const QString& name) const { return main->findChild<QAction*>(name); }
+  QToolButton* button(const QString& name) const { return main->findChild<QToolButton*>(name); }
+  void trigger(const QString& name) { action(name)->trigger(); }
+  void open(const QString& path) {
+    answers << path;
+    trigger("mnuOpen");
+  }
+  QList<CurrentList*> windows() const {
+    QList<CurrentList*> out;
+    for (QMdiSubWindow* f : main->mdiArea()->subWindowList())
+      if (auto* w = qobject_cast<CurrentList*>(f->widget())) out << w;
+    return out;
+  }
+  CurrentList* window(const QString& path) const {
+    for (CurrentList* w : windows())
+      if (w->documentPath() == path) return w;
+    return nullptr;
+  }
+  void close(const QString& path) {
+    qobject_cast<QMdiSubWindow*>(window(path)->parentWidget())->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+  bool commandsEnabled() const {
+    return main->findChild<QAction*>(QStringLiteral("mnuPrint"))->isEnabled() &&
+           main->findChild<QToolButton*>(QStringLiteral("cmdPrint"))->isEnabled() &&
+           main->findChild<QAction*>(QStringLiteral("mnuExport"))->isEnabled();
+  }
+  // The boxes shown, each as "title: text".
+  QStringList said() const {
+    QStringList out;
+    for (const auto& e : env.prompter.entries) out << e.title + QStringLiteral(": ") + e.text;
+    return out;
+  }
 };
+
+void commandRows() {
+  QTest::addColumn<QString>("command");
+  QTest::newRow("new") << "mnuNew";
+  QTest::newRow("open") << "mnuOpen";
+}
 
 int visibleWindows(const QString& title) {
   int n = 0;
@@ -61,11 +133,10 @@ class TestMainWindow : public QObject {
   Q_OBJECT
  private slots:
   void listCommandsStartDisabled() {
-    Main m;
-    m.w.start();
+    Rig m;
     const char* listCommands[] = {"mnuExport", "mnuImportCurrent", "mnuImporthcTour", "mnuPrint"};
     for (bool on : {false, true}) {
-      if (on) m.w.setListCommandsEnabled(true);
+      if (on) m.main->setListCommandsEnabled(true);
       for (const char* name : listCommands) QVERIFY2(m.action(name)->isEnabled() == on, name);
       QCOMPARE(m.button("cmdPrint")->isEnabled(), on);
     }
@@ -74,8 +145,7 @@ class TestMainWindow : public QObject {
   }
 
   void recentMenu() {
-    Main m("\"Tonight\",\"/l/a.tlf\"\r\n\"Globulars\",\"/l/b.tlf\"\r\n");
-    m.w.start();
+    Rig m("\"Tonight\",\"/l/a.tlf\"\r\n\"Globulars\",\"/l/b.tlf\"\r\n");
     QVERIFY(m.action("mnuSepMRU")->isVisible());
     QCOMPARE(m.action("mnuMRU0")->text(), QStringLiteral("Tonight"));
     QCOMPARE(m.action("mnuMRU1")->text(), QStringLiteral("Globulars"));
@@ -93,29 +163,27 @@ class TestMainWindow : public QObject {
   }
   void exitAndCloseBox() {
     QFETCH(bool, exit);
-    Main m;
+    Rig m;
     int quits = 0, closed = 0;
-    m.w.quitApplication = [&] { ++quits; };
-    m.w.start();
-    m.w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
-    m.w.mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
+    m.main->quitApplication = [&] { ++quits; };
+    m.main->mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
+    m.main->mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
     if (exit) {
-      QVERIFY(QTest::qWaitForWindowActive(&m.w));
-      QTest::keyClick(&m.w, Qt::Key_Q, Qt::ControlModifier);
+      QVERIFY(QTest::qWaitForWindowActive(m.main.get()));
+      QTest::keyClick(&*m.main, Qt::Key_Q, Qt::ControlModifier);
     } else {
-      m.w.close();
+      m.main->close();
     }
     QCOMPARE(quits, 1);
     QTEST(closed, "closed");
   }
 
   void windowMenuListsChildren() {
-    Main m;
-    m.w.start();
+    Rig m;
     auto* child = new QWidget;
     child->setWindowTitle(QStringLiteral("Objects - Tonight"));
-    m.w.mdiArea()->addSubWindow(child)->show();
-    auto* menu = m.w.findChild<QMenu*>(QStringLiteral("mnuWindow"));
+    m.main->mdiArea()->addSubWindow(child)->show();
+    auto* menu = m.main->findChild<QMenu*>(QStringLiteral("mnuWindow"));
     QMetaObject::invokeMethod(menu, "aboutToShow");
     QStringList texts;
     for (QAction* a : menu->actions()) texts << a->text();
@@ -124,9 +192,9 @@ class TestMainWindow : public QObject {
   }
 
   void decSignFlips() {
-    Main m;
-    auto* button = m.w.findChild<QPushButton*>(QStringLiteral("cmdDecSign"));
-    auto* sign = m.w.findChild<QLineEdit*>(QStringLiteral("txtGotoDecSign"));
+    Rig m;
+    auto* button = m.main->findChild<QPushButton*>(QStringLiteral("cmdDecSign"));
+    auto* sign = m.main->findChild<QLineEdit*>(QStringLiteral("txtGotoDecSign"));
     button->click();
     QCOMPARE(sign->text() + button->text(), QStringLiteral("--"));
     sign->setText(QStringLiteral("x"));
@@ -135,7 +203,7 @@ class TestMainWindow : public QObject {
   }
 
   void futureExportSaysSo() {
-    Main m;
+    Rig m;
     m.action("mnuExportHC")->trigger();
     QCOMPARE(m.env.prompter.texts(), QStringList{QStringLiteral("For future developments.")});
   }
@@ -160,8 +228,7 @@ class TestMainWindow : public QObject {
 
   // The toolbar button, the menu and Ctrl+R in the help window switch the one mode.
   void redScreenRoundTrip() {
-    Main m;
-    m.w.start();
+    Rig m;
     QToolButton* red = m.button("cmdRedScreen");
     QAction* menu = m.action("mnuRedScreen");
     const QPalette before = QApplication::palette();
@@ -179,7 +246,7 @@ class TestMainWindow : public QObject {
 
     // Help headings follow the mode.
     m.action("mnuHelpTopics")->trigger();
-    auto* help = m.w.findChild<QWidget*>(QStringLiteral("HelpWindow"));
+    auto* help = m.main->findChild<QWidget*>(QStringLiteral("HelpWindow"));
     QVERIFY(help && QTest::qWaitForWindowActive(help));
     auto* page = help->findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
     const auto headingColour = [&] {
@@ -194,18 +261,17 @@ class TestMainWindow : public QObject {
     }
     // Exit while on puts the colours back.
     red->click();
-    m.w.quitApplication = [] {};
+    m.main->quitApplication = [] {};
     m.action("mnuExit")->trigger();
     QCOMPARE(QApplication::palette(), before);
   }
 
   void helpWindowIsReused() {
-    Main m;
-    m.w.start();
+    Rig m;
     m.action("mnuHelpTopics")->trigger();
     m.action("mnuHelpTopics")->trigger();
     QCOMPARE(visibleWindows(QStringLiteral("Tavorine Online Help")), 1);
-    auto* help = m.w.findChild<QWidget*>(QStringLiteral("HelpWindow"));
+    auto* help = m.main->findChild<QWidget*>(QStringLiteral("HelpWindow"));
     QVERIFY(QTest::qWaitForWindowActive(help));
     QTest::keyClick(help, Qt::Key_Escape);
     QVERIFY(!help->isVisible());
@@ -213,12 +279,11 @@ class TestMainWindow : public QObject {
 
   // However small the screen, the main window opens inside it.
   void fitsTheScreenOnFirstStart() {
-    Main m;
-    m.w.start();
-    const QRect area = m.w.screen()->availableGeometry();
-    QVERIFY2(area.contains(m.w.geometry()),
+    Rig m;
+    const QRect area = m.main->screen()->availableGeometry();
+    QVERIFY2(area.contains(m.main->geometry()),
              qPrintable(QStringLiteral("%1x%2 in %3x%4")
-                            .arg(m.w.width()).arg(m.w.height()).arg(area.width()).arg(area.height())));
+                            .arg(m.main->width()).arg(m.main->height()).arg(area.width()).arg(area.height())));
   }
 
   void fit_data() {
@@ -269,29 +334,28 @@ class TestMainWindow : public QObject {
   // help window.
   void chartWindowsOpenOnce() {
     QFETCH(QString, command);
-    Main m;
-    m.w.start();
+    Rig m;
     for (int i = 0; i < 2; ++i) {
-      if (QAction* a = m.w.findChild<QAction*>(command)) a->trigger();
-      else m.w.findChild<QToolButton*>(command)->click();
+      if (QAction* a = m.main->findChild<QAction*>(command)) a->trigger();
+      else m.main->findChild<QToolButton*>(command)->click();
     }
     if (command.endsWith(QLatin1String("HHC"))) {
-      QCOMPARE(m.w.findChildren<HHC*>().size(), 1);
-      HHC* hhc = m.w.findChild<HHC*>();
+      QCOMPARE(m.main->findChildren<HHC*>().size(), 1);
+      HHC* hhc = m.main->findChild<HHC*>();
       QVERIFY(hhc->isVisible() && !hhc->firstActivatePending());
       QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
       QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
       QCOMPARE(visibleWindows(QStringLiteral("Tavorine Online Help")), 1);
     } else {
-      QCOMPARE(m.w.findChildren<AlignStars*>().size(), 1);
-      auto* chart = m.w.findChild<AlignStars*>();
+      QCOMPARE(m.main->findChildren<AlignStars*>().size(), 1);
+      auto* chart = m.main->findChild<AlignStars*>();
       auto* print = chart->findChild<QPushButton*>("cmdPrint");
       // Red Screen turns the toolbar's Print button red, not the chart's.
       m.action("mnuRedScreen")->trigger();
-      QVERIFY(m.w.findChild<QToolBar*>()->findChild<QToolButton*>("cmdPrint")->toolTip().isEmpty());
+      QVERIFY(m.main->findChild<QToolBar*>()->findChild<QToolButton*>("cmdPrint")->toolTip().isEmpty());
       QVERIFY(print->styleSheet().isEmpty());
       m.action("mnuRedScreen")->trigger();
-      QCOMPARE(m.w.mdiArea()->activeSubWindow()->widget(), chart);
+      QCOMPARE(m.main->mdiArea()->activeSubWindow()->widget(), chart);
       QVERIFY(!chart->candidates().empty() || !chart->bestPairsText().empty());
       // Print opens "Print Alignment Chart" beside the chart, without blocking it, and once.
       print->click();
@@ -299,6 +363,223 @@ class TestMainWindow : public QObject {
       QCOMPARE(visibleWindows(QStringLiteral("Print Alignment Chart")), 1);
     }
     QVERIFY(m.env.prompter.entries.isEmpty());
+  }
+
+  void newListFromTemplate() {
+    Rig rig;
+    QDir().mkpath(rig.env.path("lists"));
+    rig.state().LastListFolder = rig.env.path("lists/");
+    QVERIFY(!rig.commandsEnabled());
+    const QString chosen = rig.env.path("lists/galaxies");
+    rig.answers << chosen;
+    rig.trigger("mnuNew");
+    QVERIFY(rig.lastSave);
+    QCOMPARE(rig.lastTitle, QStringLiteral("Name new file..."));
+    QCOMPARE(rig.lastFolder, rig.env.path("lists/"));
+    const QString path = chosen + ".tlf";
+    QCOMPARE(ListColumn(path, "Name"), QStringList());
+    CurrentList* w = rig.window(path);
+    QVERIFY(w);
+    QCOMPARE(w->windowTitle(), QStringLiteral("Objects - galaxies"));
+    QCOMPARE(w->slot(), 1);
+    QCOMPARE(rig.state().LastListFolder, rig.env.path("lists/"));
+    QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileName")->text(), path);
+    QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileTitle")->text(), QStringLiteral("galaxies"));
+    QVERIFY(rig.commandsEnabled());
+    QVERIFY(rig.env.prompter.entries.isEmpty());
+  }
+
+  void newAndOpenCancelled() {
+    Rig rig;
+    rig.trigger("mnuNew");
+    rig.trigger("mnuOpen");
+    QCOMPARE(rig.dialogs, 2);
+    QVERIFY(rig.windows().isEmpty());
+    QVERIFY(rig.env.prompter.entries.isEmpty());
+    QCOMPARE(rig.state().OpenFileCount, qint16(0));
+  }
+
+  // A name whose letters also stand earlier in the path still leaves the dialog in its folder.
+  void folderOfAShortName_data() { commandRows(); }
+  void folderOfAShortName() {
+    QFETCH(QString, command);
+    Rig rig;
+    const QString path = rig.list(QStringLiteral("t"));
+    QVERIFY(rig.env.path("lists/").contains(QLatin1Char('t'), Qt::CaseInsensitive));
+    rig.answers << path;
+    rig.env.prompter.answer(Prompter::Answer::Yes);  // New asks before it overwrites
+    rig.trigger(command);
+    QVERIFY(rig.window(path));
+    QCOMPARE(rig.state().LastListFolder, rig.env.path("lists/"));
+  }
+
+  void newListOverwrite_data() {
+    QTest::addColumn<bool>("yes");
+    QTest::newRow("yes") << true;
+    QTest::newRow("no") << false;
+  }
+  void newListOverwrite() {
+    QFETCH(bool, yes);
+    Rig rig;
+    const QString path = rig.list("old", 3);
+    rig.env.prompter.answer(yes ? Prompter::Answer::Yes : Prompter::Answer::No);
+    rig.answers << path;
+    rig.trigger("mnuNew");
+    QCOMPARE(rig.said(), QStringList("Confirm: This file\n" + path + "\nalready exists.  Overwrite?"));
+    QCOMPARE(ListColumn(path, "Name").size(), yes ? 0 : 3);
+    QCOMPARE(rig.windows().size(), yes ? 1 : 0);
+  }
+
+  void newListOverAnOpenList() {
+    Rig rig;
+    const QString path = rig.list("tonight", 3);
+    rig.open(path);
+    rig.env.prompter.answer(Prompter::Answer::Yes);
+    rig.answers << path;
+    rig.trigger("mnuNew");
+    QCOMPARE(rig.said().last(),
+             "Oops: Unable to overwrite - the file\n" + path + "\nis already open");
+    QCOMPARE(ListColumn(path, "Name").size(), 3);
+    QCOMPARE(rig.windows().size(), 1);
+  }
+
+  void openAndAlreadyOpen() {
+    Rig rig;
+    const QString path = rig.list("tonight");
+    rig.main->findChild<QToolButton*>("cmdOpen")->click();
+    QCOMPARE(rig.dialogs, 1);
+    rig.open(path);
+    QVERIFY(!rig.lastSave);
+    QCOMPARE(rig.lastTitle, QStringLiteral("Open existing list..."));
+    QCOMPARE(rig.window(path)->datPrimary()->RecordCount(), 2);
+    rig.open(path);
+    QCOMPARE(rig.windows().size(), 1);
+    QCOMPARE(rig.said(), QStringList("Oops: This file:\n" + path + "\nis already open"));
+    // Another spelling of the same file is another document.
+    rig.open(rig.env.path("lists/../lists/tonight.tlf"));
+    QCOMPARE(rig.windows().size(), 2);
+  }
+
+  void nineOpen_data() {
+    commandRows();
+    QTest::newRow("recent") << "mnuMRU0";
+  }
+  void nineOpen() {
+    QFETCH(QString, command);
+    Rig rig;
+    for (int i = 1; i <= 9; ++i) rig.open(rig.list(QStringLiteral("list%1").arg(i)));
+    QCOMPARE(rig.windows().size(), 9);
+    const QString tenth = rig.list("tenth");
+    rig.state().MRUFiles[0] = FileEntry{"tenth", tenth};
+    rig.dialogs = 0;
+    rig.answers << tenth;
+    rig.trigger(command);
+    QCOMPARE(rig.dialogs, 0);
+    QCOMPARE(rig.env.prompter.texts(), QStringList{"Sorry, you can only open 9 files!"});
+    QCOMPARE(rig.windows().size(), 9);
+  }
+
+  void slotOfAClosedWindowIsReused() {
+    Rig rig;
+    QStringList paths;
+    for (int i = 1; i <= 5; ++i) {
+      paths << rig.list(QStringLiteral("list%1").arg(i));
+      rig.open(paths.last());
+    }
+    rig.close(paths[2]);
+    const QString sixth = rig.list("list6");
+    rig.open(sixth);
+    QCOMPARE(rig.window(sixth)->slot(), 3);
+  }
+
+  void recentEntries() {
+    Rig rig;
+    const QString kept = rig.list("kept");
+    rig.state().MRUFiles[0] = FileEntry{"gone", rig.env.path("lists/gone.tlf")};
+    rig.state().MRUFiles[1] = FileEntry{"kept", kept};
+    rig.state().MRUShown = {true, true, false, false, false};
+    rig.main->refreshRecentMenu();
+    rig.trigger("mnuMRU0");
+    QCOMPARE(rig.said(), QStringList("Error: This file\ngone\nno longer exists or has been moved."));
+    QVERIFY(rig.main->findChild<QAction*>("mnuMRU0")->isVisible());
+    QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("gone"));
+    rig.trigger("mnuMRU1");
+    QCOMPARE(rig.dialogs, 0);
+    QCOMPARE(rig.window(kept)->windowTitle(), QStringLiteral("Objects - kept"));
+    rig.trigger("mnuMRU1");
+    QCOMPARE(rig.said().last(), "Oops: This file:\n" + kept + "\nis already open");
+    QCOMPARE(rig.windows().size(), 1);
+  }
+
+  void closingRecordsRecentFiles() {
+    Rig rig;
+    const QString a = rig.list("alpha"), b = rig.list("beta");
+    rig.open(a);
+    rig.open(b);
+    rig.close(a);
+    QVERIFY(rig.commandsEnabled());
+    QCOMPARE(rig.state().MRUFiles[0].path, a);
+    QCOMPARE(rig.main->findChild<QAction*>("mnuMRU0")->text(), QStringLiteral("alpha"));
+    QVERIFY(rig.main->findChild<QAction*>("mnuMRU0")->isVisible());
+    QVERIFY(rig.env.readFile("config/TVRNMRU.dat").contains("alpha"));
+    rig.close(b);
+    QVERIFY(!rig.commandsEnabled());
+    QCOMPARE(rig.state().OpenFileCount, qint16(0));
+    QCOMPARE(rig.state().MRUFiles[0].title + rig.state().MRUFiles[1].title,
+             QStringLiteral("betaalpha"));
+    rig.open(a);
+    QVERIFY(rig.commandsEnabled());
+  }
+
+  // The close box closes the lists first, each recorded; Exit leaves them.
+  void closeBoxRecordsExitDoesNot_data() {
+    QTest::addColumn<bool>("exit");
+    QTest::newRow("exit") << true;
+    QTest::newRow("close box") << false;
+  }
+  void closeBoxRecordsExitDoesNot() {
+    QFETCH(bool, exit);
+    Rig rig;
+    rig.open(rig.list("alpha"));
+    rig.open(rig.list("beta"));
+    bool quit = false;
+    rig.main->quitApplication = [&] { quit = true; };
+    if (exit) rig.trigger("mnuExit");
+    else QVERIFY(rig.main->close());
+    QVERIFY(quit);
+    QCOMPARE(rig.state().OpenFileCount, qint16(exit ? 2 : 0));
+    const QString first = rig.state().MRUFiles[1].title, last = rig.state().MRUFiles[0].title;
+    if (exit) {
+      QCOMPARE(last, QString());
+      return;
+    }
+    QCOMPARE(QSet<QString>({first, last}), QSet<QString>({"alpha", "beta"}));
+    QVERIFY(rig.env.readFile("config/TVRNMRU.dat").startsWith("\"" + last.toLatin1()));
+  }
+
+  void compactWindowOnSmallScreen() {
+    Rig rig;
+    rig.main->screenHeightTwips = [] { return 9000; };
+    const QString path = rig.list("small");
+    rig.open(path);
+    CurrentList* w = rig.window(path);
+    QCOMPARE(w->objectName(), QStringLiteral("CurrentListFixed"));
+    w->findChild<QPushButton*>("cmdClose")->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(rig.windows().isEmpty());
+    QCOMPARE(rig.state().OpenFileCount, qint16(0));
+    QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("small"));
+  }
+
+  void unreadableDocument() {
+    Rig rig;
+    rig.env.writeFile("lists/broken.tlf", "not a database at all, not even close to one");
+    rig.open(rig.env.path("lists/broken.tlf"));
+    QVERIFY(rig.windows().isEmpty());
+    QCOMPARE(rig.env.prompter.entries.size(), 1);
+    QCOMPARE(rig.state().OpenFileCount, qint16(0));
+    QCOMPARE(rig.state().OpenSlotFile[1], QString());
+    QVERIFY(!rig.commandsEnabled());
   }
 };
 

@@ -53,7 +53,6 @@ class TestRedScreen : public QObject {
     QTest::newRow("object colour default") << 200 << "#c80000" << 200 << 0;
     QTest::newRow("mixed") << 0x123456 << "#563412" << 0x56 << 0x12;
   }
-
   void colorValues() {
     QFETCH(int, value);
     QTEST(CssColor(value), "css");

@@ -127,9 +127,6 @@ class TestSettings : public QObject {
     QCOMPARE(s.LastListFolder, s.defaultDataDir);
     QVERIFY(!s.MRUSeparatorShown);
     QVERIFY(env.prompter.entries.isEmpty());
-    QCOMPARE(s.Pages[2].OrderBy, QStringLiteral("ORDER BY Category, ObjectNum"));
-    QCOMPARE(s.Pages[4].OrderBy, QStringLiteral("ORDER BY ObjectNum"));
-    QCOMPARE(s.Pages[0].Where, QStringLiteral("WHERE True"));
   }
 
   // The first start of a German user: the files hold the program's own number form.
