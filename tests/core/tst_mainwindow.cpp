@@ -30,16 +30,6 @@
 namespace {
 
 // A child window that notes when it is closed the usual way.
-class ClosingChild : public QWidget {
- public:
-  explicit ClosingChild(int* closed) : closed_(closed) {}
-  void closeEvent(QCloseEvent* e) override {
-    ++*closed_;
-    e->accept();
-  }
-  int* closed_;
-};
-
 // A started main window over settings that exist (so start-up does not open Setup), whose
 // file dialog answers from a queue and counts its calls.
 struct Rig {
@@ -103,9 +93,8 @@ struct Rig {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
   bool commandsEnabled() const {
-    return main->findChild<QAction*>(QStringLiteral("mnuPrint"))->isEnabled() &&
-           main->findChild<QToolButton*>(QStringLiteral("cmdPrint"))->isEnabled() &&
-           main->findChild<QAction*>(QStringLiteral("mnuExport"))->isEnabled();
+    return action("mnuPrint")->isEnabled() && button("cmdPrint")->isEnabled() &&
+           action("mnuExport")->isEnabled();
   }
   // The boxes shown, each as "title: text".
   QStringList said() const {
@@ -132,8 +121,10 @@ int visibleWindows(const QString& title) {
 class TestMainWindow : public QObject {
   Q_OBJECT
  private slots:
-  void listCommandsStartDisabled() {
-    Rig m;
+  // Start-up: the list commands wait for a list, the recent lists are in the File menu, the
+  // window fits the screen however small.
+  void startUp() {
+    Rig m("\"Tonight\",\"/l/a.tlf\"\r\n\"Globulars\",\"/l/b.tlf\"\r\n");
     const char* listCommands[] = {"mnuExport", "mnuImportCurrent", "mnuImporthcTour", "mnuPrint"};
     for (bool on : {false, true}) {
       if (on) m.main->setListCommandsEnabled(true);
@@ -142,40 +133,19 @@ class TestMainWindow : public QObject {
     }
     QVERIFY(m.action("mnuImport")->isEnabled() && m.action("mnuImportUser")->isEnabled());
     QVERIFY(!m.action("mnuExportHC")->isVisible());
-  }
+    m.action("mnuExportHC")->trigger();
+    QCOMPARE(m.env.prompter.texts(), QStringList{QStringLiteral("For future developments.")});
 
-  void recentMenu() {
-    Rig m("\"Tonight\",\"/l/a.tlf\"\r\n\"Globulars\",\"/l/b.tlf\"\r\n");
     QVERIFY(m.action("mnuSepMRU")->isVisible());
     QCOMPARE(m.action("mnuMRU0")->text(), QStringLiteral("Tonight"));
     QCOMPARE(m.action("mnuMRU1")->text(), QStringLiteral("Globulars"));
     QVERIFY(m.action("mnuMRU1")->isVisible());
     QVERIFY(!m.action("mnuMRU2")->isVisible());
-  }
 
-  // Exit (Ctrl+Q) quits and leaves the children to the end of the process; the close box
-  // closes them first.
-  void exitAndCloseBox_data() {
-    QTest::addColumn<bool>("exit");
-    QTest::addColumn<int>("closed");
-    QTest::newRow("exit") << true << 0;
-    QTest::newRow("close box") << false << 2;
-  }
-  void exitAndCloseBox() {
-    QFETCH(bool, exit);
-    Rig m;
-    int quits = 0, closed = 0;
-    m.main->quitApplication = [&] { ++quits; };
-    m.main->mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
-    m.main->mdiArea()->addSubWindow(new ClosingChild(&closed))->show();
-    if (exit) {
-      QVERIFY(QTest::qWaitForWindowActive(m.main.get()));
-      QTest::keyClick(&*m.main, Qt::Key_Q, Qt::ControlModifier);
-    } else {
-      m.main->close();
-    }
-    QCOMPARE(quits, 1);
-    QTEST(closed, "closed");
+    const QRect area = m.main->screen()->availableGeometry();
+    QVERIFY2(area.contains(m.main->geometry()),
+             qPrintable(QStringLiteral("%1x%2 in %3x%4")
+                            .arg(m.main->width()).arg(m.main->height()).arg(area.width()).arg(area.height())));
   }
 
   void windowMenuListsChildren() {
@@ -200,12 +170,6 @@ class TestMainWindow : public QObject {
     sign->setText(QStringLiteral("x"));
     button->click();
     QCOMPARE(sign->text(), QStringLiteral("+"));
-  }
-
-  void futureExportSaysSo() {
-    Rig m;
-    m.action("mnuExportHC")->trigger();
-    QCOMPARE(m.env.prompter.texts(), QStringList{QStringLiteral("For future developments.")});
   }
 
   void firstRunOpensSetup() {
@@ -244,8 +208,10 @@ class TestMainWindow : public QObject {
     QCOMPARE(m.button("cmdNew")->toolTip(), QStringLiteral("New List"));
     QCOMPARE(red->toolTip(), QStringLiteral("Red Screen"));
 
-    // Help headings follow the mode.
+    // Help headings follow the mode; the help window is opened once.
     m.action("mnuHelpTopics")->trigger();
+    m.action("mnuHelpTopics")->trigger();
+    QCOMPARE(visibleWindows(QStringLiteral("Tavorine Online Help")), 1);
     auto* help = m.main->findChild<QWidget*>(QStringLiteral("HelpWindow"));
     QVERIFY(help && QTest::qWaitForWindowActive(help));
     auto* page = help->findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
@@ -259,31 +225,13 @@ class TestMainWindow : public QObject {
       QCOMPARE(menu->isChecked(), on);
       QCOMPARE(headingColour(), on ? QColor(255, 0, 0) : dayHeading);
     }
+    QTest::keyClick(help, Qt::Key_Escape);
+    QVERIFY(!help->isVisible());
     // Exit while on puts the colours back.
     red->click();
     m.main->quitApplication = [] {};
     m.action("mnuExit")->trigger();
     QCOMPARE(QApplication::palette(), before);
-  }
-
-  void helpWindowIsReused() {
-    Rig m;
-    m.action("mnuHelpTopics")->trigger();
-    m.action("mnuHelpTopics")->trigger();
-    QCOMPARE(visibleWindows(QStringLiteral("Tavorine Online Help")), 1);
-    auto* help = m.main->findChild<QWidget*>(QStringLiteral("HelpWindow"));
-    QVERIFY(QTest::qWaitForWindowActive(help));
-    QTest::keyClick(help, Qt::Key_Escape);
-    QVERIFY(!help->isVisible());
-  }
-
-  // However small the screen, the main window opens inside it.
-  void fitsTheScreenOnFirstStart() {
-    Rig m;
-    const QRect area = m.main->screen()->availableGeometry();
-    QVERIFY2(area.contains(m.main->geometry()),
-             qPrintable(QStringLiteral("%1x%2 in %3x%4")
-                            .arg(m.main->width()).arg(m.main->height()).arg(area.width()).arg(area.height())));
   }
 
   void fit_data() {
@@ -365,8 +313,14 @@ class TestMainWindow : public QObject {
     QVERIFY(m.env.prompter.entries.isEmpty());
   }
 
+  // Cancelled, New and Open do nothing; New makes an empty list from the template.
   void newListFromTemplate() {
     Rig rig;
+    rig.trigger("mnuNew");
+    rig.trigger("mnuOpen");
+    QCOMPARE(rig.dialogs, 2);
+    QVERIFY(rig.windows().isEmpty());
+    QCOMPARE(rig.state().OpenFileCount, qint16(0));
     QDir().mkpath(rig.env.path("lists"));
     rig.state().LastListFolder = rig.env.path("lists/");
     QVERIFY(!rig.commandsEnabled());
@@ -389,16 +343,6 @@ class TestMainWindow : public QObject {
     QVERIFY(rig.env.prompter.entries.isEmpty());
   }
 
-  void newAndOpenCancelled() {
-    Rig rig;
-    rig.trigger("mnuNew");
-    rig.trigger("mnuOpen");
-    QCOMPARE(rig.dialogs, 2);
-    QVERIFY(rig.windows().isEmpty());
-    QVERIFY(rig.env.prompter.entries.isEmpty());
-    QCOMPARE(rig.state().OpenFileCount, qint16(0));
-  }
-
   // A name whose letters also stand earlier in the path still leaves the dialog in its folder.
   void folderOfAShortName_data() { commandRows(); }
   void folderOfAShortName() {
@@ -413,34 +357,29 @@ class TestMainWindow : public QObject {
     QCOMPARE(rig.state().LastListFolder, rig.env.path("lists/"));
   }
 
-  void newListOverwrite_data() {
+  // New over an existing list asks first, and never overwrites an open one.
+  void newListOverAnOldOne_data() {
+    QTest::addColumn<bool>("open");
     QTest::addColumn<bool>("yes");
-    QTest::newRow("yes") << true;
-    QTest::newRow("no") << false;
+    QTest::newRow("yes") << false << true;
+    QTest::newRow("no") << false << false;
+    QTest::newRow("already open") << true << true;
   }
-  void newListOverwrite() {
+  void newListOverAnOldOne() {
+    QFETCH(bool, open);
     QFETCH(bool, yes);
     Rig rig;
     const QString path = rig.list("old", 3);
+    if (open) rig.open(path);
     rig.env.prompter.answer(yes ? Prompter::Answer::Yes : Prompter::Answer::No);
     rig.answers << path;
     rig.trigger("mnuNew");
-    QCOMPARE(rig.said(), QStringList("Confirm: This file\n" + path + "\nalready exists.  Overwrite?"));
-    QCOMPARE(ListColumn(path, "Name").size(), yes ? 0 : 3);
-    QCOMPARE(rig.windows().size(), yes ? 1 : 0);
-  }
-
-  void newListOverAnOpenList() {
-    Rig rig;
-    const QString path = rig.list("tonight", 3);
-    rig.open(path);
-    rig.env.prompter.answer(Prompter::Answer::Yes);
-    rig.answers << path;
-    rig.trigger("mnuNew");
-    QCOMPARE(rig.said().last(),
-             "Oops: Unable to overwrite - the file\n" + path + "\nis already open");
-    QCOMPARE(ListColumn(path, "Name").size(), 3);
-    QCOMPARE(rig.windows().size(), 1);
+    if (open)
+      QCOMPARE(rig.said().last(), "Oops: Unable to overwrite - the file\n" + path + "\nis already open");
+    else
+      QCOMPARE(rig.said(), QStringList("Confirm: This file\n" + path + "\nalready exists.  Overwrite?"));
+    QCOMPARE(ListColumn(path, "Name").size(), yes && !open ? 0 : 3);
+    QCOMPARE(rig.windows().size(), yes || open ? 1 : 0);
   }
 
   void openAndAlreadyOpen() {
@@ -464,6 +403,7 @@ class TestMainWindow : public QObject {
     commandRows();
     QTest::newRow("recent") << "mnuMRU0";
   }
+  // Nine lists open refuse a tenth without asking for its name.
   void nineOpen() {
     QFETCH(QString, command);
     Rig rig;
@@ -477,19 +417,11 @@ class TestMainWindow : public QObject {
     QCOMPARE(rig.dialogs, 0);
     QCOMPARE(rig.env.prompter.texts(), QStringList{"Sorry, you can only open 9 files!"});
     QCOMPARE(rig.windows().size(), 9);
-  }
-
-  void slotOfAClosedWindowIsReused() {
-    Rig rig;
-    QStringList paths;
-    for (int i = 1; i <= 5; ++i) {
-      paths << rig.list(QStringLiteral("list%1").arg(i));
-      rig.open(paths.last());
-    }
-    rig.close(paths[2]);
-    const QString sixth = rig.list("list6");
-    rig.open(sixth);
-    QCOMPARE(rig.window(sixth)->slot(), 3);
+    // With one closed, the tenth takes its slot.
+    rig.answers.clear();
+    rig.close(rig.env.path("lists/list3.tlf"));
+    rig.open(tenth);
+    QCOMPARE(rig.window(tenth)->slot(), 3);
   }
 
   void recentEntries() {
@@ -531,22 +463,27 @@ class TestMainWindow : public QObject {
     QVERIFY(rig.commandsEnabled());
   }
 
-  // The close box closes the lists first, each recorded; Exit leaves them.
-  void closeBoxRecordsExitDoesNot_data() {
+  // Exit (Ctrl+Q) quits and leaves the lists to the end of the process; the close box closes
+  // them first, each recorded.
+  void exitAndCloseBox_data() {
     QTest::addColumn<bool>("exit");
     QTest::newRow("exit") << true;
     QTest::newRow("close box") << false;
   }
-  void closeBoxRecordsExitDoesNot() {
+  void exitAndCloseBox() {
     QFETCH(bool, exit);
     Rig rig;
     rig.open(rig.list("alpha"));
     rig.open(rig.list("beta"));
-    bool quit = false;
-    rig.main->quitApplication = [&] { quit = true; };
-    if (exit) rig.trigger("mnuExit");
-    else QVERIFY(rig.main->close());
-    QVERIFY(quit);
+    int quits = 0;
+    rig.main->quitApplication = [&] { ++quits; };
+    if (exit) {
+      QVERIFY(QTest::qWaitForWindowActive(rig.main.get()));
+      QTest::keyClick(rig.main.get(), Qt::Key_Q, Qt::ControlModifier);
+    } else {
+      QVERIFY(rig.main->close());
+    }
+    QCOMPARE(quits, 1);
     QCOMPARE(rig.state().OpenFileCount, qint16(exit ? 2 : 0));
     const QString first = rig.state().MRUFiles[1].title, last = rig.state().MRUFiles[0].title;
     if (exit) {
