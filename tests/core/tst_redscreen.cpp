@@ -61,30 +61,37 @@ class TestRedScreen : public QObject {
     QCOMPARE(RedLowValue(RedOf(value), GreenOf(value), BlueOf(value)), value);
   }
 
-  void tables() {
-    TestEnv env;
-    RedScreen red(*env.state);
-    red.snapshot();
-    const SysColorTables& t = red.tables();
-    const QColor base = QApplication::palette().color(QPalette::Active, QPalette::Base);
-    // The snapshot reads the window colour from the base role.
-    QCOMPARE(t.SavedSysColors[SysColor::Window], RedLowValue(base.red(), base.green(), base.blue()));
-    // The red palette paints forms in button face and edit fields in window colour.
-    const QPalette p = RedScreen::paletteFor(t.RedSysColors, QApplication::palette());
-    QCOMPARE(p.color(QPalette::Active, QPalette::Window), QColor(128, 0, 0));
-    QCOMPARE(p.color(QPalette::Active, QPalette::HighlightedText), QColor(255, 0, 0));
-    QCOMPARE(p.color(QPalette::Disabled, QPalette::Text), QColor(128, 128, 128));
-    QCOMPARE(p.color(QPalette::Active, QPalette::ToolTipBase), QColor(255, 255, 225));
-  }
-
   void roundTrip() {
     TestEnv env;
     Buttons b;
     const QPalette startPalette = QApplication::palette();
     RedScreen red(*env.state);
     red.snapshot();
+    // The snapshot reads the window colour from the base role.
+    const SysColorTables& t = red.tables();
+    const QColor base = startPalette.color(QPalette::Active, QPalette::Base);
+    QCOMPARE(t.SavedSysColors[SysColor::Window], RedLowValue(base.red(), base.green(), base.blue()));
+    // The red palette paints forms in button face and edit fields in window colour.
+    const QPalette p = RedScreen::paletteFor(t.RedSysColors, startPalette);
+    QCOMPARE(p.color(QPalette::Active, QPalette::HighlightedText), QColor(255, 0, 0));
+    QCOMPARE(p.color(QPalette::Disabled, QPalette::Text), QColor(128, 128, 128));
+    QCOMPARE(p.color(QPalette::Active, QPalette::ToolTipBase), QColor(255, 255, 225));
 
+    // Whatever the desktop did since start-up is not undone on exit while off.
+    QPalette changed = startPalette;
+    changed.setColor(QPalette::Window, QColor(1, 2, 3));
+    QApplication::setPalette(changed);
+    red.restoreForExit();
+    QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(1, 2, 3));
+    QApplication::setPalette(startPalette);
+
+    // The list workspace turns black.
+    QMdiArea area;
+    area.resize(200, 150);
+    area.show();
+    const QRgb workspace = area.grab().toImage().pixel(100, 75);
     red.toggle(b.list);
+    QCOMPARE(QColor(area.grab().toImage().pixel(100, 75)), QColor(0, 0, 0));
     QVERIFY(env.state->RedScreenOn);
     QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(128, 0, 0));
     QVERIFY(qApp->styleSheet().startsWith(startSheet_));
@@ -99,6 +106,7 @@ class TestRedScreen : public QObject {
 
     red.toggle(b.list);
     QVERIFY(!env.state->RedScreenOn);
+    QCOMPARE(area.grab().toImage().pixel(100, 75), workspace);
     QVERIFY(QApplication::palette() == startPalette);
     QCOMPARE(qApp->styleSheet(), startSheet_);
     QVERIFY(qApp->findChildren<RedScreenStyle*>().isEmpty());
@@ -123,34 +131,6 @@ class TestRedScreen : public QObject {
     QCOMPARE(qApp->styleSheet(), startSheet_);
     QVERIFY(env.state->RedScreenOn);
     QCOMPARE(b.list[0]->toolTip(), QString());
-  }
-
-  void exitWhileOff() {
-    TestEnv env;
-    RedScreen red(*env.state);
-    red.snapshot();
-    // Whatever the desktop did since start-up is not undone on exit while off.
-    const QPalette before = QApplication::palette();
-    QPalette changed = before;
-    changed.setColor(QPalette::Window, QColor(1, 2, 3));
-    QApplication::setPalette(changed);
-    red.restoreForExit();
-    QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(1, 2, 3));
-    QApplication::setPalette(before);
-  }
-
-  void workspaceTurnsBlack() {
-    TestEnv env;
-    RedScreen red(*env.state);
-    red.snapshot();
-    QMdiArea area;
-    area.resize(200, 150);
-    area.show();
-    const QRgb before = area.grab().toImage().pixel(100, 75);
-    red.toggle({});
-    QCOMPARE(QColor(area.grab().toImage().pixel(100, 75)), QColor(0, 0, 0));
-    red.toggle({});
-    QCOMPARE(area.grab().toImage().pixel(100, 75), before);
   }
 
   // While on, no picture shines (a white page, the disabled Print picture); after, each has its
