@@ -82,7 +82,6 @@ class TestSetup : public QObject {
     QTest::newRow("proxy") << "GPS" << "HCD" << 3 << false << "HCD";
     QTest::newRow("proxy address") << "I" << "HCD 127.0.0.1:2001" << 2 << false
                                    << "HCD 127.0.0.1:2001";
-    QTest::newRow("zero") << "GT" << "0" << 0 << false << "";
     QTest::newRow("letters in front") << "GT" << "COM3" << 0 << false << "";
     QTest::newRow("device path") << "CGE" << "/dev/ttyUSB0" << 4 << true << "/dev/ttyUSB0";
   }
@@ -115,7 +114,6 @@ class TestSetup : public QObject {
     QTest::newRow("lowest") << "1" << "1" << "2" << "1";
     QTest::newRow("highest") << "256" << "256" << "256" << "255";
     QTest::newRow("empty") << "" << "1" << "1" << "1";
-    QTest::newRow("zero") << "0" << "1" << "1" << "1";
     QTest::newRow("proxy") << "HCD" << "1" << "HCD" << "HCD";
     QTest::newRow("device") << "/dev/ttyUSB0" << "/dev/ttyUSB0" << "/dev/ttyUSB1"
                             << "/dev/ttyUSB0";
