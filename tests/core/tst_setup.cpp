@@ -326,9 +326,12 @@ class TestSetup : public QObject {
   }
 
   // The buttons and boxes change the live settings at once; Escape leaves as Cancel does and
-  // a typed field does not reach the settings without OK.
-  void dialogHemisphereThenEscape() {
+  // a typed field does not reach the settings without OK. With the altitude limits off, their
+  // fields are greyed and OK writes the limits back to 20 and 90.
+  void dialogButtonsAndBoxes() {
     TestEnv env;
+    env.state->settings.MinAlt = 35;
+    env.state->settings.MaxAlt = 70;
     Setup dlg(*env.state);
     dlg.show();
     auto* ew = child<QPushButton>(dlg, "cmdEastWest");
@@ -343,6 +346,10 @@ class TestSetup : public QObject {
     QVERIFY(!env.state->settings.UseWindowsTimeZone);
     QVERIFY(child<QLineEdit>(dlg, "txtMyTimeZone")->isEnabled());
     QVERIFY(child<QLabel>(dlg, "lblMyTimeZone")->isEnabled());
+    clickBox(child<QCheckBox>(dlg, "chkUseAltLimit"));
+    QVERIFY(!env.state->settings.UseAltLimit);
+    for (const char* n : {"lblMinAlt", "txtMinAlt", "lblMaxAlt", "txtMaxAlt"})
+      QVERIFY2(!child<QWidget>(dlg, n)->isEnabled(), n);
     child<QLineEdit>(dlg, "txtLongDeg")->setText(QStringLiteral("3"));
     QTest::keyClick(&dlg, Qt::Key_Escape);
     QVERIFY(!dlg.isVisible());
@@ -350,19 +357,9 @@ class TestSetup : public QObject {
     const QByteArray file = env.readFile(QStringLiteral("config/TavorineList.ini"));
     QCOMPARE(file.count(','), 14);
     QVERIFY(file.contains(",1,#FALSE#,0,\"W\",127,"));
-  }
 
-  void dialogAltitudeOffThenOk() {
-    TestEnv env;
-    env.state->settings.MinAlt = 35;
-    env.state->settings.MaxAlt = 70;
-    Setup dlg(*env.state);
     dlg.show();
     child<QLineEdit>(dlg, "txtDataDir")->setText(env.dir.path());
-    clickBox(child<QCheckBox>(dlg, "chkUseAltLimit"));
-    QVERIFY(!env.state->settings.UseAltLimit);
-    for (const char* n : {"lblMinAlt", "txtMinAlt", "lblMaxAlt", "txtMaxAlt"})
-      QVERIFY2(!child<QWidget>(dlg, n)->isEnabled(), n);
     click(dlg, "OKButton");
     QVERIFY(!dlg.isVisible());
     QVERIFY(env.readFile(QStringLiteral("config/TavorineList.ini"))
