@@ -3,6 +3,7 @@
 #include <QTextDocument>
 
 #include <QAction>
+#include <QFile>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -416,26 +417,9 @@ class TestMainWindow : public QObject {
     QCOMPARE(rig.window(tenth)->slot(), 3);
   }
 
-  void recentEntries() {
-    Rig rig;
-    const QString kept = rig.list("kept");
-    rig.state().MRUFiles[0] = FileEntry{"gone", rig.env.path("lists/gone.tlf")};
-    rig.state().MRUFiles[1] = FileEntry{"kept", kept};
-    rig.state().MRUShown = {true, true, false, false, false};
-    rig.main->refreshRecentMenu();
-    rig.trigger("mnuMRU0");
-    QCOMPARE(rig.said(), QStringList("Error: This file\ngone\nno longer exists or has been moved."));
-    QVERIFY(rig.main->findChild<QAction*>("mnuMRU0")->isVisible());
-    QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("gone"));
-    rig.trigger("mnuMRU1");
-    QCOMPARE(rig.dialogs, 0);
-    QCOMPARE(rig.window(kept)->windowTitle(), QStringLiteral("Objects - kept"));
-    rig.trigger("mnuMRU1");
-    QCOMPARE(rig.said().last(), "Oops: This file:\n" + kept + "\nis already open");
-    QCOMPARE(rig.windows().size(), 1);
-  }
-
-  void closingRecordsRecentFiles() {
+  // Closing a list records it among the recent files; a recent entry opens its list without a
+  // dialog, says so when the file is gone (and keeps the entry), and refuses an open list.
+  void recentFiles() {
     Rig rig;
     const QString a = rig.list("alpha"), b = rig.list("beta");
     rig.open(a);
@@ -443,16 +427,27 @@ class TestMainWindow : public QObject {
     rig.close(a);
     QVERIFY(rig.commandsEnabled());
     QCOMPARE(rig.state().MRUFiles[0].path, a);
-    QCOMPARE(rig.main->findChild<QAction*>("mnuMRU0")->text(), QStringLiteral("alpha"));
-    QVERIFY(rig.main->findChild<QAction*>("mnuMRU0")->isVisible());
+    QCOMPARE(rig.action("mnuMRU0")->text(), QStringLiteral("alpha"));
+    QVERIFY(rig.action("mnuMRU0")->isVisible());
     QVERIFY(rig.env.readFile("config/TVRNMRU.dat").contains("alpha"));
     rig.close(b);
     QVERIFY(!rig.commandsEnabled());
     QCOMPARE(rig.state().OpenFileCount, qint16(0));
     QCOMPARE(rig.state().MRUFiles[0].title + rig.state().MRUFiles[1].title,
              QStringLiteral("betaalpha"));
-    rig.open(a);
+    QVERIFY(QFile::remove(b));
+    rig.trigger("mnuMRU0");
+    QCOMPARE(rig.said(), QStringList("Error: This file\nbeta\nno longer exists or has been moved."));
+    QVERIFY(rig.action("mnuMRU0")->isVisible());
+    QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("beta"));
+    rig.dialogs = 0;
+    rig.trigger("mnuMRU1");
+    QCOMPARE(rig.dialogs, 0);
+    QCOMPARE(rig.window(a)->windowTitle(), QStringLiteral("Objects - alpha"));
     QVERIFY(rig.commandsEnabled());
+    rig.trigger("mnuMRU1");
+    QCOMPARE(rig.said().last(), "Oops: This file:\n" + a + "\nis already open");
+    QCOMPARE(rig.windows().size(), 1);
   }
 
   // Exit (Ctrl+Q) quits and leaves the lists to the end of the process; the close box closes
