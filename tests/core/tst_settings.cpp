@@ -169,23 +169,6 @@ class TestSettings : public QObject {
     QVERIFY(env.prompter.entries.isEmpty());
   }
 
-  // The filter fields read keep their values, the rest keep theirs; the settings file is
-  // rewritten.
-  void shortFilterFileRepairsSettings() {
-    TestEnv env;
-    ProgramSettings s;
-    s.FirstRun = 0;
-    s.ObjectColor = 4242;
-    s.DataDir = env.path("lists/");
-    env.writeFile("config/TavorineList.ini", SettingsRecord(s, true));
-    env.writeFile("config/Filter.ini", "#FALSE#,30,#TRUE#,1\r\n");
-    LoadStartupState(*env.state);
-    const FilterSettings& f = env.state->filter;
-    QVERIFY(!f.FltAlt && f.FltMinAlt == 30 && f.FltGalMax == 1.0f && f.FltGalMin == 12.0f);
-    QCOMPARE(env.state->settings.ObjectColor, 200);
-    QVERIFY(env.readFile("config/TavorineList.ini").endsWith(",200\r\n"));
-  }
-
   void badFieldIsShownAndStartGoesOn() {
     TestEnv env;
     env.writeFile("config/TavorineList.ini",
@@ -199,29 +182,45 @@ class TestSettings : public QObject {
     QVERIFY(s.LongMin == 30 && s.MaxAlt == 85 && s.ObjectColor == 255);
   }
 
-  // The boxes come once: the file is written again from the filter in force, and the next
-  // start is quiet.
+  // The fields read keep their values, the rest keep theirs; the boxes come once, the file is
+  // written again from the filter in force, and the next start is quiet. Reading past the end
+  // rewrites the settings file too, with colour 200.
   void badFilterFileIsRepaired_data() {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<int>("boxes");
-    QTest::newRow("too short") << QByteArray("#FALSE#,30,#TRUE#,1\r\n") << 0;
-    QTest::newRow("garbage") << QByteArray("abc,#TRUE#,xyz\r\n") << 2;
-    QTest::newRow("one bad field") << QByteArray(kDefaultFilter).replace("30", "3O") << 1;
+    QTest::addColumn<QByteArray>("repaired");
+    QTest::addColumn<int>("colour");
+    QTest::newRow("too short")
+        << QByteArray("#FALSE#,30,#TRUE#,1\r\n") << 0
+        << QByteArray(kDefaultFilter).replace(0, 19, "#FALSE#,30,#TRUE#,1,") << 200;
+    // A truth value read into a number is -1.
+    QTest::newRow("garbage") << QByteArray("abc,#TRUE#,xyz\r\n") << 2
+                             << QByteArray(kDefaultFilter).replace(0, 10, "#TRUE#,-1,") << 200;
+    QTest::newRow("one bad field") << QByteArray(kDefaultFilter).replace("30", "3O") << 1
+                                   << kDefaultFilter << 4242;
   }
   void badFilterFileIsRepaired() {
     QFETCH(QByteArray, file);
+    QFETCH(QByteArray, repaired);
     TestEnv env;
+    ProgramSettings s;
+    s.FirstRun = 0;
+    s.ObjectColor = 4242;
+    s.DataDir = env.path("lists/");
+    env.writeFile("config/TavorineList.ini", SettingsRecord(s, true));
     env.writeFile("config/Filter.ini", file);
     LoadStartupState(*env.state);
     QTEST(int(env.prompter.texts().size()), "boxes");
     for (const QString& text : env.prompter.texts())
       QVERIFY(text.contains(env.state->filterPath()));
-    QCOMPARE(env.readFile("config/Filter.ini"), FilterRecord(env.state->filter));
-    const FilterSettings first = env.state->filter;
+    QCOMPARE(env.readFile("config/Filter.ini"), repaired);
+    QTEST(env.state->settings.ObjectColor, "colour");
+    QVERIFY(env.readFile("config/TavorineList.ini")
+                .endsWith("," + QByteArray::number(env.state->settings.ObjectColor) + "\r\n"));
     env.prompter.clear();
     LoadStartupState(*env.state);
     QCOMPARE(env.prompter.texts(), QStringList());
-    QCOMPARE(FilterRecord(env.state->filter), FilterRecord(first));
+    QCOMPARE(env.readFile("config/Filter.ini"), repaired);
   }
 
   void recentFiles_data() {
