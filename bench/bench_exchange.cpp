@@ -4,42 +4,17 @@
 // a plain loop that reads the same rows from the file (exports) or splits the same file and
 // inserts its values in one transaction (import).
 #include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTextStream>
-#include <functional>
 
-#include "silentprompter.h"
+#include "benchsetup.h"
+#include "benchstats.h"
 #include "catalog/database.h"
-#include "core/appstate.h"
-#include "core/paths.h"
 #include "core/recordfile.h"
 #include "exchange/exchangejobs.h"
 
 namespace {
 
 constexpr int kObjects = 10000;
-
-QString freshList(const AppState& state, const QString& path) {
-  QFile::remove(path);
-  QFile::copy(state.templatePath(), path);
-  QFile(path).setPermissions(QFile::ReadOwner | QFile::WriteOwner);
-  return path;
-}
-
-// Best of five runs, in milliseconds; prepare runs untimed before each.
-double best(const std::function<void()>& run, const std::function<void()>& prepare = {}) {
-  double out = 1e9;
-  for (int i = 0; i < 5; ++i) {
-    if (prepare) prepare();
-    QElapsedTimer t;
-    t.start();
-    run();
-    out = std::min(out, t.nsecsElapsed() / 1e6);
-  }
-  return out;
-}
 
 // Reads every column of every row of the list, in the list's order.
 void readRows(const QString& path, int limit) {
@@ -55,45 +30,29 @@ void readRows(const QString& path, int limit) {
 
 int main(int argc, char** argv) {
   QCoreApplication app(argc, argv);
-  SilentPrompter prompter;
-  AppState state(prompter);
-  state.programFolder = SourceDataFolder();
-  QTemporaryDir dir;
+  bench::Setup setup;
+  const AppState& state = setup.state;
+  const QTemporaryDir& dir = setup.dir;
   QTextStream out(stdout);
 
-  const QString list = freshList(state, dir.filePath(QStringLiteral("big.tlf")));
-  {
-    Database db(list, Database::Mode::ReadWrite);
-    db.exec(QStringLiteral("ATTACH DATABASE '%1' AS cat").arg(state.catalogPath()));
-    db.exec(QStringLiteral(
-                "INSERT INTO Objects (DisplayOrder, Category, ObjectNum, Name, Type, "
-                "Constellation, Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, DecMinute) "
-                "SELECT rowid, Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, "
-                "RAHour, RAMinute, DecSign, DecDeg, DecMinute FROM cat.NGCObjects "
-                "UNION ALL SELECT rowid + 100000, Category, ObjectNum, Name, Type, Constellation, "
-                "Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, DecMinute FROM cat.ICObjects "
-                "LIMIT %1")
-                .arg(kObjects));
-  }
+  const QString list = bench::catalogRowsList(state, dir, QStringLiteral("big.tlf"), kObjects);
   const QString title = QStringLiteral("big");
-  const double csvExport =
-      best([&] { ExportList(ExportKind::Csv, list, title, TourFolders{}); });
-  const double tourExport =
-      best([&] { ExportList(ExportKind::Tour, list, title, TourFolders{}); });
-  const double readFloor = best([&] { readRows(list, kObjects); });
+  const auto readFloor = [&](int) { readRows(list, kObjects); };
+  const bench::Measured csvExport = bench::measure(
+      [&](int) { ExportList(ExportKind::Csv, list, title, TourFolders{}); }, readFloor);
+  const bench::Measured tourExport = bench::measure(
+      [&](int) { ExportList(ExportKind::Tour, list, title, TourFolders{}); }, readFloor);
 
   const QString csv = dir.filePath(QStringLiteral("big.csv"));
-  const QString target = dir.filePath(QStringLiteral("target.tlf"));
+  QString target;
   bool imported = true;
-  const double csvImport = best(
-      [&] {
+  const bench::Measured csvImport = bench::measure(
+      [&](int) {
         imported &= ImportFile(ImportFormat::Csv, csv, true,
                                Database::open(target, Database::Mode::ReadWrite),
                                ImportTarget::CurrentList);
       },
-      [&] { freshList(state, target); });
-  const double importFloor = best(
-      [&] {
+      [&](int) {
         const QList<QByteArray> rows = ReadWholeFile(csv).split('\n');
         Database db(target, Database::Mode::ReadWrite);
         Database::Transaction batch(db);
@@ -110,7 +69,12 @@ int main(int argc, char** argv) {
         }
         batch.commit();
       },
-      [&] { freshList(state, target); });
+      [&](int) { target = bench::freshList(state, dir, QStringLiteral("target.tlf")); });
+  // The last prepared list holds the floor's rows; import once more to check what it stores.
+  target = bench::freshList(state, dir, QStringLiteral("target.tlf"));
+  imported &= ImportFile(ImportFormat::Csv, csv, true,
+                         Database::open(target, Database::Mode::ReadWrite),
+                         ImportTarget::CurrentList);
   Database check(target, Database::Mode::ReadOnly);
   Statement count = check.prepare(QStringLiteral("SELECT COUNT(*) FROM Objects"));
   count.step();
@@ -119,14 +83,11 @@ int main(int argc, char** argv) {
     return 1;
   }
 
-  auto line = [&](const char* what, double ms, double target, double floor) {
-    out << what << QString::number(ms, 'f', 1) << " ms  (target " << target << " ms: "
-        << (ms < target ? "met" : "MISSED") << "; floor " << QString::number(floor, 'f', 1)
-        << " ms)\n";
-  };
-  line("CSV export of 10,000 objects:  ", csvExport, 100, readFloor);
-  line("tour export of 10,000 objects: ", tourExport, 100, readFloor);
-  line("CSV import of 10,000 rows:     ", csvImport, 500, importFloor);
-  out << "(best of 5 runs each; the floors read the same rows plainly)\n";
-  return csvExport < 100 && tourExport < 100 && csvImport < 500 ? 0 : 2;
+  bool met = bench::report(out, QStringLiteral("CSV export of 10,000 objects"), csvExport, 100);
+  met &= bench::report(out, QStringLiteral("tour export of 10,000 objects (a tour keeps 200)"),
+                       tourExport, 100);
+  met &= bench::report(out, QStringLiteral("CSV import of 10,000 rows"), csvImport, 500);
+  out << "(floors: the same rows read plainly; the same file split and inserted in one "
+         "transaction)\n";
+  return met ? 0 : 2;
 }

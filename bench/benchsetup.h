@@ -51,4 +51,23 @@ inline QString listOfPage(const AppState& state, const QTemporaryDir& dir, const
   return path;
 }
 
+// A new list of the first n rows of the NGC and then the IC catalog, copied straight in SQL
+// (DisplayOrder from the catalog's row ids).
+inline QString catalogRowsList(const AppState& state, const QTemporaryDir& dir,
+                               const QString& name, int n) {
+  const QString path = freshList(state, dir, name);
+  Database db(path, Database::Mode::ReadWrite);
+  db.exec(QStringLiteral("ATTACH DATABASE '%1' AS cat").arg(state.catalogPath()));
+  db.exec(QStringLiteral(
+              "INSERT INTO Objects (DisplayOrder, Category, ObjectNum, Name, Type, "
+              "Constellation, Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, DecMinute) "
+              "SELECT rowid, Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, "
+              "RAHour, RAMinute, DecSign, DecDeg, DecMinute FROM cat.NGCObjects "
+              "UNION ALL SELECT rowid + 100000, Category, ObjectNum, Name, Type, Constellation, "
+              "Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, DecMinute FROM cat.ICObjects "
+              "LIMIT %1")
+              .arg(n));
+  return path;
+}
+
 }  // namespace bench
