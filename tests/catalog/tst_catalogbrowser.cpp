@@ -1,12 +1,9 @@
-#include <QApplication>
 #include <QDialog>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTimer>
 #include <QVBoxLayout>
-#include <QtTest>
 
 #include "catalog/catalogbrowser.h"
 #include "catalog/catalogpages.h"
@@ -17,6 +14,7 @@
 #include "core/paths.h"
 #include "core/twips.h"
 #include "fixturedb.h"
+#include "formtest.h"
 #include "sky/skycalc.h"
 #include "support/testenv.h"
 
@@ -38,7 +36,7 @@ struct Host {
   }
   template <typename T>
   T* child(const char* name) const {
-    return browser->findChild<T*>(QLatin1String(name));
+    return control<T>(browser, name);
   }
   std::unique_ptr<QWidget> window;
   CatalogBrowser* browser = nullptr;
@@ -68,18 +66,6 @@ class TestCatalogBrowser : public QObject {
   Q_OBJECT
 
  private slots:
-  void pagesOpen() {
-    TestEnv env;
-    Host host(*env.state, BrowserHost::EditList);
-    QCOMPARE(host.browser->count(), 8);
-    // The user list was made from the empty template, and opened for writing.
-    QVERIFY(QFileInfo::exists(env.state->userListPath()));
-    QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
-    QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
-    QCOMPARE(host.browser->pageRecordset(kMessier)->RecordCount(), 110);
-    QVERIFY(env.prompter.entries.isEmpty());
-  }
-
   void search_data() {
     QTest::addColumn<int>("tab");
     QTest::addColumn<bool>("byName");
@@ -113,19 +99,16 @@ class TestCatalogBrowser : public QObject {
     Host host(*env.state, BrowserHost::HHC);
     host.browser->setCurrentIndex(tab);
     const CatalogPage& p = PageByTab(tab);
-    auto* option = host.browser->findChild<QRadioButton*>(byName ? p.nameOption : p.numberOption);
-    option->click();
+    control<QRadioButton>(host.browser, byName ? p.nameOption : p.numberOption)->click();
     host.browser->searchBox(tab)->setText(text);
     Recordset* rs = host.browser->pageRecordset(tab);
     rs->MoveLast();
     const qint64 before = rs->Bookmark();
-    host.browser->findChild<QPushButton*>(p.findFirst)->click();
+    control<QPushButton>(host.browser, p.findFirst)->click();
     QCOMPARE(host.browser->pageGrid(tab)->currentColumn(), column);
     if (found.isEmpty()) {
+      QCOMPARE(boxes(env.prompter), QStringList{": Not Found."});
       QCOMPARE(env.prompter.beeps, 1);
-      QCOMPARE(env.prompter.entries.size(), 1);
-      QCOMPARE(env.prompter.entries[0].title, QString());
-      QCOMPARE(env.prompter.entries[0].text, QStringLiteral("Not Found."));
       QCOMPARE(rs->Bookmark(), before);
     } else {
       QVERIFY(env.prompter.entries.isEmpty());
@@ -321,9 +304,16 @@ class TestCatalogBrowser : public QObject {
     QCOMPARE(env.prompter.texts(), QStringList{QStringLiteral("Not Found.")});
   }
 
-  void filterRebuildsEveryPage() {
+  void pagesOpenAndFilterRebuildsEveryPage() {
     TestEnv env;
     Host host(*env.state, BrowserHost::EditList);
+    QCOMPARE(host.browser->count(), 8);
+    // The user list was made from the empty template, and opened for writing.
+    QVERIFY(QFileInfo::exists(env.state->userListPath()));
+    QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
+    QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
+    QCOMPARE(host.browser->pageRecordset(kMessier)->RecordCount(), 110);
+    QVERIFY(env.prompter.entries.isEmpty());
     for (PageQuery& q : env.state->Pages) q.Filter = QStringLiteral("WHERE True");
     env.state->FilterOn = true;
     env.state->UserDate = QDateTime(QDate(2026, 11, 21), QTime(20, 30));
@@ -353,22 +343,16 @@ class TestCatalogBrowser : public QObject {
     TestEnv env;
     Host host(*env.state, BrowserHost::HHC);
     QCOMPARE(host.browser->pageRecordset(kUser)->RecordCount(), 0);
-    QTimer::singleShot(0, [&] {
-      QWidget* editor = QApplication::activeModalWidget();
-      QVERIFY(editor);
-      QCOMPARE(editor->objectName(), QStringLiteral("EditUserList"));
+    onModal(QStringLiteral("EditUserList"), [&](QWidget* editor) {
       auto other = Database::open(env.state->userListPath(), Database::Mode::ReadWrite);
       fixture::insert(*other, QStringLiteral("UserObjects"),
-                      {QStringLiteral("Mine"), 7, QStringLiteral("Seven"), QStringLiteral("Galaxy"),
-                       QStringLiteral("And"), QStringLiteral("9"), QStringLiteral(" "), 1, 2,
-                       QStringLiteral("+"), 3, 4});
+                      {"Mine", 7, "Seven", "Galaxy", "And", "9", " ", 1, 2, "+", 3, 4});
       editor->close();
     });
     host.child<QPushButton>("cmdEditUser")->click();
     QCOMPARE(env.state->EditUserListCaller, QStringLiteral("Form"));
     QCOMPARE(host.browser->pageRecordset(kUser)->RecordCount(), 1);
   }
-
 };
 
 QTEST_MAIN(TestCatalogBrowser)

@@ -1,10 +1,7 @@
-#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTimer>
-#include <QtTest>
 
 #include "catalog/catalogdialogs.h"
 #include "catalog/catalogpages.h"
@@ -12,28 +9,12 @@
 #include "catalog/edituserlist.h"
 #include "catalog/recordset.h"
 #include "fixturedb.h"
+#include "formtest.h"
 #include "support/testenv.h"
 
 namespace {
 
-template <typename T>
-T* child(QWidget* w, const QString& name) {
-  T* c = w->findChild<T*>(name);
-  if (!c) qFatal("no control %s", qPrintable(name));
-  return c;
-}
-
-QLineEdit* txt(QWidget* w, int index) {
-  return child<QLineEdit>(w, QStringLiteral("txtFields%1").arg(index));
-}
-QPushButton* button(QWidget* w, const char* name) {
-  return child<QPushButton>(w, QLatin1String(name));
-}
-QString caption(QWidget* w) {
-  return child<UserDataControl>(w, QStringLiteral("datUserRS"))->caption();
-}
-
-// The user list with a few objects of our own.
+// The user list with a few objects of our own; in order, MGC 7 comes first.
 void seed(TestEnv& env, int rows) {
   EnsureUserList(*env.state);
   auto db = Database::open(env.state->userListPath(), Database::Mode::ReadWrite);
@@ -45,6 +26,19 @@ void seed(TestEnv& env, int rows) {
   for (int i = 0; i < rows; ++i) fixture::insert(*db, QStringLiteral("UserObjects"), objects[i]);
 }
 
+// One column of the user list as stored, in the editor's order.
+QStringList stored(TestEnv& env, const QString& expr) {
+  auto db = Database::open(env.state->userListPath(), Database::Mode::ReadOnly);
+  Statement st = db->prepare(
+      QStringLiteral("SELECT %1 FROM UserObjects ORDER BY Category, ObjectNum").arg(expr));
+  QStringList out;
+  while (st.step()) out << FieldText(st.value(0));
+  return out;
+}
+QStringList objectNums(TestEnv& env) {
+  return stored(env, QStringLiteral("Category || ' ' || trim(ObjectNum)"));
+}
+
 // The editor shown and active, so that focus moves as the user's would.
 struct Shown {
   explicit Shown(AppState& state) : editor(state) {
@@ -52,26 +46,23 @@ struct Shown {
     QApplication::setActiveWindow(&editor);
     QVERIFY(QTest::qWaitForWindowActive(&editor));
   }
+  QLineEdit* txt(int index) const {
+    return control<QLineEdit>(&editor, QStringLiteral("txtFields%1").arg(index));
+  }
+  QPushButton* button(const char* name) const { return control<QPushButton>(&editor, name); }
+  QString caption() const { return control<UserDataControl>(&editor, "datUserRS")->caption(); }
+  void focus(int index) const {
+    txt(index)->setFocus();
+    QCoreApplication::processEvents();
+  }
   // Types into a field and leaves it for another.
-  void enter(int index, const QString& text, int next) {
-    QLineEdit* f = txt(&editor, index);
-    f->setFocus();
-    QCoreApplication::processEvents();
-    QTest::keyClicks(f, text);
-    txt(&editor, next)->setFocus();
-    QCoreApplication::processEvents();
+  void enter(int index, const QString& text, int next) const {
+    focus(index);
+    QTest::keyClicks(txt(index), text);
+    focus(next);
   }
   EditUserList editor;
 };
-
-QStringList objectNums(const QString& path) {
-  auto db = Database::open(path, Database::Mode::ReadOnly);
-  Statement st = db->prepare(QStringLiteral(
-      "SELECT Category || ' ' || trim(ObjectNum) FROM UserObjects ORDER BY Category, ObjectNum"));
-  QStringList out;
-  while (st.step()) out << st.value(0).toString();
-  return out;
-}
 
 }  // namespace
 
@@ -79,129 +70,78 @@ class TestEditUserList : public QObject {
   Q_OBJECT
 
  private slots:
-  void opensOnTheFirstRecordInOrder() {
-    TestEnv env;
-    seed(env, 3);
-    Shown s(*env.state);
-    QCOMPARE(s.editor.windowTitle(), QStringLiteral("User Supplied Objects"));
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 1 of 3"));
-    QCOMPARE(txt(&s.editor, 0)->text(), QStringLiteral("MGC"));
-    // A blank magnitude shows as one blank.
-    QTest::keyClick(&s.editor, Qt::Key_PageDown);
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 2 of 3"));
-    QCOMPARE(txt(&s.editor, 9)->text(), QStringLiteral("11.5"));
-    QTest::keyClick(&s.editor, Qt::Key_PageDown);
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 3 of 3"));
-    QCOMPARE(txt(&s.editor, 0)->text(), QStringLiteral("PGC"));
-    QCOMPARE(txt(&s.editor, 9)->text(), QStringLiteral(" "));
-    QCOMPARE(button(&s.editor, "cmdDecSign")->text(), QStringLiteral("+"));
-    QVERIFY(env.prompter.entries.isEmpty());
-  }
-
-  // The rules themselves are tested on their own; these rows prove the editor applies them.
-  void fieldRules_data() {
+  // The rules themselves are tested on their own; these rows prove the editor applies them
+  // whichever way the field is left: to another field, or by keys, the data control and
+  // Escape, which leave the record without taking the focus from the field. The test runs
+  // before anything is written, and a failed one stops the move.
+  void fieldTestedWhenLeft_data() {
     QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("decDeg");
+    QTest::addColumn<QString>("decDeg");  // typed first when not empty
     QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("left");
+    QTest::addColumn<int>("key");  // with its modifiers; 0: the focus moves to another field
+    QTest::addColumn<QString>("left");  // the field's text, or what is stored
     QTest::addColumn<QString>("message");
-    QTest::newRow("number padded") << 1 << "" << "12" << "        12" << "";
-    QTest::newRow("hour 24") << 4 << "" << "24" << "24" << "RA Hour must be a value between 0 and 23";
-    QTest::newRow("90 and more") << 8 << "90" << "0.01" << "0.01"
+    const int pgDn = Qt::Key_PageDown, esc = Qt::Key_Escape;
+    const QString hour = QStringLiteral("RA Hour must be a value between 0 and 23");
+    QTest::newRow("number padded") << 1 << "" << "12" << 0 << "        12" << "";
+    QTest::newRow("hour 24") << 4 << "" << "24" << 0 << "24" << hour;
+    QTest::newRow("90 and more") << 8 << "90" << "0.01" << 0 << "0.01"
                                  << "Declination Minute must be a value of 0 when Degree is 90";
-    QTest::newRow("quotes go") << 2 << "" << "M\"31\"" << "M31" << "";
+    QTest::newRow("quotes go") << 2 << "" << "M\"31\"" << 0 << "M31" << "";
+    QTest::newRow("quote, page down") << 2 << "" << "M\"31" << pgDn << "M31" << "";
+    QTest::newRow("quote, escape") << 2 << "" << "M\"31" << esc << "M31" << "";
+    QTest::newRow("minus, ctrl page down")
+        << 7 << "" << "-45" << (pgDn | int(Qt::ControlModifier)) << "45" << "";
+    QTest::newRow("hour 30, page down") << 4 << "" << "30" << pgDn << "" << hour;
+    QTest::newRow("hour 30, escape") << 4 << "" << "30" << esc << "" << hour;
   }
-  void fieldRules() {
+  void fieldTestedWhenLeft() {
     QFETCH(int, index);
     QFETCH(QString, decDeg);
     QFETCH(QString, typed);
+    QFETCH(int, key);
     QFETCH(QString, left);
     QFETCH(QString, message);
     TestEnv env;
-    seed(env, 1);
+    seed(env, 2);
+    // MGC 7, the record being edited, comes first by category.
+    const QString column = QStringLiteral("trim(%1)").arg(EditUserList::fieldName(index));
+    const QString before = stored(env, column)[0];
     Shown s(*env.state);
     if (!decDeg.isEmpty()) s.enter(7, decDeg, 0);
-    env.prompter.clear();
-    s.enter(index, typed, index == 0 ? 2 : 0);
-    QLineEdit* f = txt(&s.editor, index);
-    QCOMPARE(f->text(), left);
-    if (message.isEmpty()) {
-      QVERIFY(env.prompter.entries.isEmpty());
-      QCOMPARE(env.prompter.beeps, 0);
-    } else {
-      QCOMPARE(env.prompter.beeps, 1);
-      QCOMPARE(env.prompter.entries.size(), 1);
-      QCOMPARE(env.prompter.entries[0].title, QStringLiteral("Error"));
-      QCOMPARE(env.prompter.entries[0].text, message);
-      QCOMPARE(QApplication::focusWidget(), f);
-    }
-    // What the field left behind is what the record gets.
-    button(&s.editor, "cmdRefresh")->click();
-    Recordset* rs = s.editor.recordset();
-    QCOMPARE(rs->text(EditUserList::fieldName(index)).trimmed(), left.trimmed());
-  }
-
-  // Keys, the data control and Escape leave the record without taking the focus from the
-  // field: its test still runs before anything is written, and a failed test stops them.
-  void fieldTestedBeforeTheRecordIsLeft_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<int>("key");  // with its modifiers
-    QTest::addColumn<QString>("stored");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("quote, page down") << 2 << "M\"31" << int(Qt::Key_PageDown) << "M31" << "";
-    QTest::newRow("quote, escape") << 2 << "M\"31" << int(Qt::Key_Escape) << "M31" << "";
-    QTest::newRow("minus, ctrl page down")
-        << 7 << "-45" << (int(Qt::Key_PageDown) | int(Qt::ControlModifier)) << "45" << "";
-    QTest::newRow("hour 30, page down") << 4 << "30" << int(Qt::Key_PageDown) << "1"
-                                        << "RA Hour must be a value between 0 and 23";
-    QTest::newRow("hour 30, escape") << 4 << "30" << int(Qt::Key_Escape) << "1"
-                                     << "RA Hour must be a value between 0 and 23";
-  }
-  void fieldTestedBeforeTheRecordIsLeft() {
-    QFETCH(int, index);
-    QFETCH(QString, typed);
-    QFETCH(int, key);
-    QFETCH(QString, stored);
-    QFETCH(QString, message);
-    TestEnv env;
-    seed(env, 2);
-    // The first record in order is MGC 7.
-    auto stored_now = [&] {
-      auto db = Database::open(env.state->userListPath(), Database::Mode::ReadOnly);
-      Statement st = db->prepare(
-          QStringLiteral("SELECT %1 FROM UserObjects WHERE Category = 'MGC'")
-              .arg(EditUserList::fieldName(index)));
-      return st.step() ? FieldText(st.value(0)) : QString();
-    };
-    Shown s(*env.state);
-    QLineEdit* f = txt(&s.editor, index);
-    f->setFocus();
-    QCoreApplication::processEvents();
+    QLineEdit* f = s.txt(index);
+    s.focus(index);
     f->selectAll();
     QTest::keyClicks(f, typed);
     env.prompter.clear();
-    QTest::keyClick(f, Qt::Key(key & ~Qt::KeyboardModifierMask),
-                    Qt::KeyboardModifiers(key & Qt::KeyboardModifierMask));
+    if (key) {
+      QTest::keyClick(f, Qt::Key(key & ~Qt::KeyboardModifierMask),
+                      Qt::KeyboardModifiers(key & Qt::KeyboardModifierMask));
+    } else {
+      s.focus(0);
+      QCOMPARE(f->text(), left);
+    }
     if (message.isEmpty()) {
       QVERIFY(env.prompter.entries.isEmpty());
-      QCOMPARE(stored_now(), stored);
+      QCOMPARE(env.prompter.beeps, 0);
+      if (!key) s.button("cmdRefresh")->click();
+      QCOMPARE(stored(env, column)[0], left.trimmed());
       return;
     }
-    QCOMPARE(env.prompter.entries.size(), 1);
-    QCOMPARE(env.prompter.entries[0].text, message);
+    QCOMPARE(boxes(env.prompter), QStringList{"Error: " + message});
+    QCOMPARE(env.prompter.beeps, 1);
     QVERIFY(s.editor.isVisible());
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 1 of 2"));
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 2"));
     QCOMPARE(QApplication::focusWidget(), f);
     // Leaving by a button after the message: the focus leaving shows it once more, the
     // button itself is refused with a beep and no further box.
-    QTest::mouseClick(button(&s.editor, "cmdClose"), Qt::LeftButton);
+    QTest::mouseClick(s.button("cmdClose"), Qt::LeftButton);
     QVERIFY(s.editor.isVisible());
     QCOMPARE(env.prompter.entries.size(), 2);
     QTest::keyClick(f, Qt::Key_PageDown);
     QCOMPARE(env.prompter.entries.size(), 2);
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 1 of 2"));
-    QCOMPARE(stored_now(), QStringLiteral("5"));
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 2"));
+    QCOMPARE(stored(env, column)[0], before);
   }
 
   void twoBadFieldsDoNotChaseEachOther() {
@@ -211,23 +151,23 @@ class TestEditUserList : public QObject {
     s.enter(4, QStringLiteral("30"), 5);
     // The hour takes the focus back from the minutes; the minutes are not tested meanwhile.
     QCOMPARE(env.prompter.entries.size(), 1);
-    QCOMPARE(QApplication::focusWidget(), txt(&s.editor, 4));
+    QCOMPARE(QApplication::focusWidget(), s.txt(4));
   }
 
   void addSaveResortDelete() {
     TestEnv env;
     seed(env, 2);
     Shown s(*env.state);
-    button(&s.editor, "cmdAdd")->click();
+    s.button("cmdAdd")->click();
     QVERIFY(s.editor.addNewFlag());
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: New of 3"));
-    QCOMPARE(button(&s.editor, "cmdRefresh")->text(), QStringLiteral("&Save"));
+    QCOMPARE(s.caption(), QStringLiteral(" Record: New of 3"));
+    QCOMPARE(s.button("cmdRefresh")->text(), QStringLiteral("&Save"));
     for (const char* name : {"cmdAdd", "cmdDelete", "cmdFind", "cmdClose"})
-      QVERIFY2(!button(&s.editor, name)->isEnabled(), name);
-    QVERIFY(!child<UserDataControl>(&s.editor, QStringLiteral("datUserRS"))->isEnabled());
-    QCOMPARE(button(&s.editor, "cmdDecSign")->text(), QStringLiteral("+"));
-    QCOMPARE(QApplication::focusWidget(), txt(&s.editor, 0));
-    QCOMPARE(txt(&s.editor, 2)->text(), QString());
+      QVERIFY2(!s.button(name)->isEnabled(), name);
+    QVERIFY(!control<UserDataControl>(&s.editor, "datUserRS")->isEnabled());
+    QCOMPARE(s.button("cmdDecSign")->text(), QStringLiteral("+"));
+    QCOMPARE(QApplication::focusWidget(), s.txt(0));
+    QCOMPARE(s.txt(2)->text(), QString());
     // Page keys do not leave a new record.
     QTest::keyClick(&s.editor, Qt::Key_PageDown);
     QVERIFY(s.editor.addNewFlag());
@@ -235,38 +175,41 @@ class TestEditUserList : public QObject {
     s.enter(0, QStringLiteral("AAA"), 1);
     s.enter(1, QStringLiteral("5"), 2);
     s.enter(2, QStringLiteral("Mine"), 3);
-    button(&s.editor, "cmdDecSign")->click();
-    button(&s.editor, "cmdRefresh")->click();
+    s.button("cmdDecSign")->click();
+    s.button("cmdRefresh")->click();
     QVERIFY(!s.editor.addNewFlag());
-    QCOMPARE(button(&s.editor, "cmdRefresh")->text(), QStringLiteral("&Re-sort"));
-    QVERIFY(button(&s.editor, "cmdClose")->isEnabled());
+    QCOMPARE(s.button("cmdRefresh")->text(), QStringLiteral("&Re-sort"));
+    QVERIFY(s.button("cmdClose")->isEnabled());
     // After a save the form stands on the first record, which the new one is by the order.
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 1 of 3"));
-    QCOMPARE(txt(&s.editor, 0)->text(), QStringLiteral("AAA"));
-    QCOMPARE(button(&s.editor, "cmdDecSign")->text(), QStringLiteral("-"));
-    QCOMPARE(objectNums(env.state->userListPath()),
-             (QStringList{"AAA 5", "MGC 7", "PGC 12"}));
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 3"));
+    QCOMPARE(s.txt(0)->text(), QStringLiteral("AAA"));
+    QCOMPARE(s.button("cmdDecSign")->text(), QStringLiteral("-"));
+    QCOMPARE(objectNums(env), (QStringList{"AAA 5", "MGC 7", "PGC 12"}));
 
     // An edit re-sorted.
     s.enter(0, QStringLiteral("ZZZ"), 2);
-    button(&s.editor, "cmdRefresh")->click();
-    QCOMPARE(txt(&s.editor, 0)->text(), QStringLiteral("MGC"));
-    QCOMPARE(objectNums(env.state->userListPath()),
-             (QStringList{"MGC 7", "PGC 12", "ZZZ 5"}));
+    s.button("cmdRefresh")->click();
+    QCOMPARE(s.txt(0)->text(), QStringLiteral("MGC"));
+    QCOMPARE(objectNums(env), (QStringList{"MGC 7", "PGC 12", "ZZZ 5"}));
 
     // Deleting the last record moves to the new last one; No deletes nothing.
     QTest::keyClick(&s.editor, Qt::Key_PageDown, Qt::ControlModifier);
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 3 of 3"));
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 3 of 3"));
     env.prompter.answer(Prompter::Answer::No);
-    button(&s.editor, "cmdDelete")->click();
-    QCOMPARE(env.prompter.entries.last().title, QStringLiteral("Confirm"));
-    QCOMPARE(env.prompter.entries.last().text, QStringLiteral("Delete this object?"));
-    QCOMPARE(objectNums(env.state->userListPath()).size(), 3);
+    s.button("cmdDelete")->click();
+    QCOMPARE(boxes(env.prompter).last(), QStringLiteral("Confirm: Delete this object?"));
+    QCOMPARE(objectNums(env).size(), 3);
     env.prompter.answer(Prompter::Answer::Yes);
-    button(&s.editor, "cmdDelete")->click();
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 2 of 2"));
-    QCOMPARE(txt(&s.editor, 0)->text(), QStringLiteral("PGC"));
-    QCOMPARE(objectNums(env.state->userListPath()), (QStringList{"MGC 7", "PGC 12"}));
+    s.button("cmdDelete")->click();
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 2 of 2"));
+    QCOMPARE(s.txt(0)->text(), QStringLiteral("PGC"));
+    QCOMPARE(objectNums(env), (QStringList{"MGC 7", "PGC 12"}));
+
+    // Closing writes a record being typed.
+    s.enter(2, QStringLiteral("Renamed"), 3);
+    s.button("cmdClose")->click();
+    QVERIFY(!s.editor.isVisible());
+    QCOMPARE(stored(env, QStringLiteral("Name")), (QStringList{"Seven Nebula", "Renamed"}));
   }
 
   void anEmptyTableOpensWhereAddWorks() {
@@ -274,34 +217,19 @@ class TestEditUserList : public QObject {
     seed(env, 0);
     Shown s(*env.state);
     QVERIFY(env.prompter.entries.isEmpty());
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 0 of 0"));
-    QVERIFY(!txt(&s.editor, 0)->isEnabled());
-    button(&s.editor, "cmdAdd")->click();
-    QVERIFY(txt(&s.editor, 0)->isEnabled());
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 0 of 0"));
+    QVERIFY(!s.txt(0)->isEnabled());
+    s.button("cmdAdd")->click();
+    QVERIFY(s.txt(0)->isEnabled());
     s.enter(0, QStringLiteral("Mine"), 1);
     s.enter(1, QStringLiteral("1"), 2);
-    button(&s.editor, "cmdRefresh")->click();
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 1 of 1"));
+    s.button("cmdRefresh")->click();
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 1"));
     env.prompter.answer(Prompter::Answer::Yes);
-    button(&s.editor, "cmdDelete")->click();
-    QCOMPARE(objectNums(env.state->userListPath()), QStringList());
-    QVERIFY(!txt(&s.editor, 0)->isEnabled());
-    QCOMPARE(txt(&s.editor, 0)->text(), QString());
-  }
-
-  void closingWritesARecordBeingTyped() {
-    TestEnv env;
-    seed(env, 1);
-    {
-      Shown s(*env.state);
-      s.enter(2, QStringLiteral("Renamed"), 3);
-      button(&s.editor, "cmdClose")->click();
-      QVERIFY(!s.editor.isVisible());
-    }
-    auto db = Database::open(env.state->userListPath(), Database::Mode::ReadOnly);
-    Statement st = db->prepare(QStringLiteral("SELECT Name FROM UserObjects"));
-    QVERIFY(st.step());
-    QCOMPARE(st.value(0).toString(), QStringLiteral("Renamed"));
+    s.button("cmdDelete")->click();
+    QCOMPARE(objectNums(env), QStringList());
+    QVERIFY(!s.txt(0)->isEnabled());
+    QCOMPARE(s.txt(0)->text(), QString());
   }
 
   void keys_data() {
@@ -310,13 +238,10 @@ class TestEditUserList : public QObject {
     QTest::addColumn<int>("action");
     const int ctrl = Qt::ControlModifier, shift = Qt::ShiftModifier;
     QTest::newRow("Home") << int(Qt::Key_Home) << 0 << int(UserEditorKey::None);
-    QTest::newRow("Ctrl+Home") << int(Qt::Key_Home) << ctrl << int(UserEditorKey::FocusFirst);
-    QTest::newRow("PgUp") << int(Qt::Key_PageUp) << 0 << int(UserEditorKey::Previous);
-    QTest::newRow("Ctrl+Shift+PgDn is alone") << int(Qt::Key_PageDown) << (ctrl | shift)
-                                              << int(UserEditorKey::Next);
-    QTest::newRow("Ctrl+PgDn") << int(Qt::Key_PageDown) << ctrl << int(UserEditorKey::Last);
-    QTest::newRow("keypad PgDn") << int(Qt::Key_PageDown) << int(Qt::KeypadModifier)
-                                 << int(UserEditorKey::Next);
+    QTest::newRow("Ctrl+Shift+PgDn is alone")
+        << int(Qt::Key_PageDown) << (ctrl | shift) << int(UserEditorKey::Next);
+    QTest::newRow("keypad PgDn")
+        << int(Qt::Key_PageDown) << int(Qt::KeypadModifier) << int(UserEditorKey::Next);
   }
   void keys() {
     QFETCH(int, key);
@@ -325,21 +250,38 @@ class TestEditUserList : public QObject {
     QCOMPARE(int(UserEditorKeyAction(key, Qt::KeyboardModifiers(modifiers))), action);
   }
 
-  void keysMoveAndStopAtTheEnds() {
+  void opensInOrderAndKeysMoveAndStopAtTheEnds() {
     TestEnv env;
     seed(env, 3);
     Shown s(*env.state);
-    txt(&s.editor, 2)->setFocus();
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageUp);
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 1 of 3"));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 3 of 3"));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown);
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 3 of 3"));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_End, Qt::ControlModifier);
-    QCOMPARE(QApplication::focusWidget(), txt(&s.editor, 11));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Home, Qt::ControlModifier);
-    QCOMPARE(QApplication::focusWidget(), txt(&s.editor, 0));
+    QCOMPARE(s.editor.windowTitle(), QStringLiteral("User Supplied Objects"));
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 3"));
+    QCOMPARE(s.txt(0)->text(), QStringLiteral("MGC"));
+    s.txt(2)->setFocus();
+    auto press = [&](Qt::Key key, Qt::KeyboardModifiers mods = {}) {
+      QTest::keyClick(QApplication::focusWidget(), key, mods);
+    };
+    press(Qt::Key_PageUp);
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 3"));
+    press(Qt::Key_PageDown);
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 2 of 3"));
+    QCOMPARE(s.txt(9)->text(), QStringLiteral("11.5"));
+    press(Qt::Key_PageDown);
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 3 of 3"));
+    QCOMPARE(s.txt(0)->text(), QStringLiteral("PGC"));
+    QCOMPARE(s.txt(9)->text(), QStringLiteral(" "));  // a blank magnitude shows as one blank
+    QCOMPARE(s.button("cmdDecSign")->text(), QStringLiteral("+"));
+    press(Qt::Key_PageDown);
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 3 of 3"));
+    press(Qt::Key_PageUp, Qt::ControlModifier);
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 3"));
+    press(Qt::Key_PageDown, Qt::ControlModifier);
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 3 of 3"));
+    press(Qt::Key_End, Qt::ControlModifier);
+    QCOMPARE(QApplication::focusWidget(), s.txt(11));
+    press(Qt::Key_Home, Qt::ControlModifier);
+    QCOMPARE(QApplication::focusWidget(), s.txt(0));
+    QVERIFY(env.prompter.entries.isEmpty());
   }
 
   void search() {
@@ -350,57 +292,57 @@ class TestEditUserList : public QObject {
     Shown s(*env.state);
     SearchUser search(*env.state, s.editor.recordset(), &s.editor);
     search.show();
-    auto* box = child<QLineEdit>(&search, QStringLiteral("txtSearchString"));
-    auto* notFound = child<QLabel>(&search, QStringLiteral("Label3"));
+    auto* box = control<QLineEdit>(&search, "txtSearchString");
+    auto* notFound = control<QLabel>(&search, "Label3");
+    auto find = [&](const char* button) { control<QPushButton>(&search, button)->click(); };
+    auto isDefault = [&](const char* button) {
+      return control<QPushButton>(&search, button)->isDefault();
+    };
+    auto name = [&] { return s.txt(2)->text(); };
     QCOMPARE(box->text(), QStringLiteral("old"));
-    QVERIFY(child<QRadioButton>(&search, QStringLiteral("Option2"))->isChecked());
+    QVERIFY(control<QRadioButton>(&search, "Option2")->isChecked());
     QVERIFY(!notFound->isVisible());
-    QVERIFY(button(&search, "cmdFind")->isDefault());
+    QVERIFY(isDefault("cmdFind"));
 
-    child<QRadioButton>(&search, QStringLiteral("Option1"))->click();
+    control<QRadioButton>(&search, "Option1")->click();
     box->setText(QStringLiteral("12"));  // padded in the table, found through the trim
-    button(&search, "cmdFind")->click();
-    QVERIFY(button(&search, "cmdFindNext")->isDefault());
+    find("cmdFind");
+    QVERIFY(isDefault("cmdFindNext"));
     QVERIFY(!notFound->isVisible());
-    QCOMPARE(txt(&s.editor, 2)->text(), QStringLiteral("Twelve"));
-    QCOMPARE(caption(&s.editor), QStringLiteral(" Record: 3 of 3"));
+    QCOMPARE(name(), QStringLiteral("Twelve"));
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 3 of 3"));
     QCOMPARE(env.state->UserSearchField, QStringLiteral("ObjectNum"));
     QCOMPARE(env.state->UserSearchText, QStringLiteral("12"));
 
-    child<QRadioButton>(&search, QStringLiteral("Option2"))->click();
-    QVERIFY(button(&search, "cmdFind")->isDefault());
+    control<QRadioButton>(&search, "Option2")->click();
+    QVERIFY(isDefault("cmdFind"));
     box->setText(QStringLiteral("E"));  // Seven Nebula, Twelve, Three: any case, anywhere
-    button(&search, "cmdFind")->click();
-    QCOMPARE(txt(&s.editor, 2)->text(), QStringLiteral("Seven Nebula"));
-    button(&search, "cmdFindNext")->click();
-    button(&search, "cmdFindNext")->click();
-    QCOMPARE(txt(&s.editor, 2)->text(), QStringLiteral("Twelve"));
-    button(&search, "cmdFindNext")->click();
+    find("cmdFind");
+    QCOMPARE(name(), QStringLiteral("Seven Nebula"));
+    find("cmdFindNext");
+    find("cmdFindNext");
+    QCOMPARE(name(), QStringLiteral("Twelve"));
+    find("cmdFindNext");
     QVERIFY(notFound->isVisible());
     QCOMPARE(env.prompter.beeps, 1);
-    QCOMPARE(txt(&s.editor, 2)->text(), QStringLiteral("Twelve"));
-    button(&search, "cmdFindPrev")->click();
+    QCOMPARE(name(), QStringLiteral("Twelve"));
+    find("cmdFindPrev");
     QVERIFY(!notFound->isVisible());
-    QCOMPARE(txt(&s.editor, 2)->text(), QStringLiteral("Three"));
+    QCOMPARE(name(), QStringLiteral("Three"));
 
     // A quote is part of the text searched for, not of the query.
     box->setText(QStringLiteral("O'Neil"));
-    button(&search, "cmdFind")->click();
+    find("cmdFind");
     QVERIFY(env.prompter.entries.isEmpty());
     QVERIFY(notFound->isVisible());
-    button(&search, "cmdClose")->click();
+    find("cmdClose");
     QVERIFY(!search.isVisible());
   }
 
   void showEditUserListMakesTheListFirst() {
     TestEnv env;
     QVERIFY(!QFileInfo::exists(env.state->userListPath()));
-    QTimer::singleShot(0, [] {
-      QWidget* w = QApplication::activeModalWidget();
-      QVERIFY(w);
-      QCOMPARE(w->objectName(), QStringLiteral("EditUserList"));
-      w->close();
-    });
+    onModal(QStringLiteral("EditUserList"), [](QWidget* w) { w->close(); });
     ShowEditUserList(*env.state, nullptr);
     QVERIFY(QFileInfo::exists(env.state->userListPath()));
     QVERIFY(env.prompter.entries.isEmpty());

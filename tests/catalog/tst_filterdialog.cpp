@@ -1,17 +1,14 @@
-#include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTimer>
-#include <QtTest>
 
 #include "catalog/catalogdialogs.h"
 #include "catalog/catalogwindowrules.h"
 #include "catalog/filterdialog.h"
 #include "core/numtext.h"
-#include "core/settings.h"
-#include "core/twips.h"
 #include "core/setupdialog.h"
+#include "core/twips.h"
+#include "formtest.h"
 #include "support/testenv.h"
 
 namespace {
@@ -19,27 +16,19 @@ namespace {
 const QByteArray kDefaults =
     "#TRUE#,20,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,30,2,-2,10,10,0,-2,12"
     "\r\n";
+const QString kIni = QStringLiteral("config/Filter.ini");
 
-template <typename T>
-T* child(QWidget* w, const char* name) {
-  T* c = w->findChild<T*>(QLatin1String(name));
-  if (!c) qFatal("no control %s", name);
-  return c;
-}
+QLineEdit* field(QWidget* w, const char* name) { return control<QLineEdit>(w, name); }
+QCheckBox* box(QWidget* w, const char* name) { return control<QCheckBox>(w, name); }
+void click(QWidget* w, const char* name) { control<QPushButton>(w, name)->click(); }
 
-QLineEdit* field(QWidget* w, const char* name) { return child<QLineEdit>(w, name); }
-void click(QWidget* w, const char* name) { child<QPushButton>(w, name)->click(); }
-
+// Stands in for the file dialogs: remembers how it was asked, answers `answer`.
 struct Chooser {
   QString answer;
-  QString title, folder, filter;
-  int calls = 0;
+  QStringList asked;  // title, folder, filter
   Filter::FileChooser fn() {
     return [this](QWidget*, const QString& t, const QString& f, const QString& flt) {
-      ++calls;
-      title = t;
-      folder = f;
-      filter = flt;
+      asked = QStringList{t, f, flt};
       return answer;
     };
   }
@@ -55,231 +44,183 @@ class TestFilterDialog : public QObject {
     TestEnv env;
     env.state->filter.FltOC = false;
     env.state->filter.FltAlt = false;
+    env.state->filter.FltMinAlt = 35;
+    env.state->filter.FltGalMin = 9.5f;
+    env.state->filter.FltDSSepMin = 0.1f;
     env.state->filter.FltDSMagMax = -2.5f;
-    Filter dialog(*env.state);
-    QCOMPARE(field(&dialog, "txtGalMin")->text(), QStringLiteral("12"));
-    QCOMPARE(field(&dialog, "txtDSMagMax")->text(), QStringLiteral("-2.5"));
-    QVERIFY(!child<QCheckBox>(&dialog, "chkOC")->isChecked());
-    QVERIFY(!field(&dialog, "txtOCMin")->isEnabled() && !field(&dialog, "txtOCMax")->isEnabled());
-    QVERIFY(!field(&dialog, "txtMinAltFilter")->isEnabled());
-    QVERIFY(!child<UpDownButtons>(&dialog, "UpDown1")->isEnabled());
-    QVERIFY(field(&dialog, "txtGalMin")->isEnabled());
-    child<QCheckBox>(&dialog, "chkOC")->click();
-    QVERIFY(field(&dialog, "txtOCMin")->isEnabled() && field(&dialog, "txtOCMax")->isEnabled());
-    child<QCheckBox>(&dialog, "chkAltFilter")->click();
-    QVERIFY(field(&dialog, "txtMinAltFilter")->isEnabled());
-    child<QCheckBox>(&dialog, "chkGal")->click();
-    QVERIFY(!field(&dialog, "txtGalMax")->isEnabled());
+    Filter d(*env.state);
+    QStringList texts;  // plain values, a single's 0.1 among them
+    for (const char* name : {"txtMinAltFilter", "txtGalMin", "txtGalMax", "txtDSSepMin",
+                             "txtDSMagMax", "txtUserMagMax"})
+      texts << field(&d, name)->text();
+    QCOMPARE(texts, (QStringList{"35", "9.5", "0", "0.1", "-2.5", "-2"}));
+    QVERIFY(!box(&d, "chkOC")->isChecked());
+    QVERIFY(!field(&d, "txtOCMin")->isEnabled() && !field(&d, "txtOCMax")->isEnabled());
+    QVERIFY(!field(&d, "txtMinAltFilter")->isEnabled());
+    QVERIFY(!control<UpDownButtons>(&d, "UpDown1")->isEnabled());
+    QVERIFY(field(&d, "txtGalMin")->isEnabled());
+    box(&d, "chkOC")->click();
+    QVERIFY(field(&d, "txtOCMin")->isEnabled() && field(&d, "txtOCMax")->isEnabled());
+    box(&d, "chkAltFilter")->click();
+    QVERIFY(field(&d, "txtMinAltFilter")->isEnabled());
+    box(&d, "chkGal")->click();
+    QVERIFY(!field(&d, "txtGalMax")->isEnabled());
   }
 
-  void ok_data() {
-    QTest::addColumn<QString>("minAlt");
-    QTest::addColumn<bool>("closes");
-    QTest::newRow("80 passes") << "80" << true;
-    QTest::newRow("80.5") << "80.5" << false;
-    QTest::newRow("no number counts as 0") << "abc" << true;
-  }
-  void ok() {
-    QFETCH(QString, minAlt);
-    QFETCH(bool, closes);
-    TestEnv env;
-    env.state->FilterCancelled = true;
-    Filter dialog(*env.state);
-    dialog.show();
-    field(&dialog, "txtMinAltFilter")->setText(minAlt);
-    field(&dialog, "txtUserMagMax")->setText(QStringLiteral("-2"));
-    field(&dialog, "txtUserMagMin")->setText(QStringLiteral("10"));
-    click(&dialog, "OKButton");
-    if (!closes) {
-      QCOMPARE(env.prompter.entries.size(), 1);
-      QCOMPARE(env.prompter.entries[0].title, QStringLiteral("Error"));
-      QCOMPARE(env.prompter.entries[0].text, QStringLiteral("Please select a value between 0 and 80"));
-      QVERIFY(dialog.isVisible());
-      QVERIFY(env.state->FilterCancelled);
-      QVERIFY(env.state->Pages[7].Filter.isEmpty());
-      QVERIFY(!QFileInfo::exists(env.state->filterPath()));
-      return;
-    }
-    QVERIFY(env.prompter.entries.isEmpty());
-    QVERIFY(!dialog.isVisible());
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QVERIFY(!env.state->FilterCancelled);
-    QCOMPARE(env.state->Pages[6].Filter, QStringLiteral("WHERE True"));
-    QCOMPARE(env.state->Pages[7].Filter,
-             QStringLiteral("WHERE (val(Magnitude) between  10 and -2)"));
-    QCOMPARE(env.state->filter.FltMinAlt, qint16(qRound(Val(minAlt))));
-    QByteArray expected = kDefaults;
-    expected.replace("#TRUE#,20,", "#TRUE#," + QByteArray::number(qRound(Val(minAlt))) + ",");
-    expected.replace("-2,12\r\n", "-2,10\r\n");
-    QCOMPARE(env.readFile(QStringLiteral("config/Filter.ini")), expected);
-  }
-
+  // Cancel and Escape set FilterCancelled; the close box leaves it as it was.
   void cancelEscapeAndTheCloseBox() {
     TestEnv env;
     env.state->Pages[4].Filter = QStringLiteral("WHERE (old)");
-    {
-      env.state->FilterCancelled = false;
-      Filter dialog(*env.state);
-      dialog.show();
-      field(&dialog, "txtGalMin")->setText(QStringLiteral("5"));
-      click(&dialog, "cmdCancel");
-      QVERIFY(!dialog.isVisible());
-      QVERIFY(env.state->FilterCancelled);
-      QCOMPARE(env.state->Pages[4].Filter, QStringLiteral("WHERE (old)"));
-      QCOMPARE(env.state->filter.FltGalMin, 12.0f);
+    for (int way : {0, 1, 2}) {
+      for (bool before : {false, true}) {
+        env.state->FilterCancelled = before;
+        Filter d(*env.state);
+        d.show();
+        field(&d, "txtGalMin")->setText(QStringLiteral("5"));
+        if (way == 0) click(&d, "cmdCancel");
+        else if (way == 1) QTest::keyClick(&d, Qt::Key_Escape);
+        else d.close();
+        QVERIFY(!d.isVisible());
+        QCOMPARE(env.state->FilterCancelled, way == 2 ? before : true);
+      }
     }
-    {
-      env.state->FilterCancelled = false;
-      Filter dialog(*env.state);
-      dialog.show();
-      QTest::keyClick(&dialog, Qt::Key_Escape);
-      QVERIFY(!dialog.isVisible());
-      QVERIFY(env.state->FilterCancelled);
-    }
-    for (bool before : {false, true}) {
-      env.state->FilterCancelled = before;
-      Filter dialog(*env.state);
-      dialog.show();
-      dialog.close();
-      QVERIFY(!dialog.isVisible());
-      QCOMPARE(env.state->FilterCancelled, before);
-    }
+    QCOMPARE(env.state->Pages[4].Filter, QStringLiteral("WHERE (old)"));
+    QCOMPARE(env.state->filter.FltGalMin, 12.0f);
     QVERIFY(!QFileInfo::exists(env.state->filterPath()));
   }
 
   void openReadsAFileIntoTheControlsOnly() {
     TestEnv env;
     env.state->settings.DataDir = env.path(QStringLiteral("lists/"));
-    QByteArray record = kDefaults;
-    record.replace("#TRUE#,20,#TRUE#,0,12,#TRUE#,0,12", "#FALSE#,35,#TRUE#,1.5,11,#FALSE#,0,12");
+    const QByteArray record = QByteArray(kDefaults).replace(
+        "#TRUE#,20,#TRUE#,0,12,#TRUE#,0,12", "#FALSE#,35,#TRUE#,1.5,11,#FALSE#,0,12");
     env.writeFile(QStringLiteral("lists/mine.flt"), record);
-    Filter dialog(*env.state);
+    env.writeFile(QStringLiteral("lists/bad.flt"), "#TRUE#,20,#TRUE#\r\n");
+    Filter d(*env.state);
     Chooser chooser;
-    dialog.setOpenChooser(chooser.fn());
+    d.setOpenChooser(chooser.fn());
 
-    chooser.answer.clear();  // cancelled: nothing, not even a box
-    click(&dialog, "cmdOpen");
-    QCOMPARE(chooser.title, QStringLiteral("Open filter settings file..."));
-    QCOMPARE(chooser.folder, env.state->settings.DataDir);
-    QCOMPARE(chooser.filter, QStringLiteral("Filter Settings Files (*.flt)"));
-    QVERIFY(env.prompter.entries.isEmpty());
-
+    click(&d, "cmdOpen");  // cancelled: nothing, not even a box
+    QCOMPARE(chooser.asked, (QStringList{"Open filter settings file...", env.state->settings.DataDir,
+                                         "Filter Settings Files (*.flt)"}));
     chooser.answer = env.path(QStringLiteral("lists/mine.flt"));
-    click(&dialog, "cmdOpen");
+    click(&d, "cmdOpen");
     QVERIFY(env.prompter.entries.isEmpty());
-    QVERIFY(!child<QCheckBox>(&dialog, "chkAltFilter")->isChecked());
-    QCOMPARE(field(&dialog, "txtMinAltFilter")->text(), QStringLiteral("35"));
-    QVERIFY(!field(&dialog, "txtMinAltFilter")->isEnabled());
-    QCOMPARE(field(&dialog, "txtGalMax")->text(), QStringLiteral("1.5"));
-    QCOMPARE(field(&dialog, "txtGalMin")->text(), QStringLiteral("11"));
-    QVERIFY(!field(&dialog, "txtGCMin")->isEnabled());
+    QVERIFY(!box(&d, "chkAltFilter")->isChecked());
+    QVERIFY(!field(&d, "txtMinAltFilter")->isEnabled());
+    QVERIFY(!field(&d, "txtGCMin")->isEnabled());
+    auto texts = [&] {
+      return QStringList{field(&d, "txtMinAltFilter")->text(), field(&d, "txtGalMax")->text(),
+                         field(&d, "txtGalMin")->text()};
+    };
+    QCOMPARE(texts(), (QStringList{"35", "1.5", "11"}));
     // Nothing takes effect before OK.
     QVERIFY(env.state->filter.FltAlt);
     QVERIFY(!QFileInfo::exists(env.state->filterPath()));
     QVERIFY(env.state->Pages[4].Filter.isEmpty());
 
     // A file of the wrong form: the error box, and the controls keep their values.
-    env.writeFile(QStringLiteral("lists/bad.flt"), "#TRUE#,20,#TRUE#\r\n");
     chooser.answer = env.path(QStringLiteral("lists/bad.flt"));
-    click(&dialog, "cmdOpen");
-    QCOMPARE(env.prompter.entries.size(), 1);
-    QCOMPARE(env.prompter.entries[0].text,
-             QStringLiteral("Input past end of file: %1 - 62").arg(chooser.answer));
-    QCOMPARE(field(&dialog, "txtMinAltFilter")->text(), QStringLiteral("35"));
-    QCOMPARE(field(&dialog, "txtGalMax")->text(), QStringLiteral("1.5"));
+    click(&d, "cmdOpen");
+    QCOMPARE(env.prompter.texts(),
+             QStringList{QStringLiteral("Input past end of file: %1 - 62").arg(chooser.answer)});
+    QCOMPARE(texts(), (QStringList{"35", "1.5", "11"}));
 
     // Opened and accepted, the file's values reach Filter.ini unchanged.
     chooser.answer = env.path(QStringLiteral("lists/mine.flt"));
-    click(&dialog, "cmdOpen");
-    click(&dialog, "OKButton");
-    QCOMPARE(env.readFile(QStringLiteral("config/Filter.ini")), record);
+    click(&d, "cmdOpen");
+    click(&d, "OKButton");
+    QCOMPARE(env.readFile(kIni), record);
   }
 
   void saveAsAsksBeforeOverwriting() {
     TestEnv env;
     env.state->settings.DataDir = env.path(QStringLiteral("lists/"));
-    Filter dialog(*env.state);
-    dialog.show();
+    Filter d(*env.state);
+    d.show();
     Chooser chooser;
-    dialog.setSaveChooser(chooser.fn());
+    d.setSaveChooser(chooser.fn());
     const QString file = env.path(QStringLiteral("lists/night.flt"));
     chooser.answer = file;
     // Saved as they stand, without the altitude test.
-    field(&dialog, "txtMinAltFilter")->setText(QStringLiteral("85"));
-    click(&dialog, "cmdSave");
-    QCOMPARE(chooser.title, QStringLiteral("Name filter settings file..."));
+    field(&d, "txtMinAltFilter")->setText(QStringLiteral("85"));
+    click(&d, "cmdSave");
+    QCOMPARE(chooser.asked.first(), QStringLiteral("Name filter settings file..."));
     QVERIFY(env.prompter.entries.isEmpty());
-    QVERIFY(dialog.isVisible());
-    QByteArray expected = kDefaults;
-    expected.replace("#TRUE#,20,", "#TRUE#,85,");
-    QCOMPARE(env.readFile(QStringLiteral("lists/night.flt")), expected);
+    QVERIFY(d.isVisible());
+    const QByteArray at85 = QByteArray(kDefaults).replace(",20,", ",85,");
+    QCOMPARE(env.readFile(QStringLiteral("lists/night.flt")), at85);
 
-    field(&dialog, "txtMinAltFilter")->setText(QStringLiteral("30"));
+    field(&d, "txtMinAltFilter")->setText(QStringLiteral("30"));
     env.prompter.answer(Prompter::Answer::No);
-    click(&dialog, "cmdSave");
-    QCOMPARE(env.prompter.entries.size(), 1);
+    click(&d, "cmdSave");
+    QCOMPARE(boxes(env.prompter),
+             QStringList{"Confirm: This file\n" + file + "\nalready exists.  Overwrite?"});
     QVERIFY(env.prompter.entries[0].question);
-    QCOMPARE(env.prompter.entries[0].title, QStringLiteral("Confirm"));
-    QCOMPARE(env.prompter.entries[0].text,
-             QStringLiteral("This file\n") + file + QStringLiteral("\nalready exists.  Overwrite?"));
-    QCOMPARE(env.readFile(QStringLiteral("lists/night.flt")), expected);
+    QCOMPARE(env.readFile(QStringLiteral("lists/night.flt")), at85);
 
     env.prompter.answer(Prompter::Answer::Yes);
-    click(&dialog, "cmdSave");
-    expected.replace("#TRUE#,85,", "#TRUE#,30,");
-    QCOMPARE(env.readFile(QStringLiteral("lists/night.flt")), expected);
+    click(&d, "cmdSave");
+    QCOMPARE(env.readFile(QStringLiteral("lists/night.flt")), QByteArray(kDefaults).replace(",20,", ",30,"));
     QVERIFY(!QFileInfo::exists(env.state->filterPath()));
-  }
 
-  void aFailedSaveIsReported() {
-    TestEnv env;
-    Filter dialog(*env.state);
-    Chooser chooser;
+    // A file that cannot be written: the error box.
     env.writeFile(QStringLiteral("plain"), "a file, not a folder");
     chooser.answer = env.path(QStringLiteral("plain/x.flt"));
-    dialog.setSaveChooser(chooser.fn());
-    click(&dialog, "cmdSave");
+    env.prompter.clear();
+    click(&d, "cmdSave");
     QCOMPARE(env.prompter.entries.size(), 1);
     QVERIFY(!env.prompter.entries[0].question);
     QVERIFY(env.prompter.entries[0].text.endsWith(QStringLiteral(" - 75")));
   }
 
-  void spinButtonStaysWithinTheRange() {
-    TestEnv env;
-    Filter dialog(*env.state);
-    auto* updown = child<UpDownButtons>(&dialog, "UpDown1");
-    field(&dialog, "txtMinAltFilter")->setText(QStringLiteral("79"));
-    emit updown->stepped(1);
-    emit updown->stepped(1);
-    QCOMPARE(field(&dialog, "txtMinAltFilter")->text(), QStringLiteral("80"));
-    field(&dialog, "txtMinAltFilter")->setText(QStringLiteral("0"));
-    emit updown->stepped(-1);
-    QCOMPARE(field(&dialog, "txtMinAltFilter")->text(), QStringLiteral("0"));
-    QCOMPARE(FilterUpDownStep(QStringLiteral("12.5"), 1), QStringLiteral("13.5"));
-  }
-
-  void theCallerPlacesTheTop() {
+  void spinButtonAndPlace() {
     TestEnv env;
     env.state->FilterFormTop = 1500;
-    Filter dialog(*env.state);
-    dialog.show();
-    QCOMPARE(dialog.y(), TwipsToPixels(1500, &dialog));
+    Filter d(*env.state);
+    auto* updown = control<UpDownButtons>(&d, "UpDown1");
+    field(&d, "txtMinAltFilter")->setText(QStringLiteral("79"));
+    emit updown->stepped(1);
+    emit updown->stepped(1);
+    QCOMPARE(field(&d, "txtMinAltFilter")->text(), QStringLiteral("80"));
+    field(&d, "txtMinAltFilter")->setText(QStringLiteral("0"));
+    emit updown->stepped(-1);
+    QCOMPARE(field(&d, "txtMinAltFilter")->text(), QStringLiteral("0"));
+    QCOMPARE(FilterUpDownStep(QStringLiteral("12.5"), 1), QStringLiteral("13.5"));
+    // The caller places the top.
+    d.show();
+    QCOMPARE(d.y(), TwipsToPixels(1500, &d));
   }
 
+  // The altitude's range itself is the filter logic's; this is the dialog around it: a
+  // refused OK keeps it open and writes nothing, an accepted one takes the typed values.
   void showFilterDialogRunsModally() {
     TestEnv env;
-    env.state->FilterCancelled = false;
-    QTimer::singleShot(0, [] {
-      QWidget* w = QApplication::activeModalWidget();
-      QVERIFY(w);
-      QCOMPARE(w->objectName(), QStringLiteral("Filter"));
-      w->findChild<QPushButton*>(QStringLiteral("OKButton"))->click();
+    env.state->FilterCancelled = true;
+    QStringList refused;  // what the refused OK left: its boxes, then anything changed
+    onModal(QStringLiteral("Filter"), [&](QWidget* d) {
+      field(d, "txtUserMagMax")->setText(QStringLiteral("-2"));
+      field(d, "txtUserMagMin")->setText(QStringLiteral("10"));
+      field(d, "txtMinAltFilter")->setText(QStringLiteral("80.5"));
+      click(d, "OKButton");
+      refused = boxes(env.prompter);
+      if (!d->isVisible() || !env.state->FilterCancelled) refused << "closed";
+      if (!env.state->Pages[7].Filter.isEmpty()) refused << "filtered";
+      if (QFileInfo::exists(env.state->filterPath())) refused << "written";
+      field(d, "txtMinAltFilter")->setText(QStringLiteral("80"));
+      click(d, "OKButton");
     });
     ShowFilterDialog(*env.state, nullptr);
+    QCOMPARE(refused, QStringList{"Error: Please select a value between 0 and 80"});
     QVERIFY(!env.state->FilterCancelled);
-    QCOMPARE(env.readFile(QStringLiteral("config/Filter.ini")), kDefaults);
+    QCOMPARE(env.state->filter.FltMinAlt, qint16(80));
+    QCOMPARE(env.readFile(kIni),
+             QByteArray(kDefaults).replace(",20,", ",80,").replace("-2,12\r", "-2,10\r"));
     QCOMPARE(env.state->Pages[4].Filter.left(34),
              QStringLiteral("WHERE (False or (Type = 'Galaxy' a"));
+    QCOMPARE(env.state->Pages[6].Filter, QStringLiteral("WHERE True"));
+    QCOMPARE(env.state->Pages[7].Filter,
+             QStringLiteral("WHERE (val(Magnitude) between  10 and -2)"));
   }
 };
 

@@ -37,37 +37,34 @@ class TestJetSql : public QObject {
   void translate_data() {
     QTest::addColumn<QString>("in");
     QTest::addColumn<QString>("out");
-    QTest::newRow("page source") << "SELECT ObjectNum, Name From MessierObjects WHERE True ORDER BY ObjectNum;"
-                                 << "SELECT ObjectNum, Name From MessierObjects WHERE 1 ORDER BY ObjectNum";
-    QTest::newRow("false and true") << "WHERE (False or True)" << "WHERE (0 or 1)";
-    QTest::newRow("true inside literal") << "Name = 'True & False'"
-                                         << "Name = 'True & False' COLLATE NOCASE";
-    QTest::newRow("bracketed name") << "SELECT [True] FROM [MapStars to 4_5]"
-                                    << "SELECT [True] FROM [MapStars to 4_5]";
-    QTest::newRow("concat in val") << "Val(DecSign & '1')" << "Val(DecSign, '1')";
-    QTest::newRow("concat below plus") << "a + b & c" << "(ifnull(a + b, '') || ifnull(c, ''))";
-    QTest::newRow("concat above compare") << "x & 'y' = 'zy'"
-                                          << "(ifnull(x, '') || 'y') = 'zy' COLLATE NOCASE";
-    QTest::newRow("concat chain") << "a & '-' & b" << "(ifnull(a, '') || '-' || ifnull(b, ''))";
-    QTest::newRow("like wildcards") << "name Like '*andr?*'" << "name Like '%andr_%'";
-    QTest::newRow("like escapes") << "name Like '*100%_*'" << "name Like '%100\\%\\_%' ESCAPE '\\'";
-    QTest::newRow("like expression") << "name like x & '*'"
-                                     << "name like likepattern((ifnull(x, '') || '*')) ESCAPE '\\'";
-    QTest::newRow("between reversed") << "val(Magnitude) between  12 and  0"
-                                      << "val(Magnitude) between  0 and  12";
-    QTest::newRow("between negative") << "x between  10 and -2" << "x between  -2 and 10";
-    QTest::newRow("between in order") << "x BETWEEN 1 AND 2" << "x BETWEEN 1 AND 2";
-    QTest::newRow("between expressions") << "x between a and b + 1"
-                                         << "x between min(a, b + 1) and max(a, b + 1)";
-    QTest::newRow("between then and") << "x between 5 and 1 and y = 2"
-                                       << "x between 1 and 5 and y = 2";
-    QTest::newRow("double quotes") << "Name = \"it's\"" << "Name = 'it''s' COLLATE NOCASE";
-    QTest::newRow("desc any case") << "ORDER BY Name Desc" << "ORDER BY Name Desc";
-    QTest::newRow("dec sort") << "ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) "
-                              << "ORDER BY (val(DecSign, '1') * (DecDeg + DecMinute/60))";
-    QTest::newRow("mod") << "a Mod 3" << "(a) % (3)";
-    QTest::newRow("is not null") << "x Is Not Null and y in (1, 2)" << "x Is Not Null and y in (1, 2)";
-    QTest::newRow("no semicolon kept") << "SELECT * FROM t ;  " << "SELECT * FROM t";
+    const auto row = [](const char* name, const QString& in, const char* out) {
+      QTest::newRow(name) << in << QString(out);
+    };
+    row("page source", "SELECT ObjectNum, Name From MessierObjects WHERE True ORDER BY ObjectNum;",
+        "SELECT ObjectNum, Name From MessierObjects WHERE 1 ORDER BY ObjectNum");
+    row("false and true", "WHERE (False or True)", "WHERE (0 or 1)");
+    row("true inside literal", "Name = 'True & False'", "Name = 'True & False' COLLATE NOCASE");
+    row("bracketed name", "SELECT [True] FROM [MapStars to 4_5]", "SELECT [True] FROM [MapStars to 4_5]");
+    row("concat in val", "Val(DecSign & '1')", "Val(DecSign, '1')");
+    row("concat below plus", "a + b & c", "(ifnull(a + b, '') || ifnull(c, ''))");
+    row("concat above compare", "x & 'y' = 'zy'", "(ifnull(x, '') || 'y') = 'zy' COLLATE NOCASE");
+    row("concat chain", "a & '-' & b", "(ifnull(a, '') || '-' || ifnull(b, ''))");
+    row("like wildcards", "name Like '*andr?*'", "name Like '%andr_%'");
+    row("like escapes", "name Like '*100%_*'", "name Like '%100\\%\\_%' ESCAPE '\\'");
+    row("like expression", "name like x & '*'",
+        "name like likepattern((ifnull(x, '') || '*')) ESCAPE '\\'");
+    row("between reversed", "val(Magnitude) between  12 and  0", "val(Magnitude) between  0 and  12");
+    row("between negative", "x between  10 and -2", "x between  -2 and 10");
+    row("between in order", "x BETWEEN 1 AND 2", "x BETWEEN 1 AND 2");
+    row("between expressions", "x between a and b + 1", "x between min(a, b + 1) and max(a, b + 1)");
+    row("between then and", "x between 5 and 1 and y = 2", "x between 1 and 5 and y = 2");
+    row("double quotes", "Name = \"it's\"", "Name = 'it''s' COLLATE NOCASE");
+    row("desc any case", "ORDER BY Name Desc", "ORDER BY Name Desc");
+    row("dec sort", "ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ",
+        "ORDER BY (val(DecSign, '1') * (DecDeg + DecMinute/60))");
+    row("mod", "a Mod 3", "(a) % (3)");
+    row("is not null", "x Is Not Null and y in (1, 2)", "x Is Not Null and y in (1, 2)");
+    row("no semicolon kept", "SELECT * FROM t ;  ", "SELECT * FROM t");
   }
   void translate() {
     QFETCH(QString, in);
@@ -75,69 +72,62 @@ class TestJetSql : public QObject {
     QCOMPARE(TranslateQuery(in), out);
   }
 
+  // The classic functions as the engine works them out, or the error they raise.
   void functions_data() {
     QTest::addColumn<QString>("expr");
     QTest::addColumn<QVariant>("expected");
-    QTest::newRow("val text") << "Val('4.5,6.1')" << QVariant(4.5);
-    QTest::newRow("val blanks inside") << "Val(' 1 2.5x')" << QVariant(12.5);
-    QTest::newRow("val sign one") << "Val('-' & '1')" << QVariant(-1.0);
-    QTest::newRow("val blank sign") << "Val(' ' & '1')" << QVariant(1.0);
-    QTest::newRow("val null sign") << "Val(Null & '1')" << QVariant(1.0);
-    QTest::newRow("val joins numbers as the engine writes them") << "Val(2.0 & 5)" << QVariant(2.05);
-    QTest::newRow("val words") << "Val('abc')" << QVariant(0.0);
-    QTest::newRow("val hex") << "Val('&H10')" << QVariant(16.0);
-    QTest::newRow("val exponent") << "Val('1.5e2')" << QVariant(150.0);
-    QTest::newRow("val number") << "Val(7)" << QVariant(7);
-    QTest::newRow("mid") << "Mid('4.5,6.1', 5)" << QVariant("6.1");
-    QTest::newRow("mid length") << "Mid('abcdef', 2, 3)" << QVariant("bcd");
-    QTest::newRow("mid past end") << "Mid('abc', 9, 2)" << QVariant("");
-    QTest::newRow("instr") << "Instr('4.5,6.1', ',')" << QVariant(4);
-    QTest::newRow("instr absent") << "Instr('4.5', ',')" << QVariant(0);
-    QTest::newRow("instr case") << "Instr('Andromeda', 'DROM')" << QVariant(3);
-    QTest::newRow("instr start") << "Instr(3, 'abcabc', 'a')" << QVariant(4);
-    QTest::newRow("double mag difference")
-        << "Val(Mid('4.5,6.1', Instr('4.5,6.1', ',') + 1, 100)) - Val('4.5,6.1')" << QVariant(1.6);
-    QTest::newRow("one magnitude difference")
-        << "Val(Mid('4.5', Instr('4.5', ',') + 1, 100)) - Val('4.5')" << QVariant(0.0);
-    QTest::newRow("trim blanks only") << "'[' & Trim('  a b \t ') & ']'" << QVariant("[a b \t]");
-    QTest::newRow("trim number") << "Trim(31)" << QVariant("31");
-    QTest::newRow("trim real") << "Trim(31.0)" << QVariant("31");
-    QTest::newRow("atn") << "Atn(1) * 4" << QVariant(M_PI);
-    QTest::newRow("sqr") << "Sqr(2.25)" << QVariant(1.5);
-    QTest::newRow("sin cos") << "Sin(0.5) * Sin(0.5) + Cos(0.5) * Cos(0.5)" << QVariant(1.0);
-    QTest::newRow("ninety brackets") << QString(90, '(') + "1" + QString(90, ')') << QVariant(1);
+    QTest::addColumn<int>("error");
+    const auto row = [](const char* name, const QString& expr, const QVariant& expected,
+                        int error = 0) { QTest::newRow(name) << expr << expected << error; };
+    row("val text", "Val('4.5,6.1')", 4.5);
+    row("val blanks inside", "Val(' 1 2.5x')", 12.5);
+    row("val sign one", "Val('-' & '1')", -1.0);
+    row("val blank sign", "Val(' ' & '1')", 1.0);
+    row("val null sign", "Val(Null & '1')", 1.0);
+    row("val joins numbers as the engine writes them", "Val(2.0 & 5)", 2.05);
+    row("val words", "Val('abc')", 0.0);
+    row("val hex", "Val('&H10')", 16.0);
+    row("val exponent", "Val('1.5e2')", 150.0);
+    row("val number", "Val(7)", 7);
+    row("mid", "Mid('4.5,6.1', 5)", "6.1");
+    row("mid length", "Mid('abcdef', 2, 3)", "bcd");
+    row("mid past end", "Mid('abc', 9, 2)", "");
+    row("instr", "Instr('4.5,6.1', ',')", 4);
+    row("instr absent", "Instr('4.5', ',')", 0);
+    row("instr case", "Instr('Andromeda', 'DROM')", 3);
+    row("instr start", "Instr(3, 'abcabc', 'a')", 4);
+    row("double mag difference",
+        "Val(Mid('4.5,6.1', Instr('4.5,6.1', ',') + 1, 100)) - Val('4.5,6.1')", 1.6);
+    row("one magnitude difference", "Val(Mid('4.5', Instr('4.5', ',') + 1, 100)) - Val('4.5')", 0.0);
+    row("trim blanks only", "'[' & Trim('  a b \t ') & ']'", "[a b \t]");
+    row("trim number", "Trim(31)", "31");
+    row("trim real", "Trim(31.0)", "31");
+    row("atn", "Atn(1) * 4", M_PI);
+    row("sqr", "Sqr(2.25)", 1.5);
+    row("sin cos", "Sin(0.5) * Sin(0.5) + Cos(0.5) * Cos(0.5)", 1.0);
+    row("ninety brackets", QString(90, '(') + "1" + QString(90, ')'), 1);
+    row("sqr negative", "Sqr(-1)", {}, ErrNo::Database);
+    row("mid start 0", "Mid('abc', 0)", {}, ErrNo::Database);
+    row("mid negative length", "Mid('abc', 1, -1)", {}, ErrNo::Database);
+    row("no such column", "Nonsense + 1", {}, ErrNo::Database);
+    // Nesting beyond what the reader follows is refused, however deep.
+    for (const char* open : {"(", "not ", "-", "2^", "Val("})
+      row(qPrintable(QStringLiteral("3000 times %1").arg(open)), QString(open).repeated(3000) + "1",
+          {}, ErrNo::QueryTooComplex);
+    row("3000 brackets after a term", "'x' or " + QString("(").repeated(3000) + "1", {},
+        ErrNo::QueryTooComplex);
   }
   void functions() {
     QFETCH(QString, expr);
     QFETCH(QVariant, expected);
-    const QVariant v = scalar(expr);
-    if (expected.typeId() == QMetaType::Double)
-      QVERIFY2(qAbs(v.toDouble() - expected.toDouble()) < 1e-9, qPrintable(v.toString()));
-    else
-      QCOMPARE(v.toString(), expected.toString());
-  }
-
-  void failingFunctions_data() {
-    QTest::addColumn<QString>("expr");
-    QTest::addColumn<int>("error");
-    QTest::newRow("sqr negative") << "Sqr(-1)" << ErrNo::Database;
-    QTest::newRow("mid start 0") << "Mid('abc', 0)" << ErrNo::Database;
-    QTest::newRow("mid negative length") << "Mid('abc', 1, -1)" << ErrNo::Database;
-    QTest::newRow("no such column") << "Nonsense + 1" << ErrNo::Database;
-    // Nesting beyond what the reader follows is refused, however deep.
-    const auto deep = [](const QString& open, int n) { return open.repeated(n) + "1"; };
-    QTest::newRow("3000 brackets") << "'x' or " + deep("(", 3000) << ErrNo::QueryTooComplex;
-    QTest::newRow("3000 NOTs") << deep("not ", 3000) << ErrNo::QueryTooComplex;
-    QTest::newRow("3000 signs") << deep("-", 3000) << ErrNo::QueryTooComplex;
-    QTest::newRow("3000 powers") << deep("2^", 3000) << ErrNo::QueryTooComplex;
-    QTest::newRow("3000 calls") << deep("Val(", 3000) << ErrNo::QueryTooComplex;
-  }
-  void failingFunctions() {
-    QFETCH(QString, expr);
     QFETCH(int, error);
     try {
-      scalar(expr);
-      QFAIL("no error");
+      const QVariant v = scalar(expr);
+      QCOMPARE(0, error);
+      if (expected.typeId() == QMetaType::Double)
+        QVERIFY2(qAbs(v.toDouble() - expected.toDouble()) < 1e-9, qPrintable(v.toString()));
+      else
+        QCOMPARE(v.toString(), expected.toString());
     } catch (const AppError& e) {
       QCOMPARE(e.number, error);
       QVERIFY(!e.description.isEmpty());

@@ -7,6 +7,7 @@
 #include "catalog/database.h"
 #include "charts/alignchart.h"
 #include "charts/alignstars.h"
+#include "charts/bestpairs.h"
 #include "charts/skywidget.h"
 #include "core/numtext.h"
 #include "core/redscreen.h"
@@ -22,9 +23,10 @@ MapStar star(const QString& name, double alt, bool alignment, bool autoAlignment
   return {position, alignment, name, autoAlignment, SkyCoordinates(position)};
 }
 
-QStringList namesOf(const std::vector<AlignmentCandidate>& candidates) {
+template <typename T>
+QStringList namesOf(const std::vector<T>& items) {
   QStringList out;
-  for (const AlignmentCandidate& c : candidates) out << c.name;
+  for (const T& i : items) out << i.name;
   return out;
 }
 
@@ -34,28 +36,106 @@ QStringList textsOf(const std::vector<PlacedText>& lines) {
   return out;
 }
 
+QStringList rowsOf(const std::vector<AlignmentPair>& rows) {
+  QStringList out;
+  for (const AlignmentPair& r : rows) out << r.name + QLatin1Char('|') + SeparationText(r.separation);
+  return out;
+}
+
+// Stars are letters, "*" marks an automatic alignment star, and "P" is Polaris.
+std::vector<AlignmentCandidate> candidatesOf(const QString& stars) {
+  std::vector<AlignmentCandidate> out;
+  for (const QString& s : stars.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    const QString letter = s.left(1);
+    out.push_back({letter == QLatin1String("P") ? QStringLiteral("Polaris") : letter,
+                   SkyPosition{letter, "0", "+", "0", "0"}, s.endsWith(QLatin1Char('*'))});
+  }
+  return out;
+}
+
+// Separations are looked up by the two letters ("AB=12.25"); a pair not listed is 10 apart.
+PairSeparation separationsOf(const QString& table) {
+  QHash<QString, double> seps;
+  for (const QString& e : table.split(QLatin1Char(' '), Qt::SkipEmptyParts))
+    seps.insert(e.left(2), e.mid(3).toDouble());
+  return [seps](const SkyPosition& a, const SkyPosition& b) {
+    return seps.value(a.raHours + b.raHours, 10.0);
+  };
+}
+
 }  // namespace
 
 class TestAlignStars : public QObject {
   Q_OBJECT
  private slots:
+  void bestPairs_data() {
+    QTest::addColumn<QString>("stars");
+    QTest::addColumn<QString>("seps");
+    QTest::addColumn<bool>("twoStar");
+    QTest::addColumn<QStringList>("autoRows");
+    QTest::addColumn<QStringList>("twoStarRows");
+    QTest::addColumn<bool>("note");
+    QTest::newRow("no candidates") << "" << "" << true << QStringList() << QStringList() << false;
+    QTest::newRow("one candidate: one empty row")
+        << "A*" << "" << true << QStringList() << QStringList{"| 0"} << false;
+    QTest::newRow("two candidates: a pair and an empty row")
+        << "A* B" << "AB=30" << true << QStringList() << QStringList{"A - B| 30", "| 0"} << false;
+    // The two star table stops at the number of candidates; a plain star only shows there.
+    QTest::newRow("widest first, equal ones in build order")
+        << "A* B C* D*" << "AB=40 AC=50 AD=60 BC=50 BD=70 CD=50" << true
+        << QStringList{"A - D| 60", "A - C| 50", "C - D| 50"}
+        << QStringList{"B - D| 70", "A - D| 60", "A - C| 50", "B - C| 50"} << false;
+    QTest::newRow("halves go to the even tenth, table off")
+        << "A* B* C*" << "AB=12.25 AC=12.75 BC=12.35" << false
+        << QStringList{"A - C| 12.8", "B - C| 12.4", "A - B| 12.2"} << QStringList() << false;
+    const QStringList tens = {"A - B| 10", "A - C| 10", "A - D| 10", "A - E| 10", "B - C| 10"};
+    QTest::newRow("five rows at most")
+        << "A* B* C* D* E*" << "" << false << tens << QStringList() << false;
+    QTest::newRow("Polaris at row 3 of the first table")
+        << "A* B* C* P*" << "AB=60 AC=50 AP=40" << false
+        << QStringList{"A - B| 60", "A - C| 50", "A - Polaris| 40", "B - C| 10", "B - Polaris| 10"}
+        << QStringList() << true;
+    QTest::newRow("Polaris only in the two star table")
+        << "A* B* P" << "AP=80" << true << QStringList{"A - B| 10"}
+        << QStringList{"A - Polaris| 80", "A - B| 10", "B - Polaris| 10"} << false;
+    const QString hidden = QStringLiteral("AB=60 AC=59 AD=58 BC=57 BD=56");
+    const QStringList five = {"A - B| 60", "A - C| 59", "A - D| 58", "B - C| 57", "B - D| 56"};
+    QTest::newRow("Polaris at hidden row 6 of the first table")
+        << "A* B* C* D* P* E" << hidden << true << five
+        << (QStringList(five) << "A - Polaris| 10") << true;
+    QTest::newRow("row 6 is not looked at without the two star table")
+        << "A* B* C* D* P* E" << hidden << false << five << QStringList() << false;
+  }
+  void bestPairs() {
+    QFETCH(QString, stars);
+    QFETCH(QString, seps);
+    QFETCH(bool, twoStar);
+    QFETCH(QStringList, autoRows);
+    QFETCH(QStringList, twoStarRows);
+    QFETCH(bool, note);
+    const BestPairs pairs = MakeBestPairs(candidatesOf(stars), twoStar, separationsOf(seps));
+    QCOMPARE(rowsOf(pairs.autoRows), autoRows);
+    QCOMPARE(pairs.twoStarTable, twoStar);
+    QCOMPARE(rowsOf(pairs.twoStarRows), twoStarRows);
+    QCOMPARE(pairs.polarisNote, note);
+  }
+
   void starRules_data() {
     QTest::addColumn<bool>("autoOnly");
     QTest::addColumn<bool>("showNames");
-    QTest::addColumn<QStringList>("names");       // printed on the chart
+    QTest::addColumn<QStringList>("names");  // printed on the chart
     QTest::addColumn<int>("large");
     QTest::addColumn<int>("plain");
     QTest::addColumn<QStringList>("candidates");
     // A at 20 and B at 70 lie on the bounds; C is plain, D below the horizon, E too high,
     // F an alignment star the hand controller does not offer.
-    QTest::newRow("all alignment stars") << false << true << QStringList{"A", "B", "E", "F"} << 4
-                                         << 1 << QStringList{"A", "B", "F"};
-    QTest::newRow("automatic only") << true << true << QStringList{"A", "B", "E"} << 3 << 2
-                                    << QStringList{"A", "B"};
-    QTest::newRow("names off") << false << false << QStringList() << 4 << 1
-                               << QStringList{"A", "B", "F"};
+    QTest::newRow("all alignment stars")
+        << false << true << QStringList{"A", "B", "E", "F"} << 4 << 1 << QStringList{"A", "B", "F"};
+    QTest::newRow("automatic only")
+        << true << true << QStringList{"A", "B", "E"} << 3 << 2 << QStringList{"A", "B"};
+    QTest::newRow("names off")
+        << false << false << QStringList() << 4 << 1 << QStringList{"A", "B", "F"};
   }
-
   void starRules() {
     QFETCH(bool, autoOnly);
     QFETCH(bool, showNames);
@@ -63,8 +143,8 @@ class TestAlignStars : public QObject {
     QFETCH(int, large);
     QFETCH(int, plain);
     QFETCH(QStringList, candidates);
-    const std::vector<MapStar> stars{star("A", 20, true, true),  star("B", 70, true, true),
-                                     star("C", 45, false, true), star("D", 0, true, true),
+    const std::vector<MapStar> stars{star("A", 20, true, true),   star("B", 70, true, true),
+                                     star("C", 45, false, true),  star("D", 0, true, true),
                                      star("E", 70.1, true, true), star("F", 45, true, false)};
     RecordingChartSurface surface;
     auto alt = [](const MapStar& m) { return Val(m.position.raHours); };
@@ -88,7 +168,8 @@ class TestAlignStars : public QObject {
     QCOMPARE(circles[2].radius, float(20.0 / 90 * 2800));
   }
 
-  void screenText() {
+  // The best pairs' lines on the screen, the window's least size, the band's bounds.
+  void screenTextAndSize() {
     BestPairs pairs;
     pairs.autoRows = {{"A - B", 50}};
     pairs.polarisNote = true;
@@ -104,14 +185,15 @@ class TestAlignStars : public QObject {
     QCOMPARE(lines[9].text, QString());
     QCOMPARE(lines[9].y, 2690);
     QCOMPARE(lines[11].y, 2690 + 500);
-  }
 
-  void resizeRule() {
     QCOMPARE(AlignStarsResize(true, 9179, 9000, 12000, 9000).restoreNormal, true);
     QCOMPARE(AlignStarsResize(true, 9180, 6825, 12000, 9000).restoreNormal, false);
     const AlignStarsSize small = AlignStarsResize(false, 1, 1, 5000, 8000);
     QCOMPARE(small.restoreNormal, false);
     QCOMPARE(QSize(small.width, small.height), QSize(9300, 8000));
+    QCOMPARE((QList<bool>{InAlignmentBand(19.9), InAlignmentBand(20), InAlignmentBand(70),
+                          InAlignmentBand(70.1)}),
+             (QList<bool>{false, true, true, false}));
   }
 
   // The candidates and the first rows of both tables for a night at the default site, on the
@@ -125,6 +207,7 @@ class TestAlignStars : public QObject {
     bool note = false;
     while (!f.atEnd()) {
       const QStringList row = QString::fromUtf8(f.readLine()).trimmed().split(QLatin1Char(','));
+      const QString pair = row.value(1) + QLatin1Char('|') + PrintedNumber(row.value(2).toDouble());
       if (row[0] == QLatin1String("site")) {
         s.settings.LongHemi = row[1];
         s.settings.LongDeg = qint16(row[2].toInt());
@@ -135,15 +218,11 @@ class TestAlignStars : public QObject {
         s.UserDate = QDateTime(QDate::fromString(row[7], Qt::ISODate),
                                QTime::fromString(row[8], QStringLiteral("hh:mm")));
         env.fixedOffsetHours = row[9].toDouble();
-      } else if (row[0] == QLatin1String("candidate")) {
-        candidates << row[1];
-      } else if (row[0] == QLatin1String("auto")) {
-        autoRows << row[1] + QLatin1Char('|') + PrintedNumber(row[2].toDouble());
-      } else if (row[0] == QLatin1String("twostar")) {
-        twoStarRows << row[1] + QLatin1Char('|') + PrintedNumber(row[2].toDouble());
-      } else if (row[0] == QLatin1String("note")) {
-        note = row[1] == QLatin1String("1");
       }
+      if (row[0] == QLatin1String("candidate")) candidates << row[1];
+      if (row[0] == QLatin1String("auto")) autoRows << pair;
+      if (row[0] == QLatin1String("twostar")) twoStarRows << pair;
+      if (row[0] == QLatin1String("note")) note = row[1] == QLatin1String("1");
     }
     QVERIFY(s.UserDate.isValid());
     env.fixedNow = QDateTime(s.UserDate.date(), QTime(12, 0));
@@ -156,14 +235,8 @@ class TestAlignStars : public QObject {
         [&](const MapStar& m) { return AzimuthAtUserDate(s, m.point); }, {});
     QCOMPARE(namesOf(found), candidates);
     const BestPairs pairs = MakeBestPairs(s, found, true);
-    auto rows = [](const std::vector<AlignmentPair>& table) {
-      QStringList out;
-      for (const AlignmentPair& p : table)
-        out << p.name + QLatin1Char('|') + SeparationText(p.separation);
-      return out;
-    };
-    QCOMPARE(rows(pairs.autoRows), autoRows);
-    QCOMPARE(rows(pairs.twoStarRows), twoStarRows);
+    QCOMPARE(rowsOf(pairs.autoRows), autoRows);
+    QCOMPARE(rowsOf(pairs.twoStarRows), twoStarRows);
     QCOMPARE(pairs.polarisNote, note);
   }
 

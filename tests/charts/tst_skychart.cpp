@@ -8,6 +8,8 @@
 #include "sky/skycalc.h"
 #include "support/testenv.h"
 
+namespace {
+
 // Stand-in sky: the altitude is carried in the hours field, the azimuth in the minutes field,
 // and the calls are counted.
 struct FakeSky {
@@ -20,283 +22,224 @@ struct FakeSky {
   }
 };
 
-static SkyCoordinates at(double alt, double az) {
-  return SkyCoordinates::of(alt, az, false, 0, 0);
+SkyCoordinates at(double alt, double az) { return SkyCoordinates::of(alt, az, false, 0, 0); }
+
+// Each recorded operation as "kind x,y radius aspect colour", the colour in hex.
+QStringList opsOf(const RecordingChartSurface& s) {
+  QStringList out;
+  for (const auto& o : s.ops)
+    out << QStringLiteral("%1 %2,%3 %4 %5 %6")
+               .arg(o.kind)
+               .arg(o.x, 0, 'g', 6)
+               .arg(o.y, 0, 'g', 6)
+               .arg(o.radius, 0, 'g', 6)
+               .arg(o.aspect)
+               .arg(o.colour, 0, 16);
+  return out;
 }
+
+// The pixels of an image whose colour passes `wanted`, and the box around them.
+int countPixels(const QImage& img, const std::function<bool(QRgb)>& wanted, QRect* box = nullptr) {
+  int n = 0;
+  for (int y = 0; y < img.height(); ++y)
+    for (int x = 0; x < img.width(); ++x)
+      if (wanted(img.pixel(x, y) & 0xFFFFFF)) {
+        ++n;
+        if (box) *box = box->united(QRect(x, y, 1, 1));
+      }
+  return n;
+}
+int countNonBlack(const QImage& img) {
+  return countPixels(img, [](QRgb c) { return c != 0; });
+}
+
+}  // namespace
 
 class TestSkyChart : public QObject {
   Q_OBJECT
  private slots:
-  void projection_data();
-  void projection();
-  void drawSkyChart();
-  void noStarsRingOnly();
-  void markerRules();
-  void markerOnHorizonErasesOnly();
-  void blackBitesInStarField();
-  void markerIsWiderThanTall();
-  void colours_data();
-  void colours();
-  void skyWidget_data();
-  void skyWidget();
-  void systemColoursFollowRedScreen();
+  void projection_data() {
+    QTest::addColumn<int>("window");
+    QTest::addColumn<double>("alt");
+    QTest::addColumn<double>("az");
+    QTest::addColumn<double>("dx");  // in units of the radius, from the centre
+    QTest::addColumn<double>("dy");
+    for (ChartWindow window : {ChartWindow::HHC, ChartWindow::EditList, ChartWindow::AlignStars}) {
+      const int w = int(window);
+      const QByteArray tag = QByteArray::number(w) + " ";
+      for (double az : {0.0, 37.0, 90.0, 180.0, 270.0, -90.0})
+        QTest::newRow(tag + "zenith az " + QByteArray::number(az)) << w << 90.0 << az << 0.0 << 0.0;
+      QTest::newRow(tag + "south on the ring, bottom") << w << 0.0 << 0.0 << 0.0 << 1.0;
+      QTest::newRow(tag + "west on the ring, right") << w << 0.0 << 90.0 << 1.0 << 0.0;
+      QTest::newRow(tag + "north on the ring, top") << w << 0.0 << 180.0 << 0.0 << -1.0;
+      QTest::newRow(tag + "east on the ring, left") << w << 0.0 << 270.0 << -1.0 << 0.0;
+      QTest::newRow(tag + "east as -90") << w << 0.0 << -90.0 << -1.0 << 0.0;
+      QTest::newRow(tag + "45 up in the south") << w << 45.0 << 0.0 << 0.0 << 0.5;
+      QTest::newRow(tag + "60 up south-west")
+          << w << 60.0 << 45.0 << std::sqrt(0.5) / 3 << std::sqrt(0.5) / 3;
+    }
+  }
+  void projection() {
+    QFETCH(int, window);
+    QFETCH(double, alt);
+    QFETCH(double, az);
+    QFETCH(double, dx);
+    QFETCH(double, dy);
+    const ChartConstants& c = ChartConstantsFor(ChartWindow(window));
+    const QPointF p = ProjectSky(c, alt, az);
+    QVERIFY2(std::abs(p.x() - (c.cx + dx * c.radius)) < 1e-6, qPrintable(QString::number(p.x())));
+    QVERIFY2(std::abs(p.y() - (c.cy + dy * c.radius)) < 1e-6, qPrintable(QString::number(p.y())));
+  }
+
+  // On the list window's chart: the ring in the 3D highlight, then white points for the stars
+  // above the horizon (exactly 0 and below are skipped); the marker is the caller's business.
+  void drawSkyChart() {
+    FakeSky sky;
+    RecordingChartSurface surface;
+    SkyChart chart(ChartWindow::CurrentList, surface, sky.altitude(), sky.azimuth());
+    chart.MarkerX = 1234;
+    chart.DrawSkyChart({at(10, 0), at(0, 90), at(-5, 90), at(90, 45), at(0.1, 180)});
+    QCOMPARE(opsOf(surface), (QStringList{"clear 0,0 0 1 0", "circle 2000,2000 1800 1 80000014",
+                                          "point 2000,3600 0 1 ffffff", "point 2000,2000 0 1 ffffff",
+                                          "point 2000,202 0 1 ffffff"}));
+    QCOMPARE(sky.altitudeCalls, 5);
+    QCOMPARE(sky.azimuthCalls, 3);  // only for the stars that are drawn
+    QCOMPARE(chart.MarkerX, 1234.0);
+
+    // The list editor's smaller chart, with no stars: the ring alone, in white.
+    RecordingChartSurface small;
+    SkyChart(ChartWindow::EditList, small, sky.altitude(), sky.azimuth()).DrawSkyChart({});
+    QCOMPARE(opsOf(small), (QStringList{"clear 0,0 0 1 0", "circle 1550,1550 1350 1 ffffff"}));
+  }
+
+  // The marker is erased where it was stored (at first 3000, 3000), then drawn and stored only
+  // above the horizon: below it and on it, the last drawn marker is erased and stays stored.
+  void markerRules() {
+    FakeSky sky;
+    RecordingChartSurface surface;
+    SkyChart chart(ChartWindow::HHC, surface, sky.altitude(), sky.azimuth());
+    QCOMPARE(QPointF(chart.MarkerX, chart.MarkerY), QPointF(3000, 3000));
+    QVERIFY(!chart.PlotObject(at(-20, 0), 200));
+    QCOMPARE(surface.ops.size(), size_t(1));  // the erasing alone
+    QVERIFY(chart.PlotObject(at(45, 90), 200));
+    QCOMPARE(QPointF(chart.MarkerX, chart.MarkerY), QPointF(2900, 2000));
+    QVERIFY(!chart.PlotObject(at(-1, 0), ChartYellow));
+    QVERIFY(!chart.PlotObject(at(0, 0), ChartYellow));
+    QCOMPARE(opsOf(surface), (QStringList{"circle 3000,3000 60 0.8 0", "circle 3000,3000 60 0.8 0",
+                                          "circle 2900,2000 60 0.8 c8", "circle 2900,2000 60 0.8 0",
+                                          "circle 2900,2000 60 0.8 0"}));
+    QCOMPARE(QPointF(chart.MarkerX, chart.MarkerY), QPointF(2900, 2000));
+    QCOMPARE(sky.azimuthCalls, 1);  // only for the marker drawn
+  }
+
+  void markerOnTheImage() {
+    FakeSky sky;
+    QImageChartSurface surface(4020, 4000, 15);
+    SkyChart chart(ChartWindow::CurrentList, surface, sky.altitude(), sky.azimuth());
+    chart.DrawSkyChart({});
+    const int ringOnly = countNonBlack(surface.image());
+    QVERIFY(ringOnly > 500);
+    // A dense patch of white dots around the zenith, one a pixel.
+    for (int y = 1800; y <= 2200; y += 15)
+      for (int x = 1800; x <= 2200; x += 15) surface.point(x, y, ChartWhite);
+    const int withField = countNonBlack(surface.image());
+    chart.PlotObject(at(90, 0), 0x000000FF);  // marker at the centre, red
+    QCOMPARE(surface.image().pixel(QPoint(133, 133)) & 0xFFFFFF, 0xFFFFFFu);  // a ring, not filled
+    chart.PlotObject(at(-5, 0), 0x000000FF);  // erases it, draws nothing
+    QVERIFY2(countNonBlack(surface.image()) < withField, "the erasing ring leaves a bite");
+    QCOMPARE(surface.image().pixel(QPoint(133, 133)) & 0xFFFFFF, 0xFFFFFFu);
+    chart.DrawSkyChart({});
+    QCOMPARE(countNonBlack(surface.image()), ringOnly);  // a redraw clears the bites and field
+
+    // The marker's ellipse is wider than tall: 600 twips at 0.8 is 80 by 64 pixels.
+    QImageChartSurface blank(3000, 3000, 15);
+    blank.circle(1500, 1500, 600, ChartWhite, 0.8f);
+    QRect box;
+    countPixels(blank.image(), [](QRgb c) { return c != 0; }, &box);
+    QVERIFY2(std::abs(box.width() - 81) <= 2 && std::abs(box.height() - 65) <= 2,
+             qPrintable(QStringLiteral("%1x%2").arg(box.width()).arg(box.height())));
+  }
+
+  void colours_data() {
+    QTest::addColumn<quint32>("value");
+    QTest::addColumn<bool>("redScreen");
+    QTest::addColumn<quint32>("rgb");
+    QTest::newRow("plain") << 0x00C0FFFFu << false << 0x00C0FFFFu;
+    QTest::newRow("plain under red screen") << 0x000000C8u << true << 0x000000C8u;
+    QTest::newRow("3D highlight") << SystemColour3DHighlight << false << 0x00F0F0F0u;
+    QTest::newRow("3D highlight red") << SystemColour3DHighlight << true << 0x000000FFu;
+    QTest::newRow("3D face") << SystemColour3DFace << false << 0x00A0A0A0u;
+  }
+  void colours() {
+    QFETCH(quint32, value);
+    QFETCH(bool, redScreen);
+    QFETCH(quint32, rgb);
+    QCOMPARE(ChartColourToRgb(value, redScreen), rgb);
+    // Red is the low byte: a red-low value paints red on the image.
+    QImageChartSurface surface(150, 150, 15);
+    surface.setRedScreen(redScreen);
+    surface.point(75, 75, value);
+    const QColor c = surface.image().pixelColor(5, 5);
+    QCOMPARE(quint32(c.red() | (c.green() << 8) | (c.blue() << 16)), rgb);
+  }
+
+  void skyWidget_data() {
+    QTest::addColumn<int>("window");
+    QTest::addColumn<QString>("letters");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("HHC") << int(ChartWindow::HHC) << "NSEW" << QSize(268, 267);
+    QTest::newRow("EditList") << int(ChartWindow::EditList) << "NEW" << QSize(210, 210);
+  }
+  void skyWidget() {
+    QFETCH(int, window);
+    QFETCH(QString, letters);
+    QFETCH(QSize, size);
+    FakeSky sky;
+    QWidget parent;
+    auto* w = new SkyWidget(ChartWindow(window), sky.altitude(), sky.azimuth(), &parent);
+    QCOMPARE(parent.findChild<SkyWidget*>(QStringLiteral("Sky")), w);
+    if (w->surface().twipsPerPixel() == 15) QCOMPARE(w->size(), size);
+    QString found;
+    for (QLabel* l : w->findChildren<QLabel*>()) {
+      found += l->text();
+      const QFontMetrics m(l->font());
+      QCOMPARE(m.horizontalAdvance(QLatin1Char('i')), m.horizontalAdvance(QLatin1Char('W')));
+    }
+    QCOMPARE(found, letters);
+    auto* north = w->findChild<QLabel*>(QStringLiteral("lblCompassN"));
+    QVERIFY(north);
+    QCOMPARE(north->y(), 0);
+    QCOMPARE(north->width(), w->width());
+    if (auto* west = w->findChild<QLabel*>(QStringLiteral("lblCompassW"))) {
+      QVERIFY(west->x() > w->width() * 0.85);
+      QVERIFY(west->alignment() & Qt::AlignRight);
+    }
+  }
+
+  // The ring and the compass letters take the mode of the moment, and a toggle redraws them:
+  // nothing stays red after Red Screen is switched off.
+  void systemColoursFollowRedScreen() {
+    FakeSky sky;
+    bool on = true;
+    SkyWidget w(ChartWindow::CurrentList, sky.altitude(), sky.azimuth());
+    w.followRedScreen([&] { return on; });
+    w.DrawSkyChart({at(45, 0)});
+    const auto count = [&](QRgb rgb) {
+      return countPixels(w.surface().image(), [rgb](QRgb c) { return c == (rgb & 0xFFFFFF); });
+    };
+    auto* north = w.findChild<QLabel*>(QStringLiteral("lblCompassN"));
+    for (bool mode : {true, false, true}) {
+      on = mode;
+      QEvent changed(QEvent::PaletteChange);
+      QApplication::sendEvent(&w, &changed);
+      const QRgb ring = mode ? qRgb(255, 0, 0) : qRgb(0xF0, 0xF0, 0xF0);
+      QVERIFY(count(ring) > 100);
+      QCOMPARE(count(mode ? qRgb(0xF0, 0xF0, 0xF0) : qRgb(255, 0, 0)), 0);
+      QCOMPARE(north->palette().color(QPalette::WindowText).rgb(), ring);
+      QVERIFY(count(qRgb(255, 255, 255)) > 0);  // the star is drawn again
+    }
+  }
 };
-
-void TestSkyChart::projection_data() {
-  QTest::addColumn<int>("window");
-  QTest::addColumn<double>("alt");
-  QTest::addColumn<double>("az");
-  QTest::addColumn<double>("dx");  // in units of the radius, from the centre
-  QTest::addColumn<double>("dy");
-  const int windows[] = {int(ChartWindow::HHC), int(ChartWindow::EditList),
-                         int(ChartWindow::AlignStars)};
-  for (int w : windows) {
-    const QByteArray tag = QByteArray::number(w) + " ";
-    for (double az : {0.0, 37.0, 90.0, 180.0, 270.0, -90.0})
-      QTest::newRow(tag + "zenith az " + QByteArray::number(az)) << w << 90.0 << az << 0.0 << 0.0;
-    QTest::newRow(tag + "south on the ring, bottom") << w << 0.0 << 0.0 << 0.0 << 1.0;
-    QTest::newRow(tag + "west on the ring, right") << w << 0.0 << 90.0 << 1.0 << 0.0;
-    QTest::newRow(tag + "north on the ring, top") << w << 0.0 << 180.0 << 0.0 << -1.0;
-    QTest::newRow(tag + "east on the ring, left") << w << 0.0 << 270.0 << -1.0 << 0.0;
-    QTest::newRow(tag + "east as -90") << w << 0.0 << -90.0 << -1.0 << 0.0;
-    QTest::newRow(tag + "45 up in the south") << w << 45.0 << 0.0 << 0.0 << 0.5;
-    QTest::newRow(tag + "60 up south-west")
-        << w << 60.0 << 45.0 << std::sqrt(0.5) / 3 << std::sqrt(0.5) / 3;
-  }
-}
-
-void TestSkyChart::projection() {
-  QFETCH(int, window);
-  QFETCH(double, alt);
-  QFETCH(double, az);
-  QFETCH(double, dx);
-  QFETCH(double, dy);
-  const ChartConstants& c = ChartConstantsFor(ChartWindow(window));
-  const QPointF p = ProjectSky(c, alt, az);
-  QVERIFY2(std::abs(p.x() - (c.cx + dx * c.radius)) < 1e-6, qPrintable(QString::number(p.x())));
-  QVERIFY2(std::abs(p.y() - (c.cy + dy * c.radius)) < 1e-6, qPrintable(QString::number(p.y())));
-}
-
-void TestSkyChart::drawSkyChart() {
-  FakeSky sky;
-  RecordingChartSurface surface;
-  SkyChart chart(ChartWindow::CurrentList, surface, sky.altitude(), sky.azimuth());
-  chart.MarkerX = 1234;
-  const std::vector<SkyCoordinates> stars = {at(10, 0), at(0, 90), at(-5, 90), at(90, 45),
-                                          at(0.1, 180)};
-  chart.DrawSkyChart(stars);
-  QCOMPARE(surface.ops.size(), size_t(5));
-  QCOMPARE(surface.ops[0].kind, QStringLiteral("clear"));
-  const auto& ring = surface.ops[1];
-  QCOMPARE(ring.kind, QStringLiteral("circle"));
-  QCOMPARE(ring.x, 2000.0f);
-  QCOMPARE(ring.y, 2000.0f);
-  QCOMPARE(ring.radius, 1800.0f);
-  QCOMPARE(ring.colour, SystemColour3DHighlight);
-  QCOMPARE(ring.aspect, 1.0f);
-  const auto points = surface.ofKind(QStringLiteral("point"));
-  QCOMPARE(points.size(), size_t(3));  // exactly 0 and below are skipped
-  for (const auto& p : points) QCOMPARE(p.colour, ChartWhite);
-  QCOMPARE(points[0].y, float(2000 + 1800 * 80.0 / 90));
-  QCOMPARE(points[1].x, 2000.0f);
-  QCOMPARE(points[1].y, 2000.0f);
-  QVERIFY(points[2].y > 200 && points[2].y < 205);  // just inside the ring, at the top
-  QCOMPARE(sky.altitudeCalls, 5);
-  QCOMPARE(sky.azimuthCalls, 3);  // only for the stars that are drawn
-  QCOMPARE(chart.MarkerX, 1234.0);  // the marker is the caller's business
-}
-
-void TestSkyChart::noStarsRingOnly() {
-  FakeSky sky;
-  RecordingChartSurface surface;
-  SkyChart chart(ChartWindow::EditList, surface, sky.altitude(), sky.azimuth());
-  chart.DrawSkyChart({});
-  QCOMPARE(surface.ops.size(), size_t(2));
-  QCOMPARE(surface.ops[1].radius, 1350.0f);
-  QCOMPARE(surface.ops[1].colour, ChartWhite);
-}
-
-void TestSkyChart::markerRules() {
-  FakeSky sky;
-  RecordingChartSurface surface;
-  SkyChart chart(ChartWindow::HHC, surface, sky.altitude(), sky.azimuth());
-  QCOMPARE(chart.MarkerX, 3000.0);
-  QCOMPARE(chart.MarkerY, 3000.0);
-
-  // Below the horizon: the never-drawn marker is erased at 3000, 3000 and nothing is drawn.
-  QVERIFY(!chart.PlotObject(at(-20, 0), 200));
-  QCOMPARE(surface.ops.size(), size_t(1));
-  QCOMPARE(surface.ops[0].x, 3000.0f);
-  QCOMPARE(surface.ops[0].colour, ChartBlack);
-  QCOMPARE(surface.ops[0].radius, 60.0f);
-  QCOMPARE(surface.ops[0].aspect, 0.8f);
-  QCOMPARE(chart.MarkerX, 3000.0);
-
-  // Above: erase at the same stored place, then draw and store.
-  QVERIFY(chart.PlotObject(at(45, 90), 200));
-  QCOMPARE(surface.ops.size(), size_t(3));
-  QCOMPARE(surface.ops[1].x, 3000.0f);
-  QCOMPARE(surface.ops[1].y, 3000.0f);
-  QCOMPARE(surface.ops[1].colour, ChartBlack);
-  QCOMPARE(surface.ops[2].colour, 200u);
-  QCOMPARE(surface.ops[2].x, 2900.0f);
-  QCOMPARE(surface.ops[2].y, 2000.0f);
-  QCOMPARE(chart.MarkerX, 2900.0);
-  QCOMPARE(chart.MarkerY, 2000.0);
-
-  // Below again: the last drawn marker is erased and stays stored, twice over.
-  chart.PlotObject(at(-1, 0), ChartYellow);
-  chart.PlotObject(at(-1, 0), ChartYellow);
-  QCOMPARE(surface.ops[3].x, 2900.0f);
-  QCOMPARE(surface.ops[4].x, 2900.0f);
-  QCOMPARE(surface.ops.size(), size_t(5));
-  QCOMPARE(chart.MarkerX, 2900.0);
-}
-
-void TestSkyChart::markerOnHorizonErasesOnly() {
-  FakeSky sky;
-  RecordingChartSurface surface;
-  SkyChart chart(ChartWindow::CurrentListFixed, surface, sky.altitude(), sky.azimuth());
-  chart.PlotObject(at(30, 0), 200);
-  surface.ops.clear();
-  QVERIFY(!chart.PlotObject(at(0, 0), 200));
-  QCOMPARE(surface.ops.size(), size_t(1));
-  QCOMPARE(surface.ops[0].colour, ChartBlack);
-  QCOMPARE(sky.azimuthCalls, 1);
-}
-
-static int countNonBlack(const QImage& img) {
-  int n = 0;
-  for (int y = 0; y < img.height(); ++y)
-    for (int x = 0; x < img.width(); ++x)
-      if ((img.pixel(x, y) & 0xFFFFFF) != 0) ++n;
-  return n;
-}
-
-void TestSkyChart::blackBitesInStarField() {
-  FakeSky sky;
-  QImageChartSurface surface(4020, 4000, 15);
-  SkyChart chart(ChartWindow::CurrentList, surface, sky.altitude(), sky.azimuth());
-  chart.DrawSkyChart({});
-  const int ringOnly = countNonBlack(surface.image());
-  QVERIFY(ringOnly > 500);
-  // A dense patch of white dots around the zenith, one a pixel.
-  for (int y = 1800; y <= 2200; y += 15)
-    for (int x = 1800; x <= 2200; x += 15) surface.point(x, y, ChartWhite);
-  const int withField = countNonBlack(surface.image());
-
-  chart.PlotObject(at(90, 0), 0x000000FF);  // marker at the centre, red
-  const QRgb centre = surface.image().pixel(QPoint(133, 133));
-  QCOMPARE(centre & 0xFFFFFF, 0xFFFFFFu);  // the marker is a ring, not filled
-  chart.PlotObject(at(-5, 0), 0x000000FF);  // erases it, draws nothing
-  const int afterErase = countNonBlack(surface.image());
-  QVERIFY2(afterErase < withField, "the erasing ring leaves a bite");
-  QCOMPARE(surface.image().pixel(QPoint(133, 133)) & 0xFFFFFF, 0xFFFFFFu);
-
-  chart.DrawSkyChart({});
-  QCOMPARE(countNonBlack(surface.image()), ringOnly);  // a redraw clears the bites and field
-}
-
-void TestSkyChart::markerIsWiderThanTall() {
-  QImageChartSurface surface(3000, 3000, 15);
-  surface.circle(1500, 1500, 600, ChartWhite, 0.8f);
-  int minX = 1 << 30, maxX = -1, minY = 1 << 30, maxY = -1;
-  const QImage& img = surface.image();
-  for (int y = 0; y < img.height(); ++y)
-    for (int x = 0; x < img.width(); ++x)
-      if ((img.pixel(x, y) & 0xFFFFFF) != 0) {
-        minX = std::min(minX, x), maxX = std::max(maxX, x);
-        minY = std::min(minY, y), maxY = std::max(maxY, y);
-      }
-  QVERIFY(std::abs((maxX - minX) - 80) <= 2);
-  QVERIFY(std::abs((maxY - minY) - 64) <= 2);
-}
-
-void TestSkyChart::colours_data() {
-  QTest::addColumn<quint32>("value");
-  QTest::addColumn<bool>("redScreen");
-  QTest::addColumn<quint32>("rgb");
-  QTest::newRow("plain") << 0x00C0FFFFu << false << 0x00C0FFFFu;
-  QTest::newRow("plain under red screen") << 0x000000C8u << true << 0x000000C8u;
-  QTest::newRow("3D highlight") << SystemColour3DHighlight << false << 0x00F0F0F0u;
-  QTest::newRow("3D highlight red") << SystemColour3DHighlight << true << 0x000000FFu;
-  QTest::newRow("3D face") << SystemColour3DFace << false << 0x00A0A0A0u;
-}
-
-void TestSkyChart::colours() {
-  QFETCH(quint32, value);
-  QFETCH(bool, redScreen);
-  QFETCH(quint32, rgb);
-  QCOMPARE(ChartColourToRgb(value, redScreen), rgb);
-  // Red is the low byte: a red-low value paints red on the image.
-  QImageChartSurface surface(150, 150, 15);
-  surface.setRedScreen(redScreen);
-  surface.point(75, 75, value);
-  const QColor c = surface.image().pixelColor(5, 5);
-  QCOMPARE(quint32(c.red() | (c.green() << 8) | (c.blue() << 16)), rgb);
-}
-
-void TestSkyChart::skyWidget_data() {
-  QTest::addColumn<int>("window");
-  QTest::addColumn<QString>("letters");
-  QTest::addColumn<QSize>("size");
-  QTest::newRow("HHC") << int(ChartWindow::HHC) << "NSEW" << QSize(268, 267);
-  QTest::newRow("EditList") << int(ChartWindow::EditList) << "NEW" << QSize(210, 210);
-}
-
-void TestSkyChart::skyWidget() {
-  QFETCH(int, window);
-  QFETCH(QString, letters);
-  QFETCH(QSize, size);
-  FakeSky sky;
-  QWidget parent;
-  auto* w = new SkyWidget(ChartWindow(window), sky.altitude(), sky.azimuth(), &parent);
-  QCOMPARE(parent.findChild<SkyWidget*>(QStringLiteral("Sky")), w);
-  if (w->surface().twipsPerPixel() == 15) QCOMPARE(w->size(), size);
-  QString found;
-  for (QLabel* l : w->findChildren<QLabel*>()) {
-    found += l->text();
-    const QFontMetrics m(l->font());
-    QCOMPARE(m.horizontalAdvance(QLatin1Char('i')), m.horizontalAdvance(QLatin1Char('W')));
-  }
-  QCOMPARE(found, letters);
-  auto* north = w->findChild<QLabel*>(QStringLiteral("lblCompassN"));
-  QVERIFY(north);
-  QCOMPARE(north->y(), 0);
-  QCOMPARE(north->width(), w->width());
-  if (auto* west = w->findChild<QLabel*>(QStringLiteral("lblCompassW"))) {
-    QVERIFY(west->x() > w->width() * 0.85);
-    QVERIFY(west->alignment() & Qt::AlignRight);
-  }
-}
-
-// The ring and the compass letters take the mode of the moment, and a toggle redraws them:
-// nothing stays red after Red Screen is switched off.
-void TestSkyChart::systemColoursFollowRedScreen() {
-  FakeSky sky;
-  bool on = true;
-  SkyWidget w(ChartWindow::CurrentList, sky.altitude(), sky.azimuth());
-  w.followRedScreen([&] { return on; });
-  w.DrawSkyChart({at(45, 0)});
-  const auto count = [&](QRgb rgb) {
-    int n = 0;
-    const QImage image = w.surface().image();
-    for (int y = 0; y < image.height(); ++y)
-      for (int x = 0; x < image.width(); ++x) n += (image.pixel(x, y) & 0xFFFFFF) == (rgb & 0xFFFFFF);
-    return n;
-  };
-  auto* north = w.findChild<QLabel*>(QStringLiteral("lblCompassN"));
-  for (bool mode : {true, false, true}) {
-    on = mode;
-    QEvent changed(QEvent::PaletteChange);
-    QApplication::sendEvent(&w, &changed);
-    const QRgb ring = mode ? qRgb(255, 0, 0) : qRgb(0xF0, 0xF0, 0xF0);
-    QVERIFY(count(ring) > 100);
-    QCOMPARE(count(mode ? qRgb(0xF0, 0xF0, 0xF0) : qRgb(255, 0, 0)), 0);
-    QCOMPARE(north->palette().color(QPalette::WindowText).rgb(), ring);
-    QVERIFY(count(qRgb(255, 255, 255)) > 0);  // the star is drawn again
-  }
-}
 
 QTEST_MAIN(TestSkyChart)
 #include "tst_skychart.moc"

@@ -8,215 +8,167 @@
 class TestNumText : public QObject {
   Q_OBJECT
  private slots:
-  void val_data();
-  void val();
-  void plainAndPrinted_data();
-  void plainAndPrinted();
-  void shortestSingle_data();
-  void shortestSingle();
-  void roundHalfEven_data();
-  void roundHalfEven();
-  void intAndFix();
-  void cint_data();
-  void cint();
-  void formatMask_data();
-  void formatMask();
-  void dates();
-};
-
-void TestNumText::val_data() {
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<double>("value");
-  QTest::newRow("empty") << "" << 0.0;
-  QTest::newRow("letters") << "abc" << 0.0;
-  QTest::newRow("HCD") << "HCD" << 0.0;
-  QTest::newRow("integer") << "12" << 12.0;
-  QTest::newRow("leading blanks") << "   7" << 7.0;
-  QTest::newRow("blanks inside are skipped") << "1 2 3" << 123.0;
-  QTest::newRow("stops at letter") << "12abc" << 12.0;
-  QTest::newRow("double star magnitude") << "4.5,6.1" << 4.5;
-  QTest::newRow("separation info") << "12.3\" AB" << 12.3;
-  QTest::newRow("no leading zero") << ".5" << 0.5;
-  QTest::newRow("minus") << "-22" << -22.0;
-  QTest::newRow("plus one") << "+1" << 1.0;
-  QTest::newRow("minus one") << "-1" << -1.0;
-  QTest::newRow("blank sign") << " 1" << 1.0;
-  QTest::newRow("double sign") << "--1" << 0.0;
-  QTest::newRow("exponent") << "1e3" << 1000.0;
-  QTest::newRow("exponent D") << "2D2" << 200.0;
-  QTest::newRow("exponent without digits") << "5e" << 5.0;
-  QTest::newRow("trailing point") << "5." << 5.0;
-  QTest::newRow("comma is no decimal sign") << "5,5" << 5.0;
-  QTest::newRow("hex") << "&H1F" << 31.0;
-  QTest::newRow("hex 16-bit wraps") << "&HFFFF" << -1.0;
-  QTest::newRow("octal") << "&O17" << 15.0;
-  QTest::newRow("tab and line feed skipped") << "\t4\n2" << 42.0;
-  QTest::newRow("every exponent digit") << "1e0000001" << 10.0;
-  QTest::newRow("every digit") << "0.000000000000000000000000000000000000000000001" << 1e-45;
-  QTest::newRow("50 digits") << QString(50, QLatin1Char('9')) << 1e50;
-  QTest::newRow("beyond a double") << "1e400" << 0.0;
-}
-
-void TestNumText::val() {
-  QFETCH(QString, text);
-  QFETCH(double, value);
-  QCOMPARE(Val(text), value);
-  // The query language's val() is the same conversion.
-  static const auto db = Database::open(QStringLiteral(":memory:"), Database::Mode::ReadWrite);
-  Statement st = db->prepare(QStringLiteral("SELECT val(?1)"));
-  st.bind(1, text);
-  QVERIFY(st.step());
-  QCOMPARE(st.doubleValue(0), value);
-}
-
-void TestNumText::plainAndPrinted_data() {
-  QTest::addColumn<double>("value");
-  QTest::addColumn<QString>("plain");
-  QTest::addColumn<QString>("printed");
-  QTest::newRow("zero") << 0.0 << "0" << " 0";
-  QTest::newRow("half") << 0.5 << "0.5" << " .5";
-  QTest::newRow("minus half") << -0.5 << "-0.5" << "-.5";
-  QTest::newRow("twelve") << 12.0 << "12" << " 12";
-  QTest::newRow("minus two") << -2.0 << "-2" << "-2";
-  QTest::newRow("altitude") << 45.3 << "45.3" << " 45.3";
-  QTest::newRow("third") << 1.0 / 3 << "0.333333333333333" << " .333333333333333";
-  QTest::newRow("lat radians") << 26.333333333333332 * 0.017453
-                               << "0.459595666666667" << " .459595666666667";
-  QTest::newRow("large") << 1e15 << "1E+15" << " 1E+15";
-  QTest::newRow("fifteen digits") << 123456789012345.0 << "123456789012345"
-                                  << " 123456789012345";
-  QTest::newRow("small") << 0.00001 << "1E-05" << " 1E-05";
-  QTest::newRow("small fixed") << 0.0001 << "0.0001" << " .0001";
-  QTest::newRow("small mantissa") << -1.5e-7 << "-1.5E-07" << "-1.5E-07";
-  QTest::newRow("sidereal") << 283.123456789012 << "283.123456789012" << " 283.123456789012";
-}
-
-void TestNumText::plainAndPrinted() {
-  QFETCH(double, value);
-  QFETCH(QString, plain);
-  QFETCH(QString, printed);
-  QCOMPARE(PlainNumber(value), plain);
-  QCOMPARE(PrintedNumber(value), printed);
-  CommaLocale comma;
-  REQUIRE_COMMA_LOCALE(comma);
-  QCOMPARE(PlainNumber(value), plain);
-  QCOMPARE(PrintedNumber(value), printed);
-}
-
-void TestNumText::shortestSingle_data() {
-  QTest::addColumn<float>("value");
-  QTest::addColumn<QString>("text");
-  QTest::newRow("twelve") << 12.0f << "12";
-  QTest::newRow("nine and a half") << 9.5f << "9.5";
-  QTest::newRow("tenth") << 0.1f << "0.1";
-  QTest::newRow("minus two") << -2.0f << "-2";
-  QTest::newRow("zero") << 0.0f << "0";
-  QTest::newRow("minus seven and a half") << -7.5f << "-7.5";
-  QTest::newRow("thirty") << 30.0f << "30";
-  QTest::newRow("12.3") << 12.3f << "12.3";
-}
-
-void TestNumText::shortestSingle() {
-  QFETCH(float, value);
-  QFETCH(QString, text);
-  QCOMPARE(ShortestSingle(value), text);
-  CommaLocale comma;
-  REQUIRE_COMMA_LOCALE(comma);
-  QCOMPARE(ShortestSingle(value), text);
-}
-
-void TestNumText::roundHalfEven_data() {
-  QTest::addColumn<double>("value");
-  QTest::addColumn<int>("decimals");
-  QTest::addColumn<double>("rounded");
-  QTest::newRow("half down to even") << 0.5 << 0 << 0.0;
-  QTest::newRow("one and a half up") << 1.5 << 0 << 2.0;
-  QTest::newRow("two and a half down") << 2.5 << 0 << 2.0;
-  QTest::newRow("minus half") << -2.5 << 0 << -2.0;
-  QTest::newRow("34.5 to 34") << 34.5 << 0 << 34.0;
-  QTest::newRow("35.5 to 36") << 35.5 << 0 << 36.0;
-  QTest::newRow("tenth") << 296.34 << 1 << 296.3;
-  QTest::newRow("tenth half to even") << 0.25 << 1 << 0.2;
-  QTest::newRow("12.25 to 12.2") << 12.25 << 1 << 12.2;
-  QTest::newRow("hundredths") << 0.7 << 2 << 0.7;
-}
-
-void TestNumText::roundHalfEven() {
-  QFETCH(double, value);
-  QFETCH(int, decimals);
-  QFETCH(double, rounded);
-  QCOMPARE(RoundHalfEven(value, decimals), rounded);
-}
-
-void TestNumText::intAndFix() {
-  QCOMPARE(Int(2.7), 2.0);
-  QCOMPARE(Int(-2.1), -3.0);
-  QCOMPARE(Fix(-2.7), -2.0);
-  QCOMPARE(Int(15223.9), 15223.0);
-}
-
-void TestNumText::cint_data() {
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<int>("value");
-  QTest::addColumn<int>("error");
-  QTest::newRow("plain") << "127" << 127 << 0;
-  QTest::newRow("blanks") << " 40 " << 40 << 0;
-  QTest::newRow("half to even") << "12.5" << 12 << 0;
-  QTest::newRow("half up to even") << "13.5" << 14 << 0;
-  QTest::newRow("negative") << "-5" << -5 << 0;
-  QTest::newRow("letters") << "abc" << 0 << int(ErrNo::TypeMismatch);
-  QTest::newRow("letters after digits") << "12a" << 0 << int(ErrNo::TypeMismatch);
-  QTest::newRow("empty") << "" << 0 << int(ErrNo::TypeMismatch);
-  QTest::newRow("comma is no decimal sign") << "1,5" << 0 << int(ErrNo::TypeMismatch);
-  QTest::newRow("too large") << "40000" << 0 << int(ErrNo::Overflow);
-}
-
-void TestNumText::cint() {
-  QFETCH(QString, text);
-  QFETCH(int, value);
-  QFETCH(int, error);
-  try {
-    const int v = CInt(text);
-    QCOMPARE(error, 0);
-    QCOMPARE(v, value);
-  } catch (const AppError& e) {
-    QCOMPARE(e.number, error);
+  void val_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<double>("value");
+    QTest::newRow("empty") << "" << 0.0;
+    QTest::newRow("letters") << "HCD" << 0.0;
+    QTest::newRow("blanks inside are skipped") << "1 2 3" << 123.0;
+    QTest::newRow("stops at letter") << "12abc" << 12.0;
+    QTest::newRow("no leading zero") << ".5" << 0.5;
+    QTest::newRow("minus") << "-22" << -22.0;
+    QTest::newRow("plus") << "+1" << 1.0;
+    QTest::newRow("double sign") << "--1" << 0.0;
+    QTest::newRow("exponent") << "1e3" << 1000.0;
+    QTest::newRow("exponent D") << "2D2" << 200.0;
+    QTest::newRow("exponent without digits") << "5e" << 5.0;
+    QTest::newRow("trailing point") << "5." << 5.0;
+    QTest::newRow("comma is no decimal sign") << "5,5" << 5.0;
+    QTest::newRow("hex") << "&H1F" << 31.0;
+    QTest::newRow("hex 16-bit wraps") << "&HFFFF" << -1.0;
+    QTest::newRow("octal") << "&O17" << 15.0;
+    QTest::newRow("tab and line feed skipped") << "\t4\n2" << 42.0;
+    QTest::newRow("every exponent digit") << "1e0000001" << 10.0;
+    QTest::newRow("every digit") << "0.000000000000000000000000000000000000000000001" << 1e-45;
+    QTest::newRow("50 digits") << QString(50, QLatin1Char('9')) << 1e50;
+    QTest::newRow("beyond a double") << "1e400" << 0.0;
   }
-}
+  void val() {
+    QFETCH(QString, text);
+    QTEST(Val(text), "value");
+    // The query language's val() is the same conversion.
+    static const auto db = Database::open(QStringLiteral(":memory:"), Database::Mode::ReadWrite);
+    Statement st = db->prepare(QStringLiteral("SELECT val(?1)"));
+    st.bind(1, text);
+    QVERIFY(st.step());
+    QTEST(st.doubleValue(0), "value");
+  }
 
-void TestNumText::formatMask_data() {
-  QTest::addColumn<double>("value");
-  QTest::addColumn<QString>("mask");
-  QTest::addColumn<QString>("text");
-  QTest::newRow("pad") << 5.0 << "00" << "05";
-  QTest::newRow("no pad needed") << 45.0 << "00" << "45";
-  QTest::newRow("zero") << 0.0 << "00" << "00";
-  QTest::newRow("wider") << 123.0 << "00" << "123";
-  QTest::newRow("decimal") << 5.25 << "00.0" << "05.3";
-  QTest::newRow("decimal exact") << 34.5 << "00.0" << "34.5";
-  QTest::newRow("negative") << -3.0 << "00" << "-03";
-}
+  // The same texts under a decimal-comma locale.
+  void plainAndPrinted_data() {
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("plain");
+    QTest::addColumn<QString>("printed");
+    QTest::newRow("zero") << 0.0 << "0" << " 0";
+    QTest::newRow("half") << 0.5 << "0.5" << " .5";
+    QTest::newRow("minus half") << -0.5 << "-0.5" << "-.5";
+    QTest::newRow("minus two") << -2.0 << "-2" << "-2";
+    QTest::newRow("altitude") << 45.3 << "45.3" << " 45.3";
+    QTest::newRow("third") << 1.0 / 3 << "0.333333333333333" << " .333333333333333";
+    QTest::newRow("large") << 1e15 << "1E+15" << " 1E+15";
+    QTest::newRow("fifteen digits") << 123456789012345.0 << "123456789012345"
+                                    << " 123456789012345";
+    QTest::newRow("small") << 0.00001 << "1E-05" << " 1E-05";
+    QTest::newRow("small fixed") << 0.0001 << "0.0001" << " .0001";
+    QTest::newRow("small mantissa") << -1.5e-7 << "-1.5E-07" << "-1.5E-07";
+    QTest::newRow("sidereal") << 283.123456789012 << "283.123456789012" << " 283.123456789012";
+  }
+  void plainAndPrinted() {
+    QFETCH(double, value);
+    QTEST(PlainNumber(value), "plain");
+    QTEST(PrintedNumber(value), "printed");
+    CommaLocale comma;
+    REQUIRE_COMMA_LOCALE(comma);
+    QTEST(PlainNumber(value), "plain");
+    QTEST(PrintedNumber(value), "printed");
+  }
 
-void TestNumText::formatMask() {
-  QFETCH(double, value);
-  QFETCH(QString, mask);
-  QFETCH(QString, text);
-  QCOMPARE(FormatMask(value, mask), text);
-}
+  void shortestSingle_data() {
+    QTest::addColumn<float>("value");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("twelve") << 12.0f << "12";
+    QTest::newRow("nine and a half") << 9.5f << "9.5";
+    QTest::newRow("tenth") << 0.1f << "0.1";
+    QTest::newRow("zero") << 0.0f << "0";
+    QTest::newRow("minus seven and a half") << -7.5f << "-7.5";
+    QTest::newRow("12.3") << 12.3f << "12.3";
+  }
+  void shortestSingle() {
+    QFETCH(float, value);
+    QTEST(ShortestSingle(value), "text");
+    CommaLocale comma;
+    REQUIRE_COMMA_LOCALE(comma);
+    QTEST(ShortestSingle(value), "text");
+  }
 
-void TestNumText::dates() {
-  const QDate d(2026, 11, 21);
-  // A short date of the locale reads back to the same date, with a time behind it.
-  const QDateTime back = CDate(ShortDate(d) + QStringLiteral(" 22:05"));
-  QCOMPARE(back, QDateTime(d, QTime(22, 5)));
-  QCOMPARE(CDate(ShortDate(d)), QDateTime(d, QTime(0, 0)));
-  // An hour of 25 is no date.
-  QVERIFY_THROWS_EXCEPTION(AppError, CDate(ShortDate(d) + QStringLiteral(" 25:00")));
-  QVERIFY_THROWS_EXCEPTION(AppError, CDate(QStringLiteral("tonight")));
-  // The date serial counts days and the fraction of the day.
-  QCOMPARE(DateSerial(QDateTime(QDate(1899, 12, 31), QTime(12, 0))), 1.5);
-  QCOMPARE(DateSerial(QDateTime(QDate(2000, 1, 1), QTime(0, 0))), 36526.0);
-}
+  void roundHalfEven_data() {
+    QTest::addColumn<double>("value");
+    QTest::addColumn<int>("decimals");
+    QTest::addColumn<double>("rounded");
+    QTest::newRow("half down to even") << 0.5 << 0 << 0.0;
+    QTest::newRow("one and a half up") << 1.5 << 0 << 2.0;
+    QTest::newRow("minus two and a half") << -2.5 << 0 << -2.0;
+    QTest::newRow("tenth") << 296.34 << 1 << 296.3;
+    QTest::newRow("tenth half to even") << 0.25 << 1 << 0.2;
+    QTest::newRow("hundredths") << 0.7 << 2 << 0.7;
+  }
+  void roundHalfEven() {
+    QFETCH(double, value);
+    QFETCH(int, decimals);
+    QTEST(RoundHalfEven(value, decimals), "rounded");
+  }
+
+  void intAndFix() {
+    QCOMPARE(Int(2.7), 2.0);
+    QCOMPARE(Int(-2.1), -3.0);
+    QCOMPARE(Fix(-2.7), -2.0);
+  }
+
+  void cint_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("error");
+    QTest::newRow("blanks") << " 40 " << 40 << 0;
+    QTest::newRow("half to even") << "12.5" << 12 << 0;
+    QTest::newRow("half up to even") << "13.5" << 14 << 0;
+    QTest::newRow("negative") << "-5" << -5 << 0;
+    QTest::newRow("letters") << "abc" << 0 << int(ErrNo::TypeMismatch);
+    QTest::newRow("letters after digits") << "12a" << 0 << int(ErrNo::TypeMismatch);
+    QTest::newRow("empty") << "" << 0 << int(ErrNo::TypeMismatch);
+    QTest::newRow("comma is no decimal sign") << "1,5" << 0 << int(ErrNo::TypeMismatch);
+    QTest::newRow("too large") << "40000" << 0 << int(ErrNo::Overflow);
+  }
+  void cint() {
+    QFETCH(QString, text);
+    QFETCH(int, error);
+    try {
+      const int v = CInt(text);
+      QCOMPARE(error, 0);
+      QTEST(v, "value");
+    } catch (const AppError& e) {
+      QCOMPARE(e.number, error);
+    }
+  }
+
+  void formatMask_data() {
+    QTest::addColumn<double>("value");
+    QTest::addColumn<QString>("mask");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("pad") << 5.0 << "00" << "05";
+    QTest::newRow("wider") << 123.0 << "00" << "123";
+    QTest::newRow("decimal") << 5.25 << "00.0" << "05.3";
+    QTest::newRow("decimal exact") << 34.5 << "00.0" << "34.5";
+    QTest::newRow("negative") << -3.0 << "00" << "-03";
+  }
+  void formatMask() {
+    QFETCH(double, value);
+    QFETCH(QString, mask);
+    QTEST(FormatMask(value, mask), "text");
+  }
+
+  void dates() {
+    const QDate d(2026, 11, 21);
+    // A short date of the locale reads back to the same date, with a time behind it.
+    QCOMPARE(CDate(ShortDate(d) + QStringLiteral(" 22:05")), QDateTime(d, QTime(22, 5)));
+    QCOMPARE(CDate(ShortDate(d)), QDateTime(d, QTime(0, 0)));
+    // An hour of 25 is no date.
+    QVERIFY_THROWS_EXCEPTION(AppError, CDate(ShortDate(d) + QStringLiteral(" 25:00")));
+    QVERIFY_THROWS_EXCEPTION(AppError, CDate(QStringLiteral("tonight")));
+    // The date serial counts days and the fraction of the day.
+    QCOMPARE(DateSerial(QDateTime(QDate(1899, 12, 31), QTime(12, 0))), 1.5);
+    QCOMPARE(DateSerial(QDateTime(QDate(2000, 1, 1), QTime(0, 0))), 36526.0);
+  }
+};
 
 QTEST_GUILESS_MAIN(TestNumText)
 #include "tst_numtext.moc"

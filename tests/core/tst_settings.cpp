@@ -6,328 +6,279 @@
 #include "support/commalocale.h"
 #include "support/testenv.h"
 
+namespace {
+
+const QByteArray kDefaultFilter(
+    "#TRUE#,20,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,30,2,-2,10,10,0,-2,"
+    "12\r\n");
+
+// Seven recent-list records, L1 to L7.
+QByteArray sevenRecent() {
+  QByteArray seven;
+  for (int i = 1; i <= 7; ++i) seven += QStringLiteral("\"L%1\",\"/l/%1.tlf\"\r\n").arg(i).toLatin1();
+  return seven;
+}
+
+}  // namespace
+
 class TestSettings : public QObject {
   Q_OBJECT
  private slots:
-  void settingsRecordSample();
-  void filterRecordDefaults();
-  void shortRecordWithoutObjectColor();
-  void readerFields_data();
-  void readerFields();
-  void textFieldEncoding_data();
-  void textFieldEncoding();
-  void filterRoundTrip();
-  void settingsUnderDecimalComma();
-  void firstStart();
-  void cancelledFirstRunIsRepairedOnNextStart();
-  void shortFilterFileRepairsSettings();
-  void emptySettingsFileKeepsTheDefaultFolder();
-  void badFieldIsShownAndStartGoesOn();
-  void badFilterFileIsRepaired_data();
-  void badFilterFileIsRepaired();
-  void recentFiles_data();
-  void recentFiles();
-  void recentFileWriter();
-  void initialUserDate_data();
-  void initialUserDate();
-};
-
-void TestSettings::settingsRecordSample() {
-  ProgramSettings s;
-  s.DataDir = QStringLiteral("D:\\Lists\\");
-  s.FirstRun = 0;
-  QCOMPARE(SettingsRecord(s, true),
-           QByteArray("\"GT\",\"1\",\"D:\\Lists\\\",0,#TRUE#,0,\"E\",127,40,\"N\",26,20,20,90,"
-                      "#TRUE#,200\r\n"));
-}
-
-void TestSettings::filterRecordDefaults() {
-  QCOMPARE(FilterRecord(FilterSettings{}),
-           QByteArray("#TRUE#,20,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,"
-                      "30,2,-2,10,10,0,-2,12\r\n"));
-}
-
-void TestSettings::shortRecordWithoutObjectColor() {
-  ProgramSettings s;
-  s.DataDir = QStringLiteral("/home/ann/Data");
-  s.MyTimeZone = -7.5f;
-  s.UseWindowsTimeZone = false;
-  QCOMPARE(SettingsRecord(s, false),
-           QByteArray("\"GT\",\"1\",\"/home/ann/Data\",1,#FALSE#,-7.5,\"E\",127,40,\"N\",26,20,"
-                      "20,90,#TRUE#\r\n"));
-}
-
-void TestSettings::readerFields_data() {
-  QTest::addColumn<QByteArray>("bytes");
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<int>("number");
-  QTest::addColumn<bool>("flag");
-  QTest::addColumn<int>("error");
-  QTest::newRow("quoted, crlf") << QByteArray("\"a,b\",12,#TRUE#\r\n") << "a,b" << 12 << true << 0;
-  QTest::newRow("lf only") << QByteArray("\"x\",-3,#FALSE#\n") << "x" << -3 << false << 0;
-  QTest::newRow("blanks around") << QByteArray(" \"x\" , 7 ,#TRUE#") << "x" << 7 << true << 0;
-  QTest::newRow("letters in a number") << QByteArray("\"x\",abc,#TRUE#") << "x" << 0 << true
-                                       << int(ErrNo::TypeMismatch);
-  QTest::newRow("past the end") << QByteArray("\"x\",5") << "x" << 5 << false
-                                << int(ErrNo::InputPastEnd);
-}
-
-void TestSettings::readerFields() {
-  QFETCH(QByteArray, bytes);
-  QFETCH(QString, text);
-  QFETCH(int, number);
-  QFETCH(bool, flag);
-  QFETCH(int, error);
-  RecordReader r(bytes);
-  int got = 0;
-  try {
-    QCOMPARE(r.text(), text);
-    got = r.int16();
-    QCOMPARE(got, number);
-    QCOMPARE(r.boolean(), flag);
-    QCOMPARE(error, 0);
-  } catch (const AppError& e) {
-    QCOMPARE(e.number, error);
+  // With and without the object colour.
+  void settingsRecords() {
+    ProgramSettings s;
+    s.DataDir = QStringLiteral("D:\\Lists\\");
+    s.FirstRun = 0;
+    QCOMPARE(SettingsRecord(s, true),
+             QByteArray(R"("GT","1","D:\Lists\",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)"
+                        "\r\n"));
+    s.DataDir = QStringLiteral("/home/ann/Data");
+    s.FirstRun = 1;
+    s.MyTimeZone = -7.5f;
+    s.UseWindowsTimeZone = false;
+    QCOMPARE(SettingsRecord(s, false),
+             QByteArray(R"("GT","1","/home/ann/Data",1,#FALSE#,-7.5,"E",127,40,"N",26,20,20,90,)"
+                        "#TRUE#\r\n"));
   }
-}
 
-// Folders and list titles come back as they were written, whatever letters they hold; a
-// single-byte file from before keeps reading as such.
-void TestSettings::textFieldEncoding_data() {
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<QByteArray>("bytes");
-  QTest::newRow("ascii") << QStringLiteral("/home/ann/Data/") << QByteArray("/home/ann/Data/");
-  QTest::newRow("latin-1") << QStringLiteral("/home/ren\u00E9e/Donn\u00E9es/")
-                           << QByteArray("/home/ren\xE9" "e/Donn\xE9" "es/");
-  QTest::newRow("beyond latin-1") << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/")
-                                  << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/").toUtf8();
-  QTest::newRow("a quote") << QStringLiteral("/l/my\"list.tlf") << QByteArray("/l/my\"\"list.tlf");
-  QTest::newRow("leading byte order mark") << QStringLiteral("\uFEFFTonight")
-                                           << QByteArray("\xEF\xBB\xBFTonight");
-  // Its single-byte form would read as UTF-8 (as "Caf\u00E9"), so it goes in UTF-8.
-  QTest::newRow("single-byte form is UTF-8") << QStringLiteral("Caf\u00C3\u00A9")
-                                             << QByteArray("Caf\xC3\x83\xC2\xA9");
-}
+  void readerFields_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<bool>("flag");
+    QTest::addColumn<int>("error");
+    QTest::newRow("quoted, crlf") << QByteArray("\"a,b\",12,#TRUE#\r\n") << "a,b" << 12 << true
+                                  << 0;
+    QTest::newRow("lf only") << QByteArray("\"x\",-3,#FALSE#\n") << "x" << -3 << false << 0;
+    QTest::newRow("blanks around") << QByteArray(" \"x\" , 7 ,#TRUE#") << "x" << 7 << true << 0;
+    QTest::newRow("letters in a number") << QByteArray("\"x\",abc,#TRUE#") << "x" << 0 << true
+                                         << int(ErrNo::TypeMismatch);
+    QTest::newRow("past the end") << QByteArray("\"x\",5") << "x" << 5 << false
+                                  << int(ErrNo::InputPastEnd);
+  }
+  void readerFields() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, error);
+    RecordReader r(bytes);
+    try {
+      QTEST(r.text(), "text");
+      QTEST(int(r.int16()), "number");
+      QTEST(r.boolean(), "flag");
+      QCOMPARE(error, 0);
+    } catch (const AppError& e) {
+      QCOMPARE(e.number, error);
+    }
+  }
 
-void TestSettings::textFieldEncoding() {
-  QFETCH(QString, text);
-  QFETCH(QByteArray, bytes);
-  RecordWriter w;
-  w.text(text).text(QStringLiteral("next")).endRecord();
-  QCOMPARE(w.bytes(), QByteArray("\"") + bytes + QByteArray("\",\"next\"\r\n"));
-  RecordReader r(w.bytes());
-  QCOMPARE(r.text(), text);
-  QCOMPARE(r.text(), QStringLiteral("next"));
-}
+  // Folders and list titles come back as they were written, whatever letters they hold; a
+  // single-byte file from before keeps reading as such.
+  void textFieldEncoding_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("ascii") << QStringLiteral("/home/ann/Data/") << QByteArray("/home/ann/Data/");
+    QTest::newRow("latin-1") << QStringLiteral("/home/ren\u00E9e/Donn\u00E9es/")
+                             << QByteArray("/home/ren\xE9" "e/Donn\xE9" "es/");
+    QTest::newRow("beyond latin-1")
+        << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/")
+        << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/").toUtf8();
+    QTest::newRow("a quote") << QStringLiteral("/l/my\"list.tlf") << QByteArray("/l/my\"\"list.tlf");
+    QTest::newRow("leading byte order mark") << QStringLiteral("\uFEFFTonight")
+                                             << QByteArray("\xEF\xBB\xBFTonight");
+    // Its single-byte form would read as UTF-8 (as "Caf\u00E9"), so it goes in UTF-8.
+    QTest::newRow("single-byte form is UTF-8") << QStringLiteral("Caf\u00C3\u00A9")
+                                               << QByteArray("Caf\xC3\x83\xC2\xA9");
+  }
+  void textFieldEncoding() {
+    QFETCH(QString, text);
+    QFETCH(QByteArray, bytes);
+    RecordWriter w;
+    w.text(text).text(QStringLiteral("next")).endRecord();
+    QCOMPARE(w.bytes(), QByteArray("\"") + bytes + QByteArray("\",\"next\"\r\n"));
+    RecordReader r(w.bytes());
+    QCOMPARE(r.text(), text);
+    QCOMPARE(r.text(), QStringLiteral("next"));
+  }
 
-void TestSettings::filterRoundTrip() {
-  TestEnv env;
-  FilterSettings f;
-  f.FltAlt = false;
-  f.FltMinAlt = 35;
-  f.FltGalMin = 11.5f;
-  f.FltDSSepMin = 0.1f;
-  WriteFilterFile(env.path("a.flt"), f);
-  FilterSettings back;
-  ReadFilterFile(env.path("a.flt"), back);
-  QCOMPARE(FilterRecord(back), FilterRecord(f));
-  QCOMPARE(env.readFile("a.flt"),
-           QByteArray("#FALSE#,35,#TRUE#,0,11.5,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,"
-                      "30,0.1,-2,10,10,0,-2,12\r\n"));
-}
+  void filterRoundTrip() {
+    TestEnv env;
+    FilterSettings f;
+    f.FltAlt = false;
+    f.FltMinAlt = 35;
+    f.FltGalMin = 11.5f;
+    f.FltDSSepMin = 0.1f;
+    WriteFilterFile(env.path("a.flt"), f);
+    FilterSettings back;
+    ReadFilterFile(env.path("a.flt"), back);
+    QCOMPARE(FilterRecord(back), FilterRecord(f));
+    QCOMPARE(env.readFile("a.flt"),
+             QByteArray("#FALSE#,35,#TRUE#,0,11.5,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,"
+                        "30,0.1,-2,10,10,0,-2,12\r\n"));
+  }
 
-void TestSettings::firstStart() {
-  TestEnv env;
-  LoadStartupState(*env.state);
-  const AppState& s = *env.state;
-  QVERIFY(QFileInfo::exists(s.filterPath()));
-  QVERIFY(!QFileInfo::exists(s.settingsPath()));
-  QVERIFY(QFileInfo::exists(s.defaultDataDir));
-  QCOMPARE(s.settings.FirstRun, qint16(1));
-  QCOMPARE(s.settings.DataDir, s.defaultDataDir);
-  QCOMPARE(s.LastListFolder, s.defaultDataDir);
-  QVERIFY(!s.MRUSeparatorShown);
-  QVERIFY(env.prompter.entries.isEmpty());
-  QCOMPARE(s.Pages[2].OrderBy, QStringLiteral("ORDER BY Category, ObjectNum"));
-  QCOMPARE(s.Pages[4].OrderBy, QStringLiteral("ORDER BY ObjectNum"));
-  QCOMPARE(s.Pages[0].Where, QStringLiteral("WHERE True"));
-}
+  void firstStart() {
+    TestEnv env;
+    LoadStartupState(*env.state);
+    const AppState& s = *env.state;
+    QCOMPARE(env.readFile("config/Filter.ini"), kDefaultFilter);
+    QVERIFY(!QFileInfo::exists(s.settingsPath()));
+    QVERIFY(QFileInfo::exists(s.defaultDataDir));
+    QCOMPARE(s.settings.FirstRun, qint16(1));
+    QCOMPARE(s.settings.DataDir, s.defaultDataDir);
+    QCOMPARE(s.LastListFolder, s.defaultDataDir);
+    QVERIFY(!s.MRUSeparatorShown);
+    QVERIFY(env.prompter.entries.isEmpty());
+  }
 
-void TestSettings::cancelledFirstRunIsRepairedOnNextStart() {
-  TestEnv env;
-  LoadStartupState(*env.state);
-  // Setup cancelled on the first run: 15 fields.
-  env.state->settings.ObjectColor = 12345;
-  SaveSettings(*env.state, false);
-  const QByteArray shortFile = env.readFile("config/TavorineList.ini");
-  QVERIFY(shortFile.endsWith(",#TRUE#\r\n"));
-  QCOMPARE(shortFile.count(','), 14);
+  // The first start of a German user: the files hold the program's own number form.
+  void settingsUnderDecimalComma() {
+    CommaLocale comma;
+    REQUIRE_COMMA_LOCALE(comma);
+    TestEnv env;
+    LoadStartupState(*env.state);
+    QCOMPARE(env.readFile("config/Filter.ini"), kDefaultFilter);
+    env.state->settings.MyTimeZone = -7.5f;
+    SaveSettings(*env.state, true);
+    QVERIFY(env.readFile("config/TavorineList.ini").contains(",#TRUE#,-7.5,\"E\","));
+    LoadStartupState(*env.state);
+    QCOMPARE(env.state->settings.MyTimeZone, -7.5f);
+  }
 
-  // Next start: the reader runs off the end; the settings file gets 16 fields and colour 200.
-  TestEnv next;
-  next.writeFile("config/TavorineList.ini", shortFile);
-  LoadStartupState(*next.state);
-  QCOMPARE(next.state->settings.FirstRun, qint16(1));
-  QCOMPARE(next.state->settings.ObjectColor, 200);
-  const QByteArray repaired = next.readFile("config/TavorineList.ini");
-  QCOMPARE(repaired.count(','), 15);
-  QVERIFY(repaired.endsWith(",#TRUE#,200\r\n"));
-  QVERIFY(next.prompter.entries.isEmpty());
-}
+  // A settings file cut short (Setup cancelled on a first run leaves 15 fields) or empty is
+  // read to its end and written again whole, with colour 200 and without a box.
+  void shortSettingsFileIsRepaired_data() {
+    QTest::addColumn<QByteArray>("file");  // "@": the temporary folder
+    QTest::addColumn<bool>("defaultFolder");
+    QTest::newRow("cancelled first run")
+        << QByteArray(R"("GT","1","@/",1,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#)" "\r\n") << false;
+    QTest::newRow("empty") << QByteArray() << true;
+  }
+  void shortSettingsFileIsRepaired() {
+    QFETCH(QByteArray, file);
+    QFETCH(bool, defaultFolder);
+    TestEnv env;
+    env.state->settings.DataDir.clear();  // as a fresh program holds it before start-up
+    env.writeFile("config/TavorineList.ini", file.replace('@', env.dir.path().toUtf8()));
+    LoadStartupState(*env.state);
+    const QString folder = defaultFolder ? env.state->defaultDataDir : env.dir.path() + '/';
+    QCOMPARE(env.state->settings.DataDir, folder);
+    QCOMPARE(env.state->LastListFolder, folder);
+    QCOMPARE(env.state->settings.FirstRun, qint16(1));
+    QCOMPARE(env.state->settings.ObjectColor, 200);
+    QCOMPARE(env.readFile("config/TavorineList.ini"),
+             "\"GT\",\"1\",\"" + folder.toUtf8() + "\",1,#TRUE#,0,\"E\",127,40,\"N\",26,20,20,90,#TRUE#,200\r\n");
+    QVERIFY(env.prompter.entries.isEmpty());
+  }
 
-void TestSettings::emptySettingsFileKeepsTheDefaultFolder() {
-  TestEnv env;
-  env.state->settings.DataDir.clear();  // as a fresh program holds it before start-up
-  env.writeFile("config/TavorineList.ini", QByteArray());
-  LoadStartupState(*env.state);
-  QCOMPARE(env.state->settings.DataDir, env.state->defaultDataDir);
-  QCOMPARE(env.state->settings.FirstRun, qint16(1));
-  QCOMPARE(env.state->LastListFolder, env.state->defaultDataDir);
-  const QByteArray repaired = env.readFile("config/TavorineList.ini");
-  QVERIFY(repaired.startsWith("\"GT\",\"1\",\"" + env.state->defaultDataDir.toUtf8() + "\",1,"));
-  QVERIFY(repaired.endsWith(",#TRUE#,200\r\n"));
-}
+  void badFieldIsShownAndStartGoesOn() {
+    TestEnv env;
+    env.writeFile("config/TavorineList.ini",
+                  R"("GPS","3","/tmp/",0,#TRUE#,0,"W",abc,30,"N",45,0,15,85,#FALSE#,255)" "\r\n");
+    LoadStartupState(*env.state);
+    QCOMPARE(env.prompter.texts(),
+             QStringList{QStringLiteral("Type mismatch: %1 - 13").arg(env.state->settingsPath())});
+    const ProgramSettings& s = env.state->settings;
+    QCOMPARE(s.ScopeType, QStringLiteral("GPS"));
+    QCOMPARE(s.LongDeg, qint16(127));  // the bad field kept its value
+    QVERIFY(s.LongMin == 30 && s.MaxAlt == 85 && s.ObjectColor == 255);
+  }
 
-// The first start of a German user: the files hold the program's own number form.
-void TestSettings::settingsUnderDecimalComma() {
-  CommaLocale comma;
-  REQUIRE_COMMA_LOCALE(comma);
-  TestEnv env;
-  LoadStartupState(*env.state);
-  QCOMPARE(env.readFile("config/Filter.ini"), FilterRecord(FilterSettings{}));
-  QCOMPARE(env.readFile("config/Filter.ini"),
-           QByteArray("#TRUE#,20,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,"
-                      "30,2,-2,10,10,0,-2,12\r\n"));
-  env.state->settings.MyTimeZone = -7.5f;
-  SaveSettings(*env.state, true);
-  QVERIFY(env.readFile("config/TavorineList.ini").contains(",#TRUE#,-7.5,\"E\","));
-  LoadStartupState(*env.state);
-  QCOMPARE(env.state->settings.MyTimeZone, -7.5f);
-}
+  // The fields read keep their values, the rest keep theirs; the boxes come once, the file is
+  // written again from the filter in force, and the next start is quiet. Reading past the end
+  // rewrites the settings file too, with colour 200.
+  void badFilterFileIsRepaired_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<int>("boxes");
+    QTest::addColumn<QByteArray>("repaired");
+    QTest::addColumn<int>("colour");
+    QTest::newRow("too short")
+        << QByteArray("#FALSE#,30,#TRUE#,1\r\n") << 0
+        << QByteArray(kDefaultFilter).replace(0, 19, "#FALSE#,30,#TRUE#,1,") << 200;
+    // A truth value read into a number is -1.
+    QTest::newRow("garbage") << QByteArray("abc,#TRUE#,xyz\r\n") << 2
+                             << QByteArray(kDefaultFilter).replace(0, 10, "#TRUE#,-1,") << 200;
+    QTest::newRow("one bad field") << QByteArray(kDefaultFilter).replace("30", "3O") << 1
+                                   << kDefaultFilter << 4242;
+  }
+  void badFilterFileIsRepaired() {
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, repaired);
+    TestEnv env;
+    ProgramSettings s;
+    s.FirstRun = 0;
+    s.ObjectColor = 4242;
+    s.DataDir = env.path("lists/");
+    env.writeFile("config/TavorineList.ini", SettingsRecord(s, true));
+    env.writeFile("config/Filter.ini", file);
+    LoadStartupState(*env.state);
+    QTEST(int(env.prompter.texts().size()), "boxes");
+    for (const QString& text : env.prompter.texts())
+      QVERIFY(text.contains(env.state->filterPath()));
+    QCOMPARE(env.readFile("config/Filter.ini"), repaired);
+    QTEST(env.state->settings.ObjectColor, "colour");
+    QVERIFY(env.readFile("config/TavorineList.ini")
+                .endsWith("," + QByteArray::number(env.state->settings.ObjectColor) + "\r\n"));
+    env.prompter.clear();
+    LoadStartupState(*env.state);
+    QCOMPARE(env.prompter.texts(), QStringList());
+    QCOMPARE(env.readFile("config/Filter.ini"), repaired);
+  }
 
-void TestSettings::shortFilterFileRepairsSettings() {
-  TestEnv env;
-  ProgramSettings s;
-  s.FirstRun = 0;
-  s.ObjectColor = 4242;
-  s.DataDir = env.path("lists/");
-  env.writeFile("config/TavorineList.ini", SettingsRecord(s, true));
-  env.writeFile("config/Filter.ini", "#FALSE#,30,#TRUE#,1\r\n");
-  LoadStartupState(*env.state);
-  // The fields read keep their values, the rest keep theirs; the settings file is rewritten.
-  QCOMPARE(env.state->filter.FltAlt, false);
-  QCOMPARE(env.state->filter.FltMinAlt, qint16(30));
-  QCOMPARE(env.state->filter.FltGalMax, 1.0f);
-  QCOMPARE(env.state->filter.FltGalMin, 12.0f);
-  QCOMPARE(env.state->settings.ObjectColor, 200);
-  QVERIFY(env.readFile("config/TavorineList.ini").endsWith(",200\r\n"));
-}
+  void recentFiles_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<int>("shown");
+    QTest::newRow("seven records: five read") << sevenRecent() << 5;
+    QTest::newRow("empty file: nothing shown") << QByteArray() << 0;
+    QTest::newRow("two records") << QByteArray("\"A\",\"/a.tlf\"\r\n\"B\",\"/b.tlf\"\r\n") << 2;
+  }
+  void recentFiles() {
+    QFETCH(QByteArray, file);
+    QFETCH(int, shown);
+    TestEnv env;
+    env.writeFile("config/TVRNMRU.dat", file);
+    LoadStartupState(*env.state);
+    QCOMPARE(env.state->MRUSeparatorShown, shown > 0);
+    for (int i = 0; i < 5; ++i) QCOMPARE(env.state->MRUShown[i], i < shown);
+    if (shown > 0) QVERIFY(!env.state->MRUFiles[shown - 1].path.isEmpty());
+  }
 
-void TestSettings::badFieldIsShownAndStartGoesOn() {
-  TestEnv env;
-  env.writeFile("config/TavorineList.ini",
-                "\"GPS\",\"3\",\"/tmp/\",0,#TRUE#,0,\"W\",abc,30,\"N\",45,0,15,85,#FALSE#,255\r\n");
-  LoadStartupState(*env.state);
-  QCOMPARE(env.prompter.texts(),
-           QStringList{QStringLiteral("Type mismatch: %1 - 13").arg(env.state->settingsPath())});
-  QCOMPARE(env.state->settings.ScopeType, QStringLiteral("GPS"));
-  QCOMPARE(env.state->settings.LongDeg, qint16(127));  // the bad field kept its value
-  QCOMPARE(env.state->settings.LongMin, qint16(30));
-  QCOMPARE(env.state->settings.MaxAlt, qint16(85));
-  QCOMPARE(env.state->settings.ObjectColor, 255);
-}
+  void recentFileWriter() {
+    TestEnv env;
+    env.writeFile("config/TVRNMRU.dat", sevenRecent());
+    LoadStartupState(*env.state);
+    // A document already in the table moves to the top; extra records are gone after writing.
+    RecordRecentFile(*env.state, QStringLiteral("Third again"), QStringLiteral("/l/3.tlf"));
+    QCOMPARE(env.readFile("config/TVRNMRU.dat"),
+             QByteArray("\"Third again\",\"/l/3.tlf\"\r\n\"L1\",\"/l/1.tlf\"\r\n"
+                        "\"L2\",\"/l/2.tlf\"\r\n\"L4\",\"/l/4.tlf\"\r\n\"L5\",\"/l/5.tlf\"\r\n"));
+    // A new document pushes the oldest out.
+    RecordRecentFile(*env.state, QStringLiteral("New"), QStringLiteral("/n.tlf"));
+    QCOMPARE(env.state->MRUFiles[0].title, QStringLiteral("New"));
+    QCOMPARE(env.state->MRUFiles[4].title, QStringLiteral("L4"));
+    // From an empty table: one record.
+    TestEnv empty;
+    LoadStartupState(*empty.state);
+    RecordRecentFile(*empty.state, QStringLiteral("Messier marathon"), QStringLiteral("/m.tlf"));
+    QCOMPARE(empty.readFile("config/TVRNMRU.dat"),
+             QByteArray("\"Messier marathon\",\"/m.tlf\"\r\n"));
+    QVERIFY(empty.state->MRUSeparatorShown && empty.state->MRUShown[0]);
+    QVERIFY(!empty.state->MRUShown[1]);
+  }
 
-// The boxes come once: the file is written again from the filter in force, and the next start
-// is quiet.
-void TestSettings::badFilterFileIsRepaired_data() {
-  QTest::addColumn<QByteArray>("file");
-  QTest::addColumn<int>("boxes");
-  QTest::newRow("too short") << QByteArray("#FALSE#,30,#TRUE#,1\r\n") << 0;
-  QTest::newRow("garbage") << QByteArray("abc,#TRUE#,xyz\r\n") << 2;
-  QTest::newRow("one bad field") << QByteArray(FilterRecord(FilterSettings{})).replace("30", "3O") << 1;
-}
-
-void TestSettings::badFilterFileIsRepaired() {
-  QFETCH(QByteArray, file);
-  QFETCH(int, boxes);
-  TestEnv env;
-  env.writeFile("config/Filter.ini", file);
-  LoadStartupState(*env.state);
-  QCOMPARE(env.prompter.texts().size(), boxes);
-  for (const QString& text : env.prompter.texts()) QVERIFY(text.contains(env.state->filterPath()));
-  QCOMPARE(env.readFile("config/Filter.ini"), FilterRecord(env.state->filter));
-  const FilterSettings first = env.state->filter;
-  env.prompter.clear();
-  LoadStartupState(*env.state);
-  QCOMPARE(env.prompter.texts(), QStringList());
-  QCOMPARE(FilterRecord(env.state->filter), FilterRecord(first));
-}
-
-void TestSettings::recentFiles_data() {
-  QTest::addColumn<QByteArray>("file");
-  QTest::addColumn<int>("shown");
-  QByteArray seven;
-  for (int i = 1; i <= 7; ++i) seven += QStringLiteral("\"L%1\",\"/l/%1.tlf\"\r\n").arg(i).toLatin1();
-  QTest::newRow("seven records: five read") << seven << 5;
-  QTest::newRow("empty file: nothing shown") << QByteArray() << 0;
-  QTest::newRow("two records") << QByteArray("\"A\",\"/a.tlf\"\r\n\"B\",\"/b.tlf\"\r\n") << 2;
-}
-
-void TestSettings::recentFiles() {
-  QFETCH(QByteArray, file);
-  QFETCH(int, shown);
-  TestEnv env;
-  env.writeFile("config/TVRNMRU.dat", file);
-  LoadStartupState(*env.state);
-  QCOMPARE(env.state->MRUSeparatorShown, shown > 0);
-  for (int i = 0; i < 5; ++i) QCOMPARE(env.state->MRUShown[i], i < shown);
-  if (shown > 0) QCOMPARE(env.state->MRUFiles[shown - 1].path.isEmpty(), false);
-}
-
-void TestSettings::recentFileWriter() {
-  TestEnv env;
-  QByteArray seven;
-  for (int i = 1; i <= 7; ++i) seven += QStringLiteral("\"L%1\",\"/l/%1.tlf\"\r\n").arg(i).toLatin1();
-  env.writeFile("config/TVRNMRU.dat", seven);
-  LoadStartupState(*env.state);
-
-  // A document already in the table moves to the top; extra records are gone after writing.
-  RecordRecentFile(*env.state, QStringLiteral("Third again"), QStringLiteral("/l/3.tlf"));
-  QCOMPARE(env.readFile("config/TVRNMRU.dat"),
-           QByteArray("\"Third again\",\"/l/3.tlf\"\r\n\"L1\",\"/l/1.tlf\"\r\n"
-                      "\"L2\",\"/l/2.tlf\"\r\n\"L4\",\"/l/4.tlf\"\r\n\"L5\",\"/l/5.tlf\"\r\n"));
-  // A new document pushes the oldest out.
-  RecordRecentFile(*env.state, QStringLiteral("New"), QStringLiteral("/n.tlf"));
-  QCOMPARE(env.state->MRUFiles[0].title, QStringLiteral("New"));
-  QCOMPARE(env.state->MRUFiles[4].title, QStringLiteral("L4"));
-
-  // From an empty table: one record.
-  TestEnv empty;
-  LoadStartupState(*empty.state);
-  RecordRecentFile(*empty.state, QStringLiteral("Messier marathon"), QStringLiteral("/m.tlf"));
-  QCOMPARE(empty.readFile("config/TVRNMRU.dat"),
-           QByteArray("\"Messier marathon\",\"/m.tlf\"\r\n"));
-  QVERIFY(empty.state->MRUSeparatorShown);
-  QVERIFY(empty.state->MRUShown[0]);
-  QVERIFY(!empty.state->MRUShown[1]);
-}
-
-void TestSettings::initialUserDate_data() {
-  QTest::addColumn<QTime>("now");
-  QTest::addColumn<QTime>("expected");
-  QTest::newRow("03:00 keeps the present") << QTime(3, 0, 17) << QTime(3, 0, 17);
-  QTest::newRow("05:59") << QTime(5, 59, 59) << QTime(5, 59, 59);
-  QTest::newRow("milliseconds dropped") << QTime(4, 10, 5, 870) << QTime(4, 10, 5);
-  QTest::newRow("06:00 gives 22:00") << QTime(6, 0) << QTime(22, 0);
-  QTest::newRow("23:30 gives 22:00 of the same day") << QTime(23, 30) << QTime(22, 0);
-}
-
-void TestSettings::initialUserDate() {
-  QFETCH(QTime, now);
-  QFETCH(QTime, expected);
-  const QDate d(2026, 11, 21);
-  QCOMPARE(InitialUserDate(QDateTime(d, now)), QDateTime(d, expected));
-}
+  void initialUserDate_data() {
+    QTest::addColumn<QTime>("now");
+    QTest::addColumn<QTime>("expected");
+    QTest::newRow("05:59 keeps the present") << QTime(5, 59, 59) << QTime(5, 59, 59);
+    QTest::newRow("milliseconds dropped") << QTime(4, 10, 5, 870) << QTime(4, 10, 5);
+    QTest::newRow("06:00 gives 22:00") << QTime(6, 0) << QTime(22, 0);
+    QTest::newRow("23:30 gives 22:00 of the same day") << QTime(23, 30) << QTime(22, 0);
+  }
+  void initialUserDate() {
+    QFETCH(QTime, now);
+    const QDate d(2026, 11, 21);
+    QTEST(InitialUserDate(QDateTime(d, now)).time(), "expected");
+    QCOMPARE(InitialUserDate(QDateTime(d, now)).date(), d);
+  }
+};
 
 QTEST_GUILESS_MAIN(TestSettings)
 #include "tst_settings.moc"

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QToolButton>
+#include <map>
 
 #include "core/apperror.h"
 #include "core/setupdialog.h"
@@ -15,42 +16,36 @@
 #include "core/setuplogic.h"
 #include "support/testenv.h"
 
-class TestSetup : public QObject {
-  Q_OBJECT
- private slots:
-  void openingFields_data();
-  void openingFields();
-  void commPortEditing_data();
-  void commPortEditing();
-  void okWritesAllFields();
-  void okFolderVariants_data();
-  void okFolderVariants();
-  void okMissingFolderOnFirstRun();
-  void okConversions_data();
-  void okConversions();
-  void okLettersInCoordinate_data();
-  void okLettersInCoordinate();
-  void cancel();
-  void indiRoute_data();
-  void indiRoute();
-
-  void foundPortsShowThePortInUse();
-  void dialogMissingFolder();
-  void dialogHemisphereThenCancel();
-  void dialogAltitudeOffThenOk();
-  void dialogLettersInCoordinate();
-  void dialogPortRoutes();
-  void dialogColorAndBrowse();
-  void dialogEscapeIsCancel();
-  void dialogUnwritableConfigFolder();
-};
-
 namespace {
 
-SetupFields validFields(const QString& folder) {
+// The opening fields of fresh settings, with edits "field=text" on top ("@" stands for the
+// temporary folder; route is port, hcd or indi).
+SetupFields fieldsWith(const QStringList& edits, const QString& folder) {
+  static const std::map<QString, QString SetupFields::*> texts = {
+      {"commPort", &SetupFields::commPort},     {"longDeg", &SetupFields::longDeg},
+      {"longMin", &SetupFields::longMin},       {"latDeg", &SetupFields::latDeg},
+      {"latMin", &SetupFields::latMin},         {"myTimeZone", &SetupFields::myTimeZone},
+      {"minAlt", &SetupFields::minAlt},         {"maxAlt", &SetupFields::maxAlt},
+      {"dataDir", &SetupFields::dataDir},       {"indiHost", &SetupFields::indiHost},
+      {"indiPort", &SetupFields::indiPort},     {"indiDevice", &SetupFields::indiDevice}};
   SetupFields f = SetupOpeningFields(ProgramSettings{});
   f.dataDir = folder;
+  for (QString e : edits) {
+    e.replace(QLatin1Char('@'), folder);
+    const QString key = e.section(QLatin1Char('='), 0, 0), value = e.section(QLatin1Char('='), 1);
+    if (key == QLatin1String("scope")) f.scopeIndex = value.toInt();
+    else if (key == QLatin1String("route")) {
+      f.commPortSelected = value == QLatin1String("port");
+      f.indiSelected = value == QLatin1String("indi");
+    } else if (key == QLatin1String("windowsZone")) f.useWindowsTimeZone = value == QLatin1String("1");
+    else if (key == QLatin1String("altLimit")) f.useAltLimit = value == QLatin1String("1");
+    else f.*texts.at(key) = value;
+  }
   return f;
+}
+
+QByteArray withFolder(QByteArray bytes, const TestEnv& env) {
+  return bytes.replace('@', env.dir.path().toUtf8());
 }
 
 template <typename T>
@@ -58,6 +53,10 @@ T* child(QWidget& w, const char* name) {
   T* c = w.findChild<T*>(QLatin1String(name));
   if (!c) qFatal("no control %s", name);
   return c;
+}
+
+void click(QWidget& w, const char* button) {
+  QTest::mouseClick(child<QPushButton>(w, button), Qt::LeftButton);
 }
 
 // Check boxes and options answer clicks on their indicator and text, not on the empty space
@@ -68,498 +67,388 @@ void clickBox(QAbstractButton* b) {
 
 }  // namespace
 
-void TestSetup::openingFields_data() {
-  QTest::addColumn<QString>("scopeType");
-  QTest::addColumn<QString>("commPort");
-  QTest::addColumn<int>("index");
-  QTest::addColumn<bool>("serial");
-  QTest::addColumn<QString>("shown");
-  QTest::newRow("defaults") << "GT" << "1" << 0 << true << "1";
-  QTest::newRow("last family") << "ULTIMA" << "3" << 8 << true << "3";
-  QTest::newRow("unknown family") << "XYZ" << "2" << 0 << true << "2";
-  QTest::newRow("proxy") << "GPS" << "HCD" << 3 << false << "HCD";
-  QTest::newRow("proxy address") << "I" << "HCD 127.0.0.1:2001" << 2 << false
-                                 << "HCD 127.0.0.1:2001";
-  QTest::newRow("zero") << "GT" << "0" << 0 << false << "";
-  QTest::newRow("letters in front") << "GT" << "COM3" << 0 << false << "";
-  QTest::newRow("device path") << "CGE" << "/dev/ttyUSB0" << 4 << true << "/dev/ttyUSB0";
-}
-
-void TestSetup::openingFields() {
-  QFETCH(QString, scopeType);
-  QFETCH(QString, commPort);
-  ProgramSettings s;
-  s.ScopeType = scopeType;
-  s.CommPort = commPort;
-  s.LongHemi = QStringLiteral("W");
-  s.LatDeg = -5;
-  s.UseWindowsTimeZone = false;
-  s.MyTimeZone = -7.5f;
-  const SetupFields f = SetupOpeningFields(s);
-  QTEST(f.scopeIndex, "index");
-  QTEST(f.commPortSelected, "serial");
-  QTEST(f.commPort, "shown");
-  QCOMPARE(f.eastWest, QStringLiteral("West"));
-  QCOMPARE(f.northSouth, QStringLiteral("North"));
-  QCOMPARE(f.longDeg, QStringLiteral("127"));
-  QCOMPARE(f.latDeg, QStringLiteral("-5"));
-  QCOMPARE(f.myTimeZone, QStringLiteral("-7.5"));
-  s.UseWindowsTimeZone = true;
-  QCOMPARE(SetupOpeningFields(s).myTimeZone, QString());
-}
-
-void TestSetup::commPortEditing_data() {
-  QTest::addColumn<QString>("text");
-  QTest::addColumn<QString>("onSelect");
-  QTest::addColumn<QString>("up");
-  QTest::addColumn<QString>("down");
-  QTest::newRow("number") << "3" << "3" << "4" << "2";
-  QTest::newRow("lowest") << "1" << "1" << "2" << "1";
-  QTest::newRow("highest") << "256" << "256" << "256" << "255";
-  QTest::newRow("empty") << "" << "1" << "1" << "1";
-  QTest::newRow("zero") << "0" << "1" << "1" << "1";
-  QTest::newRow("proxy") << "HCD" << "1" << "HCD" << "HCD";
-  QTest::newRow("device") << "/dev/ttyUSB0" << "/dev/ttyUSB0" << "/dev/ttyUSB1" << "/dev/ttyUSB0";
-  QTest::newRow("device 9") << "/dev/ttyS9" << "/dev/ttyS9" << "/dev/ttyS10" << "/dev/ttyS8";
-  QTest::newRow("device without number") << "/dev/scope" << "/dev/scope" << "/dev/scope"
-                                         << "/dev/scope";
-}
-
-void TestSetup::commPortEditing() {
-  QFETCH(QString, text);
-  QTEST(CommPortTextOnSelect(text), "onSelect");
-  QTEST(StepCommPort(text, 1), "up");
-  QTEST(StepCommPort(text, -1), "down");
-}
-
-void TestSetup::okWritesAllFields() {
-  TestEnv env;
-  AppState& st = *env.state;
-  const QString folder = env.path(QStringLiteral("lists"));
-  QDir().mkpath(folder);
-  SetupFields f = validFields(folder);
-  f.scopeIndex = 3;
-  f.commPort = QStringLiteral("/dev/ttyUSB0");
-  f.longDeg = QStringLiteral("2");
-  f.longMin = QStringLiteral("21");
-  f.latDeg = QStringLiteral("48");
-  f.latMin = QStringLiteral("51");
-  f.useWindowsTimeZone = false;
-  f.myTimeZone = QStringLiteral("1");
-  f.minAlt = QStringLiteral("15");
-  f.maxAlt = QStringLiteral("80");
-  QVERIFY(SetupOk(st, f));
-  QCOMPARE(f.dataDir, folder + QLatin1Char('/'));
-  QCOMPARE(st.settings.FirstRun, qint16(0));
-  QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")),
-           QByteArray("\"GPS\",\"/dev/ttyUSB0\",\"") + folder.toLatin1() +
-               "/\",0,#TRUE#,1,\"E\",2,21,\"N\",48,51,15,80,#TRUE#,200\r\n");
-  QVERIFY(env.prompter.entries.isEmpty());
-}
-
-void TestSetup::okFolderVariants_data() {
-  QTest::addColumn<QString>("typed");  // "@" stands for the temporary folder
-  QTest::addColumn<QString>("stored");
-  QTest::newRow("without separator") << "@/lists" << "@/lists/";
-  QTest::newRow("with separator") << "@/lists/" << "@/lists/";
-  QTest::newRow("blanks around") << "  @/lists  " << "@/lists/";
-  QTest::newRow("root keeps one separator") << "/" << "/";
-}
-
-void TestSetup::okFolderVariants() {
-  QFETCH(QString, typed);
-  QFETCH(QString, stored);
-  TestEnv env;
-  QDir().mkpath(env.path(QStringLiteral("lists")));
-  SetupFields f = validFields(typed.replace(QLatin1Char('@'), env.dir.path()));
-  QVERIFY(SetupOk(*env.state, f));
-  stored.replace(QLatin1Char('@'), env.dir.path());
-  QCOMPARE(f.dataDir, stored);
-  QCOMPARE(env.state->settings.DataDir, stored);
-}
-
-void TestSetup::okMissingFolderOnFirstRun() {
-  TestEnv env;
-  AppState& st = *env.state;
-  const QString folder = env.path(QStringLiteral("nowhere"));
-  SetupFields f = validFields(folder);
-  f.scopeIndex = 8;
-  f.commPortSelected = false;
-  f.useAltLimit = false;
-  QVERIFY(!SetupOk(st, f));
-  QCOMPARE(env.prompter.entries.size(), 1);
-  QCOMPARE(env.prompter.entries[0].title, QStringLiteral("Problem"));
-  QCOMPARE(env.prompter.entries[0].text,
-           QStringLiteral("This folder: \n") + folder + QStringLiteral("\ndoes not exist."));
-  QCOMPARE(st.settings.FirstRun, qint16(1));
-  QVERIFY(!QFile::exists(st.settingsPath()));
-  // The earlier steps stay in memory.
-  QCOMPARE(st.settings.ScopeType, QStringLiteral("ULTIMA"));
-  QCOMPARE(st.settings.CommPort, QStringLiteral("HCD"));
-  QCOMPARE(st.settings.MinAlt, qint16(20));
-  QCOMPARE(f.dataDir, folder);
-}
-
-void TestSetup::okConversions_data() {
-  QTest::addColumn<int>("scopeIndex");
-  QTest::addColumn<bool>("serial");
-  QTest::addColumn<QString>("commPort");
-  QTest::addColumn<QString>("longMin");
-  QTest::addColumn<bool>("windowsZone");
-  QTest::addColumn<QString>("zone");
-  QTest::addColumn<bool>("altLimit");
-  QTest::addColumn<QString>("minAlt");
-  QTest::addColumn<QString>("maxAlt");
-  // Expected.
-  QTest::addColumn<QString>("scopeType");
-  QTest::addColumn<QString>("storedPort");
-  QTest::addColumn<int>("storedLongMin");
-  QTest::addColumn<float>("storedZone");
-  QTest::addColumn<int>("storedMin");
-  QTest::addColumn<int>("storedMax");
-
-  QTest::newRow("plain") << 1 << true << "2" << "40" << true << "5" << true << "10" << "85"
-                         << "BIG" << "2" << 40 << 0.0f << 10 << 85;
-  QTest::newRow("index 9") << 9 << true << "2" << "40" << true << "" << true << "10" << "85"
-                           << "GT" << "2" << 40 << 0.0f << 10 << 85;
-  QTest::newRow("letters in front of the port pass") << 0 << true << "x5" << "40" << true << ""
-                                                     << true << "20" << "90" << "GT" << "x5"
-                                                     << 40 << 0.0f << 20 << 90;
-  QTest::newRow("proxy keeps its address") << 2 << false << " HCD 10.0.0.2:2001 " << "40" << true
-                                           << "" << true << "20" << "90" << "I"
-                                           << "HCD 10.0.0.2:2001" << 40 << 0.0f << 20 << 90;
-  QTest::newRow("proxy drops a port number") << 2 << false << "4" << "40" << true << "" << true
-                                             << "20" << "90" << "I" << "HCD" << 40 << 0.0f << 20
-                                             << 90;
-  QTest::newRow("half to even down") << 0 << true << "1" << "40.5" << true << "" << true
-                                     << "20.5" << "89.5" << "GT" << "1" << 40 << 0.0f << 20
-                                     << 90;
-  QTest::newRow("half to even up") << 0 << true << "1" << "41.5" << true << "" << true << "21.5"
-                                   << "90.5" << "GT" << "1" << 42 << 0.0f << 22 << 90;
-  QTest::newRow("typed zone") << 0 << true << "1" << "40" << false << "-7.5h" << true << "20"
-                              << "90" << "GT" << "1" << 40 << -7.5f << 20 << 90;
-  QTest::newRow("limits off reset") << 0 << true << "1" << "40" << true << "" << false << "5"
-                                    << "50" << "GT" << "1" << 40 << 0.0f << 20 << 90;
-  QTest::newRow("limits as leading numbers") << 0 << true << "1" << "40" << true << "" << true
-                                             << "30 deg" << "abc" << "GT" << "1" << 40 << 0.0f
-                                             << 30 << 0;
-  QTest::newRow("min above max kept") << 0 << true << "1" << "40" << true << "" << true << "70"
-                                      << "30" << "GT" << "1" << 40 << 0.0f << 70 << 30;
-}
-
-void TestSetup::okConversions() {
-  QFETCH(int, scopeIndex);
-  QFETCH(bool, serial);
-  QFETCH(QString, commPort);
-  QFETCH(QString, longMin);
-  QFETCH(bool, windowsZone);
-  QFETCH(QString, zone);
-  QFETCH(bool, altLimit);
-  QFETCH(QString, minAlt);
-  QFETCH(QString, maxAlt);
-  TestEnv env;
-  env.state->settings.MyTimeZone = 3;
-  SetupFields f = validFields(env.dir.path());
-  f.scopeIndex = scopeIndex;
-  f.commPortSelected = serial;
-  f.commPort = commPort;
-  f.longMin = longMin;
-  f.useWindowsTimeZone = windowsZone;
-  f.myTimeZone = zone;
-  f.useAltLimit = altLimit;
-  f.minAlt = minAlt;
-  f.maxAlt = maxAlt;
-  QVERIFY(SetupOk(*env.state, f));
-  const ProgramSettings& s = env.state->settings;
-  QTEST(s.ScopeType, "scopeType");
-  QTEST(s.CommPort, "storedPort");
-  QTEST(int(s.LongMin), "storedLongMin");
-  QTEST(s.MyTimeZone, "storedZone");
-  QTEST(int(s.MinAlt), "storedMin");
-  QTEST(int(s.MaxAlt), "storedMax");
-}
-
-void TestSetup::okLettersInCoordinate_data() {
-  QTest::addColumn<int>("field");  // 0 LongDeg .. 3 LatMin
-  QTest::addColumn<int>("converted");
-  QTest::newRow("longitude degrees") << 0 << 0;
-  QTest::newRow("latitude degrees") << 2 << 2;
-  QTest::newRow("latitude minutes") << 3 << 3;
-}
-
-void TestSetup::okLettersInCoordinate() {
-  QFETCH(int, field);
-  QFETCH(int, converted);
-  TestEnv env;
-  AppState& st = *env.state;
-  SetupFields f = validFields(env.dir.path());
-  f.scopeIndex = 4;
-  f.commPort = QStringLiteral("7");
-  f.longDeg = QStringLiteral("11");
-  f.longMin = QStringLiteral("12");
-  f.latDeg = QStringLiteral("13");
-  f.latMin = QStringLiteral("14");
-  QString* fields[] = {&f.longDeg, &f.longMin, &f.latDeg, &f.latMin};
-  *fields[field] = QStringLiteral("12a");
-  try {
-    SetupOk(st, f);
-    QFAIL("no error");
-  } catch (const AppError& e) {
-    QCOMPARE(e.text(), QStringLiteral("Type mismatch - 13"));
+class TestSetup : public QObject {
+  Q_OBJECT
+ private slots:
+  void openingFields_data() {
+    QTest::addColumn<QString>("scopeType");
+    QTest::addColumn<QString>("commPort");
+    QTest::addColumn<int>("index");
+    QTest::addColumn<bool>("serial");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("defaults") << "GT" << "1" << 0 << true << "1";
+    QTest::newRow("last family") << "ULTIMA" << "3" << 8 << true << "3";
+    QTest::newRow("unknown family") << "XYZ" << "2" << 0 << true << "2";
+    QTest::newRow("proxy") << "GPS" << "HCD" << 3 << false << "HCD";
+    QTest::newRow("proxy address") << "I" << "HCD 127.0.0.1:2001" << 2 << false
+                                   << "HCD 127.0.0.1:2001";
+    QTest::newRow("letters in front") << "GT" << "COM3" << 0 << false << "";
+    QTest::newRow("device path") << "CGE" << "/dev/ttyUSB0" << 4 << true << "/dev/ttyUSB0";
   }
-  QCOMPARE(st.settings.ScopeType, QStringLiteral("CGE"));
-  QCOMPARE(st.settings.CommPort, QStringLiteral("7"));
-  const qint16 stored[] = {st.settings.LongDeg, st.settings.LongMin, st.settings.LatDeg,
-                           st.settings.LatMin};
-  const qint16 defaults[] = {127, 40, 26, 20};
-  for (int i = 0; i < 4; ++i)
-    QCOMPARE(stored[i], i < converted ? qint16(11 + i) : defaults[i]);
-  QCOMPARE(st.settings.FirstRun, qint16(1));
-  QVERIFY(!QFile::exists(st.settingsPath()));
-}
-
-void TestSetup::cancel() {
-  TestEnv env;
-  AppState& st = *env.state;
-  st.settings.LongHemi = QStringLiteral("W");
-  st.settings.DataDir = QStringLiteral("/home/ann/Data");
-  SetupCancel(st);
-  QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")),
-           QByteArray("\"GT\",\"1\",\"/home/ann/Data\",1,#TRUE#,0,\"W\",127,40,\"N\",26,20,20,90,"
-                      "#TRUE#\r\n"));
-  // Once the file exists, Cancel writes nothing.
-  env.writeFile(QStringLiteral("config/TavorineList.ini"), "kept");
-  st.settings.LatHemi = QStringLiteral("S");
-  SetupCancel(st);
-  QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")), QByteArray("kept"));
-}
-
-// A port typed by hand that is not among those found leaves none of them shown as chosen.
-void TestSetup::foundPortsShowThePortInUse() {
-  TestEnv env;
-  env.state->settings.CommPort = QStringLiteral("/dev/pts/99");
-  Setup typed(*env.state);
-  auto* typedPorts = child<QComboBox>(typed, "cmbFoundPorts");
-  QCOMPARE(child<QLineEdit>(typed, "txtCommPort")->text(), QStringLiteral("/dev/pts/99"));
-  if (typedPorts->itemData(0).toString().isEmpty()) {
-    QCOMPARE(typedPorts->itemText(0), QStringLiteral("(no ports found)"));
-    return;
+  void openingFields() {
+    QFETCH(QString, scopeType);
+    QFETCH(QString, commPort);
+    ProgramSettings s;
+    s.ScopeType = scopeType;
+    s.CommPort = commPort;
+    s.LongHemi = QStringLiteral("W");
+    s.LatDeg = -5;
+    s.UseWindowsTimeZone = false;
+    s.MyTimeZone = -7.5f;
+    const SetupFields f = SetupOpeningFields(s);
+    QTEST(f.scopeIndex, "index");
+    QTEST(f.commPortSelected, "serial");
+    QTEST(f.commPort, "shown");
+    QCOMPARE(QStringList({f.eastWest, f.northSouth, f.longDeg, f.latDeg, f.myTimeZone}),
+             QStringList({"West", "North", "127", "-5", "-7.5"}));
+    s.UseWindowsTimeZone = true;
+    QCOMPARE(SetupOpeningFields(s).myTimeZone, QString());
   }
-  QCOMPARE(typedPorts->currentIndex(), -1);
-  env.state->settings.CommPort = typedPorts->itemData(0).toString();
-  Setup found(*env.state);
-  QCOMPARE(child<QComboBox>(found, "cmbFoundPorts")->currentIndex(), 0);
-}
 
-void TestSetup::dialogMissingFolder() {
-  TestEnv env;
-  Setup dlg(*env.state);
-  dlg.show();
-  const QString folder = env.path(QStringLiteral("gone"));
-  child<QLineEdit>(dlg, "txtDataDir")->setText(folder);
-  QTest::mouseClick(child<QPushButton>(dlg, "OKButton"), Qt::LeftButton);
-  QCOMPARE(env.prompter.texts(), QStringList(FolderMissingText(folder)));
-  QVERIFY(dlg.isVisible());
-  QCOMPARE(env.state->settings.FirstRun, qint16(1));
-  QVERIFY(!QFile::exists(env.state->settingsPath()));
+  void commPortEditing_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("onSelect");
+    QTest::addColumn<QString>("up");
+    QTest::addColumn<QString>("down");
+    QTest::newRow("number") << "3" << "3" << "4" << "2";
+    QTest::newRow("lowest") << "1" << "1" << "2" << "1";
+    QTest::newRow("highest") << "256" << "256" << "256" << "255";
+    QTest::newRow("empty") << "" << "1" << "1" << "1";
+    QTest::newRow("proxy") << "HCD" << "1" << "HCD" << "HCD";
+    QTest::newRow("device") << "/dev/ttyUSB0" << "/dev/ttyUSB0" << "/dev/ttyUSB1"
+                            << "/dev/ttyUSB0";
+    QTest::newRow("device 9") << "/dev/ttyS9" << "/dev/ttyS9" << "/dev/ttyS10" << "/dev/ttyS8";
+    QTest::newRow("device without number") << "/dev/scope" << "/dev/scope" << "/dev/scope"
+                                           << "/dev/scope";
+  }
+  void commPortEditing() {
+    QFETCH(QString, text);
+    QTEST(CommPortTextOnSelect(text), "onSelect");
+    QTEST(StepCommPort(text, 1), "up");
+    QTEST(StepCommPort(text, -1), "down");
+  }
 
-  // With the folder made, the same OK goes through and closes the dialog.
-  QDir().mkpath(folder);
-  QTest::mouseClick(child<QPushButton>(dlg, "OKButton"), Qt::LeftButton);
-  QVERIFY(!dlg.isVisible());
-  QCOMPARE(dlg.result(), int(QDialog::Accepted));
-  QCOMPARE(child<QLineEdit>(dlg, "txtDataDir")->text(), folder + QLatin1Char('/'));
-  QCOMPARE(env.state->settings.FirstRun, qint16(0));
-}
+  // OK writes the whole settings file (and the INDI file for that route), which reads back.
+  void ok_data() {
+    QTest::addColumn<QStringList>("edits");
+    QTest::addColumn<QString>("record");    // "@": the temporary folder
+    QTest::addColumn<QString>("indiFile");  // empty: not the INDI route
+    QTest::newRow("every field")
+        << QStringList{"scope=3", "commPort=/dev/ttyUSB0", "dataDir=@/lists", "longDeg=2",
+                       "longMin=21", "latDeg=48", "latMin=51", "windowsZone=0", "myTimeZone=1",
+                       "minAlt=15", "maxAlt=80"}
+        << R"("GPS","/dev/ttyUSB0","@/lists/",0,#TRUE#,1,"E",2,21,"N",48,51,15,80,#TRUE#,200)"
+        << "";
+    QTest::newRow("windows zone clears the typed one")
+        << QStringList{"scope=1", "commPort=2", "myTimeZone=5", "minAlt=10", "maxAlt=85"}
+        << R"("BIG","2","@/",0,#TRUE#,0,"E",127,40,"N",26,20,10,85,#TRUE#,200)" << "";
+    QTest::newRow("index 9") << QStringList{"scope=9"}
+        << R"("GT","1","@/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)" << "";
+    QTest::newRow("letters in front of the port pass") << QStringList{"commPort=x5"}
+        << R"("GT","x5","@/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)" << "";
+    QTest::newRow("proxy keeps its address")
+        << QStringList{"scope=2", "route=hcd", "commPort= HCD 10.0.0.2:2001 "}
+        << R"("I","HCD 10.0.0.2:2001","@/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)"
+        << "";
+    QTest::newRow("proxy drops a port number")
+        << QStringList{"scope=2", "route=hcd", "commPort=4"}
+        << R"("I","HCD","@/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)" << "";
+    QTest::newRow("half to even down")
+        << QStringList{"longMin=40.5", "minAlt=20.5", "maxAlt=89.5"}
+        << R"("GT","1","@/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)" << "";
+    QTest::newRow("half to even up")
+        << QStringList{"longMin=41.5", "minAlt=21.5", "maxAlt=90.5"}
+        << R"("GT","1","@/",0,#TRUE#,0,"E",127,42,"N",26,20,22,90,#TRUE#,200)" << "";
+    QTest::newRow("typed zone") << QStringList{"windowsZone=0", "myTimeZone=-7.5h"}
+        << R"("GT","1","@/",0,#TRUE#,-7.5,"E",127,40,"N",26,20,20,90,#TRUE#,200)" << "";
+    QTest::newRow("limits off reset") << QStringList{"altLimit=0", "minAlt=5", "maxAlt=50"}
+        << R"("GT","1","@/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)" << "";
+    QTest::newRow("limits as leading numbers, min above max kept")
+        << QStringList{"minAlt=70 deg", "maxAlt=abc"}
+        << R"("GT","1","@/",0,#TRUE#,0,"E",127,40,"N",26,20,70,0,#TRUE#,200)" << "";
+    QTest::newRow("folder with separator") << QStringList{"dataDir=@/lists/"}
+        << R"("GT","1","@/lists/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)" << "";
+    QTest::newRow("folder with blanks around") << QStringList{"dataDir=  @/lists  "}
+        << R"("GT","1","@/lists/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)" << "";
+    QTest::newRow("root keeps one separator") << QStringList{"dataDir=/"}
+        << R"("GT","1","/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)" << "";
+    // The INDI route: CommPort "INDI", the server and device in a file of their own.
+    const char* indi = R"("GT","INDI","@/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)";
+    QTest::newRow("INDI typed")
+        << QStringList{"route=indi", "indiHost= scope.local ", "indiPort=7625",
+                       "indiDevice= EQMod Mount "}
+        << indi << R"("scope.local",7625,"EQMod Mount")";
+    QTest::newRow("INDI blank host, port too high")
+        << QStringList{"route=indi", "indiHost=", "indiPort=70000", "indiDevice=Telescope Simulator"}
+        << indi << R"("localhost",7624,"Telescope Simulator")";
+    QTest::newRow("INDI letters in the port")
+        << QStringList{"route=indi", "indiHost=localhost", "indiPort=76a", "indiDevice="} << indi
+        << R"("localhost",7624,"")";
+  }
+  void ok() {
+    QFETCH(QStringList, edits);
+    QFETCH(QString, record);
+    QFETCH(QString, indiFile);
+    TestEnv env;
+    env.state->settings.MyTimeZone = 3;
+    QDir().mkpath(env.path(QStringLiteral("lists")));
+    SetupFields f = fieldsWith(edits, env.dir.path());
+    QVERIFY(SetupOk(*env.state, f));
+    QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")),
+             withFolder(record.toUtf8() + "\r\n", env));
+    QCOMPARE(f.dataDir, env.state->settings.DataDir);
+    QVERIFY(env.prompter.entries.isEmpty());
+    if (indiFile.isEmpty()) return;
+    const QByteArray indiRecord = indiFile.toUtf8() + "\r\n";
+    QCOMPARE(env.readFile(QStringLiteral("config/TavorineINDI.ini")), indiRecord);
+    // Read back at the next start.
+    env.state->indi = IndiSettings{};
+    LoadIndiSettings(*env.state);
+    const SetupFields shown = SetupOpeningFields(env.state->settings, env.state->indi);
+    QVERIFY(shown.indiSelected && !shown.commPortSelected);
+    QCOMPARE(IndiRecord(IndiSettingsOf(shown)), indiRecord);
+  }
 
-void TestSetup::dialogHemisphereThenCancel() {
-  TestEnv env;
-  Setup dlg(*env.state);
-  dlg.show();
-  auto* ew = child<QPushButton>(dlg, "cmdEastWest");
-  QTest::mouseClick(ew, Qt::LeftButton);
-  QCOMPARE(ew->text(), QStringLiteral("West"));
-  QCOMPARE(env.state->settings.LongHemi, QStringLiteral("W"));
-  auto* ns = child<QPushButton>(dlg, "cmdNorthSouth");
-  QTest::mouseClick(ns, Qt::LeftButton);
-  QTest::mouseClick(ns, Qt::LeftButton);
-  QCOMPARE(ns->text(), QStringLiteral("North"));
-  auto* tz = child<QCheckBox>(dlg, "chkUseWindowsTimeZone");
-  clickBox(tz);
-  QVERIFY(!env.state->settings.UseWindowsTimeZone);
-  QVERIFY(child<QLineEdit>(dlg, "txtMyTimeZone")->isEnabled());
-  QVERIFY(child<QLabel>(dlg, "lblMyTimeZone")->isEnabled());
-  // A typed field does not reach the settings without OK.
-  child<QLineEdit>(dlg, "txtLongDeg")->setText(QStringLiteral("3"));
-  QTest::mouseClick(child<QPushButton>(dlg, "CancelButton"), Qt::LeftButton);
-  QVERIFY(!dlg.isVisible());
-  QCOMPARE(env.state->settings.LongHemi, QStringLiteral("W"));
-  QCOMPARE(env.state->settings.LongDeg, qint16(127));
-  const QByteArray file = env.readFile(QStringLiteral("config/TavorineList.ini"));
-  QCOMPARE(file.count(','), 14);
-  QVERIFY(file.contains(",1,#FALSE#,0,\"W\",127,"));
-}
+  // A refused OK writes nothing; the steps before the fault stay in memory.
+  void okRefused_data() {
+    QTest::addColumn<QStringList>("edits");
+    QTest::addColumn<QString>("message");   // thrown, or "title: text" of the box
+    QTest::addColumn<QString>("inMemory");  // the settings held, as a short record
+    QTest::newRow("missing folder on a first run")
+        << QStringList{"scope=8", "route=hcd", "altLimit=0", "dataDir=@/nowhere"}
+        << "Problem: This folder: \n@/nowhere\ndoes not exist."
+        << R"("ULTIMA","HCD","@/data/Data",1,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#)";
+    const QStringList site{"scope=4", "commPort=7", "longDeg=11", "longMin=12", "latDeg=13",
+                           "latMin=14"};
+    QTest::newRow("letters in the longitude degrees")
+        << site + QStringList{"longDeg=12a"} << "Type mismatch - 13"
+        << R"("CGE","7","@/data/Data",1,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#)";
+    QTest::newRow("letters in the latitude degrees")
+        << site + QStringList{"latDeg=12a"} << "Type mismatch - 13"
+        << R"("CGE","7","@/data/Data",1,#TRUE#,0,"E",11,12,"N",26,20,20,90,#TRUE#)";
+    QTest::newRow("letters in the latitude minutes")
+        << site + QStringList{"latMin=12a"} << "Type mismatch - 13"
+        << R"("CGE","7","@/data/Data",1,#TRUE#,0,"E",11,12,"N",13,20,20,90,#TRUE#)";
+  }
+  void okRefused() {
+    QFETCH(QStringList, edits);
+    QFETCH(QString, message);
+    QFETCH(QString, inMemory);
+    TestEnv env;
+    SetupFields f = fieldsWith(edits, env.dir.path());
+    const QString typedFolder = f.dataDir;
+    QString got;
+    try {
+      QVERIFY(!SetupOk(*env.state, f));
+      for (const auto& e : env.prompter.entries) got += e.title + QStringLiteral(": ") + e.text;
+    } catch (const AppError& e) {
+      got = e.text();
+    }
+    QCOMPARE(got, message.replace(QLatin1Char('@'), env.dir.path()));
+    QCOMPARE(SettingsRecord(env.state->settings, false), withFolder(inMemory.toUtf8() + "\r\n", env));
+    QCOMPARE(f.dataDir, typedFolder);
+    QVERIFY(!QFile::exists(env.state->settingsPath()));
+  }
 
-void TestSetup::dialogAltitudeOffThenOk() {
-  TestEnv env;
-  env.state->settings.MinAlt = 35;
-  env.state->settings.MaxAlt = 70;
-  Setup dlg(*env.state);
-  dlg.show();
-  child<QLineEdit>(dlg, "txtDataDir")->setText(env.dir.path());
-  auto* alt = child<QCheckBox>(dlg, "chkUseAltLimit");
-  clickBox(alt);
-  QVERIFY(!env.state->settings.UseAltLimit);
-  for (const char* n : {"lblMinAlt", "txtMinAlt", "lblMaxAlt", "txtMaxAlt"})
-    QVERIFY2(!child<QWidget>(dlg, n)->isEnabled(), n);
-  QTest::mouseClick(child<QPushButton>(dlg, "OKButton"), Qt::LeftButton);
-  QVERIFY(!dlg.isVisible());
-  QVERIFY(env.readFile(QStringLiteral("config/TavorineList.ini"))
-              .endsWith(",20,90,#FALSE#,200\r\n"));
-}
+  void cancel() {
+    TestEnv env;
+    AppState& st = *env.state;
+    st.settings.LongHemi = QStringLiteral("W");
+    st.settings.DataDir = QStringLiteral("/home/ann/Data");
+    SetupCancel(st);
+    QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")),
+             QByteArray("\"GT\",\"1\",\"/home/ann/Data\",1,#TRUE#,0,\"W\",127,40,\"N\",26,20,20,90,"
+                        "#TRUE#\r\n"));
+    // Once the file exists, Cancel writes nothing.
+    env.writeFile(QStringLiteral("config/TavorineList.ini"), "kept");
+    st.settings.LatHemi = QStringLiteral("S");
+    SetupCancel(st);
+    QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")), QByteArray("kept"));
+  }
 
-void TestSetup::dialogLettersInCoordinate() {
-  TestEnv env;
-  Setup dlg(*env.state);
-  dlg.show();
-  child<QLineEdit>(dlg, "txtDataDir")->setText(env.dir.path());
-  child<QLineEdit>(dlg, "txtLatMin")->setText(QStringLiteral("twenty"));
-  QTest::mouseClick(child<QPushButton>(dlg, "OKButton"), Qt::LeftButton);
-  QCOMPARE(env.prompter.entries.size(), 1);
-  QCOMPARE(env.prompter.entries[0].title, AppTitle());
-  QCOMPARE(env.prompter.entries[0].text, QStringLiteral("Type mismatch - 13"));
-  QVERIFY(dlg.isVisible());
-  QVERIFY(!QFile::exists(env.state->settingsPath()));
-}
+  // A port typed by hand that is not among those found leaves none of them shown as chosen.
+  void foundPortsShowThePortInUse() {
+    TestEnv env;
+    env.state->settings.CommPort = QStringLiteral("/dev/pts/99");
+    Setup typed(*env.state);
+    auto* typedPorts = child<QComboBox>(typed, "cmbFoundPorts");
+    QCOMPARE(child<QLineEdit>(typed, "txtCommPort")->text(), QStringLiteral("/dev/pts/99"));
+    if (typedPorts->itemData(0).toString().isEmpty()) {
+      QCOMPARE(typedPorts->itemText(0), QStringLiteral("(no ports found)"));
+      return;
+    }
+    QCOMPARE(typedPorts->currentIndex(), -1);
+    env.state->settings.CommPort = typedPorts->itemData(0).toString();
+    Setup found(*env.state);
+    QCOMPARE(child<QComboBox>(found, "cmbFoundPorts")->currentIndex(), 0);
+  }
 
-// The INDI route: CommPort "INDI" in the settings record, the server and device in a file of
-// their own, read back at the next start.
-void TestSetup::indiRoute_data() {
-  QTest::addColumn<QStringList>("typed");  // host, port, device
-  QTest::addColumn<QByteArray>("file");
-  QTest::newRow("typed") << QStringList{" scope.local ", "7625", " EQMod Mount "}
-                         << QByteArray("\"scope.local\",7625,\"EQMod Mount\"\r\n");
-  QTest::newRow("blank host, port too high") << QStringList{"", "70000", "Telescope Simulator"}
-                         << QByteArray("\"localhost\",7624,\"Telescope Simulator\"\r\n");
-  QTest::newRow("letters in the port") << QStringList{"localhost", "76a", ""}
-                                       << QByteArray("\"localhost\",7624,\"\"\r\n");
-}
+  // OK refused keeps the dialog open with the box; put right, the same OK closes it.
+  void dialogOkRefused_data() {
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<QString>("typed");  // "@": the temporary folder
+    QTest::addColumn<QString>("fixed");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("missing folder") << "txtDataDir" << "@/gone" << "@/gone" << "Problem"
+                                    << "This folder: \n@/gone\ndoes not exist.";
+    QTest::newRow("letters in a coordinate") << "txtLatMin" << "twenty" << "20" << AppTitle()
+                                             << "Type mismatch - 13";
+  }
+  void dialogOkRefused() {
+    QFETCH(QString, control);
+    QFETCH(QString, typed);
+    QFETCH(QString, fixed);
+    QFETCH(QString, title);
+    QFETCH(QString, text);
+    TestEnv env;
+    Setup dlg(*env.state);
+    dlg.show();
+    const auto at = [&](QString s) { return s.replace(QLatin1Char('@'), env.dir.path()); };
+    child<QLineEdit>(dlg, "txtDataDir")->setText(env.dir.path());
+    auto* edit = child<QLineEdit>(dlg, control.toLatin1().constData());
+    edit->setText(at(typed));
+    click(dlg, "OKButton");
+    QCOMPARE(env.prompter.entries.size(), 1);
+    QCOMPARE(env.prompter.entries[0].title, title);
+    QCOMPARE(env.prompter.entries[0].text, at(text));
+    QVERIFY(dlg.isVisible());
+    QCOMPARE(env.state->settings.FirstRun, qint16(1));
+    QVERIFY(!QFile::exists(env.state->settingsPath()));
 
-void TestSetup::indiRoute() {
-  QFETCH(QStringList, typed);
-  QFETCH(QByteArray, file);
-  TestEnv env;
-  SetupFields f = validFields(env.dir.path());
-  f.commPortSelected = false;
-  f.indiSelected = true;
-  f.indiHost = typed[0];
-  f.indiPort = typed[1];
-  f.indiDevice = typed[2];
-  QVERIFY(SetupOk(*env.state, f));
-  QVERIFY(env.readFile(QStringLiteral("config/TavorineList.ini")).startsWith("\"GT\",\"INDI\","));
-  QCOMPARE(env.readFile(QStringLiteral("config/TavorineINDI.ini")), file);
+    QDir().mkpath(at(fixed));
+    edit->setText(at(fixed));
+    click(dlg, "OKButton");
+    QVERIFY(!dlg.isVisible());
+    QCOMPARE(dlg.result(), int(QDialog::Accepted));
+    QVERIFY(child<QLineEdit>(dlg, "txtDataDir")->text().endsWith(QLatin1Char('/')));
+    QCOMPARE(env.state->settings.FirstRun, qint16(0));
+  }
 
-  env.state->indi = IndiSettings{};
-  LoadIndiSettings(*env.state);
-  const SetupFields shown = SetupOpeningFields(env.state->settings, env.state->indi);
-  QVERIFY(shown.indiSelected && !shown.commPortSelected);
-  QCOMPARE(IndiRecord(IndiSettingsOf(shown)), file);
-}
+  // The buttons and boxes change the live settings at once; Escape leaves as Cancel does and
+  // a typed field does not reach the settings without OK. With the altitude limits off, their
+  // fields are greyed and OK writes the limits back to 20 and 90.
+  void dialogButtonsAndBoxes() {
+    TestEnv env;
+    env.state->settings.MinAlt = 35;
+    env.state->settings.MaxAlt = 70;
+    Setup dlg(*env.state);
+    dlg.show();
+    auto* ew = child<QPushButton>(dlg, "cmdEastWest");
+    QTest::mouseClick(ew, Qt::LeftButton);
+    QCOMPARE(ew->text(), QStringLiteral("West"));
+    QCOMPARE(env.state->settings.LongHemi, QStringLiteral("W"));
+    auto* ns = child<QPushButton>(dlg, "cmdNorthSouth");
+    QTest::mouseClick(ns, Qt::LeftButton);
+    QTest::mouseClick(ns, Qt::LeftButton);
+    QCOMPARE(ns->text(), QStringLiteral("North"));
+    clickBox(child<QCheckBox>(dlg, "chkUseWindowsTimeZone"));
+    QVERIFY(!env.state->settings.UseWindowsTimeZone);
+    QVERIFY(child<QLineEdit>(dlg, "txtMyTimeZone")->isEnabled());
+    QVERIFY(child<QLabel>(dlg, "lblMyTimeZone")->isEnabled());
+    clickBox(child<QCheckBox>(dlg, "chkUseAltLimit"));
+    QVERIFY(!env.state->settings.UseAltLimit);
+    for (const char* n : {"lblMinAlt", "txtMinAlt", "lblMaxAlt", "txtMaxAlt"})
+      QVERIFY2(!child<QWidget>(dlg, n)->isEnabled(), n);
+    child<QLineEdit>(dlg, "txtLongDeg")->setText(QStringLiteral("3"));
+    QTest::keyClick(&dlg, Qt::Key_Escape);
+    QVERIFY(!dlg.isVisible());
+    QCOMPARE(env.state->settings.LongDeg, qint16(127));
+    const QByteArray file = env.readFile(QStringLiteral("config/TavorineList.ini"));
+    QCOMPARE(file.count(','), 14);
+    QVERIFY(file.contains(",1,#FALSE#,0,\"W\",127,"));
 
-void TestSetup::dialogPortRoutes() {
-  TestEnv env;
-  env.state->settings.CommPort = QStringLiteral("HCD 192.168.1.9:2000");
-  Setup dlg(*env.state);
-  dlg.show();
-  auto* port = child<QLineEdit>(dlg, "txtCommPort");
-  QCOMPARE(port->text(), QStringLiteral("HCD 192.168.1.9:2000"));
-  QVERIFY(!port->isEnabled());
-  clickBox(child<QRadioButton>(dlg, "optCommPort"));
-  QVERIFY(port->isEnabled());
-  QCOMPARE(port->text(), QStringLiteral("1"));
-  auto* upDown = child<QWidget>(dlg, "UpDown1");
-  auto arrows = upDown->findChildren<QToolButton*>();
-  QCOMPARE(arrows.size(), 2);
-  QTest::mouseClick(arrows[0], Qt::LeftButton);
-  QTest::mouseClick(arrows[0], Qt::LeftButton);
-  QCOMPARE(port->text(), QStringLiteral("3"));
-  clickBox(child<QRadioButton>(dlg, "optHCD"));
-  QVERIFY(!port->isEnabled());
-  QVERIFY(!upDown->isEnabled());
-  QCOMPARE(dlg.fields().commPortSelected, false);
-  auto* indiHost = child<QLineEdit>(dlg, "txtIndiHost");
-  QVERIFY(!indiHost->isEnabled());
-  clickBox(child<QRadioButton>(dlg, "optIndi"));
-  QVERIFY(indiHost->isEnabled() && child<QComboBox>(dlg, "cmbIndiDevice")->isEnabled());
-  QVERIFY(!port->isEnabled());
-  QCOMPARE(dlg.fields().indiSelected, true);
-  QCOMPARE(dlg.fields().indiPort + dlg.fields().indiDevice, QStringLiteral("7624Telescope Simulator"));
+    dlg.show();
+    child<QLineEdit>(dlg, "txtDataDir")->setText(env.dir.path());
+    click(dlg, "OKButton");
+    QVERIFY(!dlg.isVisible());
+    QVERIFY(env.readFile(QStringLiteral("config/TavorineList.ini"))
+                .endsWith(",20,90,#FALSE#,200\r\n"));
+  }
 
-  // The focus selects the whole text.
-  auto* deg = child<QLineEdit>(dlg, "txtLatDeg");
-  dlg.activateWindow();
-  deg->setFocus(Qt::TabFocusReason);
-  QTRY_COMPARE(deg->selectedText(), QStringLiteral("26"));
-}
+  void dialogPortRoutes() {
+    TestEnv env;
+    env.state->settings.CommPort = QStringLiteral("HCD 192.168.1.9:2000");
+    Setup dlg(*env.state);
+    dlg.show();
+    auto* port = child<QLineEdit>(dlg, "txtCommPort");
+    QCOMPARE(port->text(), QStringLiteral("HCD 192.168.1.9:2000"));
+    QVERIFY(!port->isEnabled());
+    clickBox(child<QRadioButton>(dlg, "optCommPort"));
+    QVERIFY(port->isEnabled());
+    QCOMPARE(port->text(), QStringLiteral("1"));
+    auto* upDown = child<QWidget>(dlg, "UpDown1");
+    auto arrows = upDown->findChildren<QToolButton*>();
+    QCOMPARE(arrows.size(), 2);
+    QTest::mouseClick(arrows[0], Qt::LeftButton);
+    QTest::mouseClick(arrows[0], Qt::LeftButton);
+    QCOMPARE(port->text(), QStringLiteral("3"));
+    clickBox(child<QRadioButton>(dlg, "optHCD"));
+    QVERIFY(!port->isEnabled() && !upDown->isEnabled());
+    QCOMPARE(dlg.fields().commPortSelected, false);
+    auto* indiHost = child<QLineEdit>(dlg, "txtIndiHost");
+    QVERIFY(!indiHost->isEnabled());
+    clickBox(child<QRadioButton>(dlg, "optIndi"));
+    QVERIFY(indiHost->isEnabled() && child<QComboBox>(dlg, "cmbIndiDevice")->isEnabled());
+    QVERIFY(!port->isEnabled());
+    QCOMPARE(dlg.fields().indiSelected, true);
+    QCOMPARE(dlg.fields().indiPort + dlg.fields().indiDevice,
+             QStringLiteral("7624Telescope Simulator"));
+    // The focus selects the whole text.
+    auto* deg = child<QLineEdit>(dlg, "txtLatDeg");
+    dlg.activateWindow();
+    deg->setFocus(Qt::TabFocusReason);
+    QTRY_COMPARE(deg->selectedText(), QStringLiteral("26"));
+  }
 
-void TestSetup::dialogColorAndBrowse() {
-  TestEnv env;
-  env.state->settings.DataDir = QStringLiteral("/srv/lists/");
-  Setup dlg(*env.state);
-  QString startedAt;
-  dlg.setFolderPicker([&](QWidget*, const QString& start) {
-    startedAt = start;
-    return QStringLiteral("/tmp/chosen");
-  });
-  qint32 offered = -2;
-  qint32 answer = 0x123456;
-  dlg.setColorChooser([&](QWidget*, qint32 initial) {
-    offered = initial;
-    return answer;
-  });
-  dlg.show();
-  QTest::mouseClick(child<QPushButton>(dlg, "cmmdBrowse"), Qt::LeftButton);
-  QCOMPARE(startedAt, QStringLiteral("/srv/lists/"));
-  QCOMPARE(child<QLineEdit>(dlg, "txtDataDir")->text(), QStringLiteral("/tmp/chosen"));
-  QCOMPARE(env.state->settings.DataDir, QStringLiteral("/srv/lists/"));
+  void dialogColorAndBrowse() {
+    TestEnv env;
+    env.state->settings.DataDir = QStringLiteral("/srv/lists/");
+    Setup dlg(*env.state);
+    QString startedAt;
+    dlg.setFolderPicker([&](QWidget*, const QString& start) {
+      startedAt = start;
+      return QStringLiteral("/tmp/chosen");
+    });
+    qint32 offered = -2, answer = 0x123456;
+    dlg.setColorChooser([&](QWidget*, qint32 initial) {
+      offered = initial;
+      return answer;
+    });
+    dlg.show();
+    click(dlg, "cmmdBrowse");
+    QCOMPARE(startedAt, QStringLiteral("/srv/lists/"));
+    QCOMPARE(child<QLineEdit>(dlg, "txtDataDir")->text(), QStringLiteral("/tmp/chosen"));
+    QCOMPARE(env.state->settings.DataDir, QStringLiteral("/srv/lists/"));
+    click(dlg, "cmdColor");
+    QCOMPARE(offered, 200);
+    QCOMPARE(env.state->settings.ObjectColor, 0x123456);
+    QVERIFY(child<QWidget>(dlg, "shpObjectColor")->styleSheet().contains(QLatin1String("#563412")));
+    answer = -1;  // cancelled
+    click(dlg, "cmdColor");
+    QCOMPARE(env.state->settings.ObjectColor, 0x123456);
+    QVERIFY(env.prompter.entries.isEmpty());
+  }
 
-  QTest::mouseClick(child<QPushButton>(dlg, "cmdColor"), Qt::LeftButton);
-  QCOMPARE(offered, 200);
-  QCOMPARE(env.state->settings.ObjectColor, 0x123456);
-  QVERIFY(child<QWidget>(dlg, "shpObjectColor")->styleSheet().contains(QLatin1String("#563412")));
-  answer = -1;  // cancelled
-  QTest::mouseClick(child<QPushButton>(dlg, "cmdColor"), Qt::LeftButton);
-  QCOMPARE(env.state->settings.ObjectColor, 0x123456);
-  QVERIFY(env.prompter.entries.isEmpty());
-}
-
-void TestSetup::dialogEscapeIsCancel() {
-  TestEnv env;
-  Setup dlg(*env.state);
-  dlg.show();
-  QTest::keyClick(&dlg, Qt::Key_Escape);
-  QVERIFY(!dlg.isVisible());
-  QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")).count(','), 14);
-}
-
-// A first run whose settings folder cannot be made: OK and Cancel say which file and why; OK
-// stays open, Cancel closes.
-void TestSetup::dialogUnwritableConfigFolder() {
-  TestEnv env;
-  env.writeFile(QStringLiteral("blocker"), "a file where the folder should be");
-  env.state->configFolder = env.path(QStringLiteral("blocker/config"));
-  env.state->settings.DataDir = env.dir.path();
-  Setup dlg(*env.state);
-  dlg.show();
-  child<QPushButton>(dlg, "OKButton")->click();
-  QVERIFY(dlg.isVisible());
-  child<QPushButton>(dlg, "CancelButton")->click();
-  QVERIFY(!dlg.isVisible());
-  const QString text = QStringLiteral("Path/File access error: %1/TavorineList.ini (the folder %1 "
-                                      "cannot be made) - 75")
-                           .arg(env.state->configFolder);
-  QCOMPARE(env.prompter.texts(), QStringList({text, text}));
-}
+  // A first run whose settings folder cannot be made: OK and Cancel say which file and why; OK
+  // stays open, Cancel closes.
+  void dialogUnwritableConfigFolder() {
+    TestEnv env;
+    env.writeFile(QStringLiteral("blocker"), "a file where the folder should be");
+    env.state->configFolder = env.path(QStringLiteral("blocker/config"));
+    env.state->settings.DataDir = env.dir.path();
+    Setup dlg(*env.state);
+    dlg.show();
+    child<QPushButton>(dlg, "OKButton")->click();
+    QVERIFY(dlg.isVisible());
+    child<QPushButton>(dlg, "CancelButton")->click();
+    QVERIFY(!dlg.isVisible());
+    const QString text = QStringLiteral("Path/File access error: %1/TavorineList.ini (the folder %1 "
+                                        "cannot be made) - 75")
+                             .arg(env.state->configFolder);
+    QCOMPARE(env.prompter.texts(), QStringList({text, text}));
+  }
+};
 
 QTEST_MAIN(TestSetup)
 #include "tst_setup.moc"

@@ -8,18 +8,19 @@
 #include "exchange/exchangeobject.h"
 #include "support/listdocument.h"
 
-// A list document made from the shipped template, holding the given objects (columns in the
-// order of the exchange files) with DisplayOrder 1, 2, 3...
-inline void MakeExchangeList(const AppState& state, const QString& path,
-                             const std::vector<ImportedObject>& objects) {
-  MakeListDocument(state, path, {});
-  Database db(path, Database::Mode::ReadWrite);
-  QStringList columns{QStringLiteral("DisplayOrder")};
+// The Objects table's columns in the order of the exchange files, DisplayOrder first for it.
+inline QString ExchangeFields(bool order) {
+  QStringList columns;
+  if (order) columns << QStringLiteral("DisplayOrder");
   for (const ExchangeColumnInfo& c : ExchangeColumns()) columns << c.field;
+  return columns.join(QLatin1Char(','));
+}
+
+// Adds the objects to a list document's Objects with DisplayOrder 1, 2, 3...
+inline void InsertExchangeRows(Database& db, const std::vector<ImportedObject>& objects) {
   Database::Transaction batch(db);
   Statement st = db.prepare(QStringLiteral("INSERT INTO Objects (%1) VALUES (?1,?2,?3,?4,?5,?6,"
-                                           "?7,?8,?9,?10,?11,?12,?13)")
-                                .arg(columns.join(QLatin1Char(','))));
+                                           "?7,?8,?9,?10,?11,?12,?13)").arg(ExchangeFields(true)));
   int order = 0;
   for (const ImportedObject& o : objects) {
     st.bind(1, ++order);
@@ -30,15 +31,20 @@ inline void MakeExchangeList(const AppState& state, const QString& path,
   batch.commit();
 }
 
+// A list document made from the shipped template, holding the given objects.
+inline void MakeExchangeList(const AppState& state, const QString& path,
+                             const std::vector<ImportedObject>& objects) {
+  MakeListDocument(state, path, {});
+  Database db(path, Database::Mode::ReadWrite);
+  InsertExchangeRows(db, objects);
+}
+
 // Every row of a table as "DisplayOrder|Category|ObjectNum|..." in its stored order, Null as
 // "<null>" (no DisplayOrder for UserObjects).
 inline QStringList TableRows(const QString& path, const QString& table = QStringLiteral("Objects")) {
   Database db(path, Database::Mode::ReadOnly);
-  QStringList columns;
-  if (table == QLatin1String("Objects")) columns << QStringLiteral("DisplayOrder");
-  for (const ExchangeColumnInfo& c : ExchangeColumns()) columns << c.field;
   Statement st = db.prepare(QStringLiteral("SELECT %1 FROM %2 ORDER BY rowid")
-                                .arg(columns.join(QLatin1Char(',')), table));
+                                .arg(ExchangeFields(table == QLatin1String("Objects")), table));
   QStringList out;
   while (st.step()) {
     QStringList row;

@@ -7,8 +7,6 @@
 //   one as a single blank, a number in its printed form) and the same position.
 // - A row the tour export writes reads back through the tour import as one object, at the
 //   position written to a tenth of a second.
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <algorithm>
 #include <cmath>
 
@@ -17,10 +15,9 @@
 #include "exchange/codepage.h"
 #include "exchange/csvformat.h"
 #include "exchange/exportvalues.h"
+#include "exchange/exchangefixture.h"
 #include "exchange/tourformat.h"
 #include "fuzzsupport.h"
-#include "support/listdocument.h"
-#include "support/testenv.h"
 
 namespace {
 
@@ -47,22 +44,13 @@ QString codePageText(FuzzedDataProvider& in, size_t most) {
 // price of reading both. The round trips below are claimed for every other file.
 bool readsAsUtf8(const QByteArray& file) { return DecodeImportText(file) != DecodeCodePage(file); }
 
-struct Document {
-  Document() {
-    EnsureCoreApplication();
-    path = env.path(QStringLiteral("fuzz.tlf"));
-    MakeListDocument(*env.state, path, {});
-    db = std::make_unique<Database>(path, Database::Mode::ReadWrite);
-  }
-  TestEnv env;
-  QString path;
-  std::unique_ptr<Database> db;
-};
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static Document doc;
+  static TestEnv env;
+  static const QString path = env.path(QStringLiteral("fuzz.tlf"));
+  static Database db((EnsureCoreApplication(), MakeExchangeList(*env.state, path, {}), path),
+                     Database::Mode::ReadWrite);
   FuzzedDataProvider in(data, size);
   const int mode = in.ConsumeIntegralInRange(0, 2);
   if (mode == 0) {
@@ -73,55 +61,46 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     return 0;
   }
 
-  QString texts[ExchangeColumnCount];
+  ImportedObject o;
   for (const int c : {ColCategory, ColObjectNum, ColName, ColType, ColMagnitude, ColConstellation,
                       ColInfo})
-    texts[c] = codePageText(in, 40);
-  texts[ColDecSign] = in.ConsumeBool() ? QStringLiteral("-") : QStringLiteral("+");
-  const double ra = in.ConsumeIntegralInRange(0, 23), raMin = in.ConsumeIntegralInRange(0, 599) / 10.0;
+    o[c] = codePageText(in, 40);
+  o[ColDecSign] = in.ConsumeBool() ? QStringLiteral("-") : QStringLiteral("+");
+  o[ColRAHour] = double(in.ConsumeIntegralInRange(0, 23));
+  o[ColRAMinute] = in.ConsumeIntegralInRange(0, 599) / 10.0;
   const double dec = in.ConsumeIntegralInRange(0, 89), decMin = in.ConsumeIntegralInRange(0, 59);
-  doc.db->exec(QStringLiteral("DELETE FROM Objects"));
-  Statement st = doc.db->prepare(QStringLiteral(
-      "INSERT INTO Objects (DisplayOrder, Category, ObjectNum, Name, Type, Constellation, "
-      "Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, DecMinute) "
-      "VALUES (1, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"));
-  int k = 1;
-  for (const int c : {ColCategory, ColObjectNum, ColName, ColType, ColConstellation, ColMagnitude,
-                      ColInfo})
-    st.bind(k++, texts[c]);
-  for (const QVariant& v : {QVariant(ra), QVariant(raMin), QVariant(texts[ColDecSign]),
-                            QVariant(dec), QVariant(decMin)})
-    st.bind(k++, v);
-  st.step();
+  o[ColDecDeg] = dec, o[ColDecMinute] = decMin;
+  db.exec(QStringLiteral("DELETE FROM Objects"));
+  InsertExchangeRows(db, {o});
 
-  ListRows rows(*doc.db);
+  ListRows rows(db);
   if (mode == 1) {
     const QByteArray file = WriteCsv(rows, CsvVariant::General);
     if (readsAsUtf8(file)) return 0;
     const ImportReading r = ReadCsvImport(file, true);
     const QString detail = QString::fromLatin1(file.toPercentEncoding(" ,\"#"));
     Require(r.wellFormed && r.objects.size() == 1, "the export reads back as one object", detail);
-    const ImportedObject& o = r.objects[0];
-    for (const int c : {ColCategory, ColObjectNum, ColName, ColType, ColMagnitude, ColConstellation,
-                        ColDecSign, ColInfo}) {
-      QString want = ExchangeColumns()[c].trimmed ? texts[c].trimmed() : texts[c];
-      const QString got = o[c].toString();
-      if (c == ColObjectNum || c == ColMagnitude) {
+    for (int c = 0; c < ExchangeColumnCount; ++c) {
+      const ExchangeColumnInfo& info = ExchangeColumns()[c];
+      const QVariant& back = r.objects[0][c];
+      const QString text = info.trimmed ? o[c].toString().trimmed() : o[c].toString();
+      const QString got = back.toString().trimmed(), want = text.trimmed();
+      bool same;
+      if (info.number) {
+        same = back.toDouble() == o[c].toDouble();
+      } else if (c == ColObjectNum || c == ColMagnitude) {
         // A number comes back in its printed form, a catalog number right-aligned in ten places.
-        const QString w = want.trimmed(), g = got.trimmed();
-        const bool same = IsNumeric(w) ? IsNumeric(g) && std::fabs(Val(g) - Val(w)) <=
-                                                             1e-14 * std::max(1.0, std::fabs(Val(w)))
-                                       : g == w;
-        Require(same && (c == ColMagnitude || got.size() >= 10), "a number reads back as written",
-                detail);
-        continue;
+        same = (IsNumeric(want) ? IsNumeric(got) && std::fabs(Val(got) - Val(want)) <=
+                                                        1e-14 * std::max(1.0, std::fabs(Val(want)))
+                                : got == want) &&
+               (c == ColMagnitude || back.toString().size() >= 10);
+      } else {
+        // The import stores no empty text: an empty one comes back as a single blank.
+        same = back.toString() == (text.isEmpty() ? QStringLiteral(" ") : text);
       }
-      if (want.isEmpty()) want = QStringLiteral(" ");  // the import stores no empty text
-      Require(got == want, "a text reads back as written", detail);
+      Require(same, info.number ? "the position reads back as written" : "a text reads back as written",
+              info.field + QLatin1Char('\n') + detail);
     }
-    Require(o[ColRAHour].toDouble() == ra && o[ColRAMinute].toDouble() == raMin &&
-                o[ColDecDeg].toDouble() == dec && o[ColDecMinute].toDouble() == decMin,
-            "the position reads back as written", detail);
     return 0;
   }
   const QByteArray file = WriteTour(rows);
@@ -129,13 +108,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const ImportReading r = ReadTour(file);
   const QString detail = QString::fromLatin1(file.toPercentEncoding(" #"));
   Require(r.wellFormed && r.objects.size() == 1, "the tour reads back as one object", detail);
-  const ImportedObject& o = r.objects[0];
-  const double wrote = ra * 60 + raMin, read = o[ColRAHour].toDouble() * 60 + o[ColRAMinute].toDouble();
-  Require(std::fabs(wrote - read) < 0.1 / 60 + 1e-9, "the right ascension reads back", detail);
-  const double sign = texts[ColDecSign] == QLatin1String("-") && dec * 60 + decMin > 0 ? -1 : 1;
-  const double readSign = o[ColDecSign].toString() == QLatin1String("-") ? -1 : 1;
-  Require(sign == readSign && std::fabs(dec * 60 + decMin - (o[ColDecDeg].toDouble() * 60 +
-                                                             o[ColDecMinute].toDouble())) < 0.1 / 60 + 1e-9,
+  const ImportedObject& back = r.objects[0];
+  auto apart = [&](int whole, int part) {  // minutes between what was written and what came back
+    return std::fabs(o[whole].toDouble() * 60 + o[part].toDouble() -
+                     (back[whole].toDouble() * 60 + back[part].toDouble()));
+  };
+  Require(apart(ColRAHour, ColRAMinute) < 0.1 / 60 + 1e-9, "the right ascension reads back", detail);
+  const bool south = o[ColDecSign].toString() == QLatin1String("-") && dec * 60 + decMin > 0;
+  Require(south == (back[ColDecSign].toString() == QLatin1String("-")) &&
+              apart(ColDecDeg, ColDecMinute) < 0.1 / 60 + 1e-9,
           "the declination reads back", detail);
   return 0;
 }

@@ -4,26 +4,16 @@
 // - The WHERE text it builds for a page runs, and selects the rows a plain reading of the boxes
 //   selects: a ticked type whose magnitude lies between the two bounds (in either order), the
 //   bounds as the text prints them.
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <cmath>
 
 #include "catalog/catalogpages.h"
 #include "catalog/filterlogic.h"
-#include "catalog/queryset.h"
-#include "catalog/recordset.h"
 #include "core/apperror.h"
 #include "core/numtext.h"
 #include "core/settings.h"
 #include "fuzzsupport.h"
-#include "support/testenv.h"
 
 namespace {
-
-QString number(FuzzedDataProvider& in) {
-  const std::string s = in.ConsumeRandomLengthString(24);
-  return QString::fromUtf8(s.data(), int(s.size()));
-}
 
 // A bound as the query holds it: the printed form of Val of the box.
 double bound(const QString& box) { return Val(PrintedNumber(Val(box))); }
@@ -67,43 +57,22 @@ bool selected(int set, const FilterForm& f, const Recordset& rs, int row) {
          (f.chkNeb && sameText(type, "Nebula") && between(m, f.txtNebMin, f.txtNebMax));
 }
 
-struct Setup {
-  Setup() {
-    EnsureCoreApplication();
-    const QString catalog = SampleCatalog(60);
-    env.state->programFolder = QFileInfo(catalog).absolutePath();
-    env.state->settings.DataDir = QFileInfo(SampleUserList(60)).absolutePath();
-    for (int set = 0; set < QuerySet::Count; ++set) {
-      const CatalogPage& page = PageByQuerySet(set);
-      db[set] = Database::open(PageDatabasePath(*env.state, page), Database::Mode::ReadOnly);
-      all[set] = std::make_unique<Recordset>(db[set], PageRecordSource(*env.state, set));
-    }
-  }
-  TestEnv env;
-  std::shared_ptr<Database> db[QuerySet::Count];
-  std::unique_ptr<Recordset> all[QuerySet::Count];  // every row of the page, unfiltered
-};
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static Setup setup;
+  static SamplePages setup;
   AppState& state = *setup.env.state;
   FuzzedDataProvider in(data, size);
   FilterForm f;
-  f.chkAltFilter = in.ConsumeBool();
-  f.chkGal = in.ConsumeBool();
-  f.chkGC = in.ConsumeBool();
-  f.chkOC = in.ConsumeBool();
-  f.chkPN = in.ConsumeBool();
-  f.chkNeb = in.ConsumeBool();
+  for (bool* tick : {&f.chkAltFilter, &f.chkGal, &f.chkGC, &f.chkOC, &f.chkPN, &f.chkNeb})
+    *tick = in.ConsumeBool();
   const int set = in.ConsumeIntegralInRange(0, QuerySet::Count - 1);
   for (QString* box : {&f.txtMinAltFilter, &f.txtGalMin, &f.txtGalMax, &f.txtGCMin, &f.txtGCMax,
                        &f.txtOCMin, &f.txtOCMax, &f.txtPNMin, &f.txtPNMax, &f.txtNebMin,
                        &f.txtNebMax, &f.txtDSSepMin, &f.txtDSSepMax, &f.txtDSMagMin,
                        &f.txtDSMagMax, &f.txtDSMagDifMin, &f.txtDSMagDifMax, &f.txtUserMagMin,
                        &f.txtUserMagMax})
-    *box = number(in);
+    *box = QString::fromStdString(in.ConsumeRandomLengthString(24));
 
   setup.env.prompter.clear();
   bool closed = false;
@@ -115,14 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   if (!closed) return 0;
 
-  FilterSettings onDisk;
-  try {
-    ReadFilterFile(state.filterPath(), onDisk);
-  } catch (const AppError& e) {
-    Require(false, "Filter.ini reads back without an error", e.text());
-  }
-  Require(FilterRecord(onDisk) == FilterRecord(state.filter), "Filter.ini holds the filter in force",
-          QString::fromLatin1(FilterRecord(state.filter)));
+  RequireFilterFileInForce(state);
 
   PageQuery& q = state.Pages[size_t(set)];
   const QString where = q.Where;
@@ -135,7 +97,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   } catch (const AppError& e) {
     Require(false, "the filter's query runs", source + QLatin1Char('\n') + e.text());
   }
-  const Recordset& all = *setup.all[set];
+  const Recordset& all = *setup.rs[set];
   int expected = 0;
   for (int row = 0; row < all.RecordCount(); ++row) expected += selected(set, f, all, row);
   Require(rs->RecordCount() == expected, "the filter selects the rows the boxes ask for",

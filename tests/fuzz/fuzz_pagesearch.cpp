@@ -5,18 +5,12 @@
 //   row whose name holds the text anywhere, whose number is the text, or (double stars, "Exact
 //   Match") whose name ends in it or holds it before a comma; letters compare as the engine
 //   compares them, A to Z without regard to case.
-#include <fuzzer/FuzzedDataProvider.h>
-
-#include <QDir>
-#include <memory>
+#include <QRegularExpression>
 
 #include "catalog/catalogpages.h"
-#include "catalog/queryset.h"
-#include "catalog/recordset.h"
 #include "catalog/searchcriteria.h"
 #include "core/apperror.h"
 #include "fuzzsupport.h"
-#include "support/testenv.h"
 
 namespace {
 
@@ -27,11 +21,8 @@ QString fold(const QString& s) {
   return out;
 }
 
-QString trimBlanks(const QString& s) {
-  int a = 0, b = s.size();
-  while (a < b && s[a] == QLatin1Char(' ')) ++a;
-  while (b > a && s[b - 1] == QLatin1Char(' ')) --b;
-  return s.mid(a, b - a);
+QString trimBlanks(const QString& s) {  // spaces only, off both ends
+  return QString(s).remove(QRegularExpression(QStringLiteral("\\A +| +\\z")));
 }
 
 bool matches(int querySet, SearchOption option, const QString& typed, const Recordset& rs, int row) {
@@ -47,28 +38,10 @@ bool matches(int querySet, SearchOption option, const QString& typed, const Reco
   return !v.isNull() && fold(trimBlanks(FieldText(v))) == fold(typed);
 }
 
-struct Pages {
-  Pages() {
-    EnsureCoreApplication();
-    const QString catalog = SampleCatalog(60);
-    env.state->programFolder = QFileInfo(catalog).absolutePath();
-    env.state->settings.DataDir = QFileInfo(SampleUserList(60)).absolutePath();
-    for (int set = 0; set < QuerySet::Count; ++set) {
-      const CatalogPage& page = PageByQuerySet(set);
-      const bool user = page.source == CatalogPage::Source::UserList;
-      auto db = Database::open(PageDatabasePath(*env.state, page),
-                               user ? Database::Mode::ReadWrite : Database::Mode::ReadOnly);
-      rs[set] = std::make_unique<Recordset>(db, PageRecordSource(*env.state, set));
-    }
-  }
-  TestEnv env;
-  std::unique_ptr<Recordset> rs[QuerySet::Count];
-};
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static Pages pages;
+  static SamplePages pages;
   FuzzedDataProvider in(data, size);
   const int set = in.ConsumeIntegralInRange(0, QuerySet::Count - 1);
   const SearchOption option = in.ConsumeBool() ? SearchOption::Name : SearchOption::Number;
@@ -94,16 +67,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (QChar c : typed)
     if (wild.contains(c) || c.isNull()) return 0;
   int expected = -1;
-  if (how == 0) {
-    for (int i = 0; i < n && expected < 0; ++i)
-      if (matches(set, option, typed, rs, i)) expected = i;
-  } else if (how == 1) {
-    for (int i = start + 1; i < n && expected < 0; ++i)
-      if (matches(set, option, typed, rs, i)) expected = i;
-  } else {
-    for (int i = start - 1; i >= 0 && expected < 0; --i)
-      if (matches(set, option, typed, rs, i)) expected = i;
-  }
+  const int step = how == 2 ? -1 : 1;
+  for (int i = how == 0 ? 0 : start + step; i >= 0 && i < n && expected < 0; i += step)
+    if (matches(set, option, typed, rs, i)) expected = i;
   Require(rs.NoMatch() == (expected < 0), "a match exactly when a row holds the text",
           typed + QStringLiteral("\ncriteria: ") + criteria);
   Require(rs.currentRow() == (expected < 0 ? start : expected), "the row found is the one expected",

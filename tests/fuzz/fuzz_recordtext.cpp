@@ -2,8 +2,6 @@
 // - Whatever the bytes of a file, the reader either reads a field or raises the errors the
 //   start-up traps (62 past the end, 13 a field that does not convert, 6 a number too big).
 // - Every text, whole number, float and truth value the program writes reads back the same.
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <cmath>
 #include <cstring>
 
@@ -33,17 +31,8 @@ void readAnything(FuzzedDataProvider& in) {
   }
 }
 
-// A text as a user could have typed it or the file system could name it: any characters, from
-// Latin-1 bytes or from UTF-8 (valid code points only).
-QString someText(FuzzedDataProvider& in) {
-  const std::string bytes = in.ConsumeRandomLengthString(64);
-  if (in.ConsumeBool()) return QString::fromLatin1(bytes.data(), int(bytes.size()));
-  QString s = QString::fromUtf8(bytes.data(), int(bytes.size()));
-  return s;
-}
-
 void roundTrip(FuzzedDataProvider& in) {
-  const QString a = someText(in), b = someText(in);
+  const QString a = SomeText(in, 64), b = SomeText(in, 64);
   const qint16 i16 = in.ConsumeIntegral<qint16>();
   const qint32 i32 = in.ConsumeIntegral<qint32>();
   float f = 0;

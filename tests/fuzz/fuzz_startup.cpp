@@ -5,21 +5,14 @@
 //   unchanged.
 // - A list entered in the recent list comes back at the next start with its title and path
 //   unchanged, whatever they hold.
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <QFile>
 
 #include "core/apperror.h"
 #include "core/recordfile.h"
 #include "core/settings.h"
 #include "fuzzsupport.h"
-#include "support/testenv.h"
 
 namespace {
-
-bool sameFilter(const FilterSettings& a, const FilterSettings& b) {
-  return FilterRecord(a) == FilterRecord(b);
-}
 
 bool sameSettings(const ProgramSettings& a, const ProgramSettings& b) {
   return SettingsRecord(a, true) == SettingsRecord(b, true) && a.ScopeType == b.ScopeType &&
@@ -36,12 +29,6 @@ void place(const QString& path, FuzzedDataProvider& in) {
   f.write(bytes.data(), qint64(bytes.size()));
 }
 
-QString someText(FuzzedDataProvider& in) {
-  const std::string bytes = in.ConsumeRandomLengthString(48);
-  return in.ConsumeBool() ? QString::fromLatin1(bytes.data(), int(bytes.size()))
-                          : QString::fromUtf8(bytes.data(), int(bytes.size()));
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -54,15 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   LoadStartupState(state);
 
-  if (QFile::exists(state.filterPath())) {
-    FilterSettings onDisk;
-    try {
-      ReadFilterFile(state.filterPath(), onDisk);
-    } catch (const AppError& e) {
-      Require(false, "Filter.ini reads without an error after a start", e.text());
-    }
-    Require(sameFilter(onDisk, state.filter), "Filter.ini holds the filter in force");
-  }
+  if (QFile::exists(state.filterPath())) RequireFilterFileInForce(state);
 
   {
     const ProgramSettings inMemory = state.settings;
@@ -77,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             QString::fromUtf8(SettingsRecord(inMemory, true)));
   }
 
-  const QString title = someText(in), path = someText(in);
+  const QString title = SomeText(in, 48), path = SomeText(in, 48);
   if (!title.isEmpty()) {
     try {
       RecordRecentFile(state, title, path);

@@ -1,7 +1,6 @@
 #include <QtTest>
 
 #include <QAbstractButton>
-#include <QIcon>
 #include <QLabel>
 #include <QPainter>
 #include <QPlainTextEdit>
@@ -16,143 +15,121 @@
 #include "info/helpwindow.h"
 #include "support/testenv.h"
 
-class TestInfo : public QObject {
-  Q_OBJECT
- private slots:
-  void initTestCase();
-  void catalogInfo_data();
-  void catalogInfo();
-  void aboutWindow();
-  void licenseWindow();
-  void helpWindow();
-  void icons_data();
-  void icons();
-};
-
 namespace {
 
-void makeDatabase(const QString& path, const QStringList& statements) {
+void makeCatalog(const QString& path, const QStringList& rows) {
   sqlite3* db = nullptr;
   QCOMPARE(sqlite3_open(path.toUtf8().constData(), &db), SQLITE_OK);
-  for (const QString& sql : statements)
+  for (const QString& sql : rows)
     QCOMPARE(sqlite3_exec(db, sql.toUtf8().constData(), nullptr, nullptr, nullptr), SQLITE_OK);
   sqlite3_close(db);
 }
 
+const QString kTable = QStringLiteral("CREATE TABLE CatalogInfo(Key TEXT, Value TEXT)");
+const QString kBuilt = QStringLiteral("INSERT INTO CatalogInfo VALUES('Built', '2026-11-01')");
+
 }  // namespace
 
-void TestInfo::initTestCase() { InitIconResources(); }
+class TestInfo : public QObject {
+  Q_OBJECT
+ private slots:
+  void initTestCase() { InitIconResources(); }
 
-void TestInfo::catalogInfo_data() {
-  QTest::addColumn<QStringList>("statements");  // empty: no file at all
-  QTest::addColumn<QStringList>("rows");
-  QTest::newRow("no file") << QStringList() << QStringList();
-  QTest::newRow("no table") << QStringList{"CREATE TABLE Messier(ObjectNum INTEGER)"}
-                            << QStringList();
-  QTest::newRow("rows in order")
-      << QStringList{"CREATE TABLE CatalogInfo(Key TEXT, Value TEXT)",
-                     "INSERT INTO CatalogInfo VALUES('Built', '2026-11-01')",
-                     "INSERT INTO CatalogInfo VALUES('Objects', '12345')",
-                     "INSERT INTO CatalogInfo VALUES('Note', NULL)"}
-      << QStringList{"Built=2026-11-01", "Objects=12345", "Note="};
-}
-
-void TestInfo::catalogInfo() {
-  QFETCH(QStringList, statements);
-  TestEnv env;
-  const QString path = env.path(QStringLiteral("TavorineList.mdb"));
-  if (!statements.isEmpty()) makeDatabase(path, statements);
-  QStringList rows;
-  for (const auto& row : ReadCatalogInfo(path)) rows << row.first + QLatin1Char('=') + row.second;
-  QTEST(rows, "rows");
-  if (statements.isEmpty()) QVERIFY(!QFile::exists(path));  // never created by looking
-}
-
-void TestInfo::aboutWindow() {
-  TestEnv env;
-  env.state->programFolder = env.dir.path();
-  makeDatabase(env.path(QStringLiteral("TavorineList.mdb")),
-               {"CREATE TABLE CatalogInfo(Key TEXT, Value TEXT)",
-                "INSERT INTO CatalogInfo VALUES('Built', '2026-11-01')"});
-  frmAbout about(*env.state);
-  const QStringList lines =
-      about.findChild<QLabel*>(QStringLiteral("lblInfo"))->text().split(QLatin1Char('\n'));
-  QVERIFY(lines.contains(QStringLiteral("Version " TAVORINE_VERSION)));
-  QVERIFY(lines.contains(QStringLiteral("  Built: 2026-11-01")));
-  about.show();
-  QTest::mouseClick(about.findChild<QAbstractButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
-  QVERIFY(!about.isVisible());
-
-  // Without a catalog database the window still opens, without its lines.
-  env.state->programFolder = env.path(QStringLiteral("empty"));
-  frmAbout bare(*env.state);
-  QVERIFY(!bare.findChild<QLabel*>(QStringLiteral("lblInfo"))->text().contains(
-      QLatin1String("Catalog database")));
-}
-
-void TestInfo::licenseWindow() {
-  TestEnv env;
-  frmLicense license(*env.state);
-  auto* text = license.findChild<QPlainTextEdit*>(QStringLiteral("txtLicense"));
-  QVERIFY(text->isReadOnly());
-  QVERIFY(text->toPlainText().contains(QLatin1String("GNU GENERAL PUBLIC LICENSE")));
-  license.show();
-
-  env.state->programFolder = env.path(QStringLiteral("nowhere"));
-  frmLicense missing(*env.state);
-  QVERIFY(missing.findChild<QPlainTextEdit*>(QStringLiteral("txtLicense"))
-              ->toPlainText()
-              .startsWith(QLatin1String("The licence text was not found at ")));
-}
-
-void TestInfo::helpWindow() {
-  TestEnv env;
-  HelpWindow help(*env.state);
-  auto* browser = help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
-  QCOMPARE(browser->source(), QUrl::fromLocalFile(env.state->helpPath()));
-  QCOMPARE(browser->documentTitle(), QStringLiteral("Tavorine Help"));
-  // Every link inside the page leads to an anchor of the page.
-  const QString html = browser->toHtml();
-  QRegularExpression link(QStringLiteral("href=\"#([^\"]+)\""));
-  int links = 0;
-  for (auto it = link.globalMatch(html); it.hasNext(); ++links) {
-    const QString anchor = it.next().captured(1);
-    QVERIFY2(html.contains(QStringLiteral("name=\"") + anchor + QLatin1Char('"')),
-             qPrintable(anchor));
+  void catalogInfo_data() {
+    QTest::addColumn<QStringList>("statements");  // empty: no file at all
+    QTest::addColumn<QStringList>("rows");
+    QTest::newRow("no file") << QStringList() << QStringList();
+    QTest::newRow("no table") << QStringList{"CREATE TABLE Messier(ObjectNum INTEGER)"}
+                              << QStringList();
+    QTest::newRow("rows in order")
+        << QStringList{kTable, kBuilt, "INSERT INTO CatalogInfo VALUES('Objects', '12345')",
+                       "INSERT INTO CatalogInfo VALUES('Note', NULL)"}
+        << QStringList{"Built=2026-11-01", "Objects=12345", "Note="};
   }
-  QVERIFY(links > 10);
-  help.showAndRaise();
-  QVERIFY(help.isVisible());
-
-  env.state->programFolder = env.path(QStringLiteral("nowhere"));
-  HelpWindow missing(*env.state);
-  QVERIFY(missing.findChild<QTextBrowser*>(QStringLiteral("txtHelp"))
-              ->toPlainText()
-              .startsWith(QLatin1String("The help file was not found")));
-}
-
-void TestInfo::icons_data() {
-  QTest::addColumn<QString>("name");
-  for (const char* n : {"new", "open", "print", "hhc", "align", "redscreen", "tavorine"})
-    QTest::newRow(n) << QString::fromLatin1(n);
-}
-
-void TestInfo::icons() {
-  QFETCH(QString, name);
-  QSvgRenderer svg(QStringLiteral(":/icons/") + name + QStringLiteral(".svg"));
-  QVERIFY(svg.isValid());
-  for (int size : {24, 64}) {
-    QImage image(size, size, QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    QPainter p(&image);
-    svg.render(&p);
-    p.end();
-    int painted = 0;
-    for (int y = 0; y < size; ++y)
-      for (int x = 0; x < size; ++x) painted += qAlpha(image.pixel(x, y)) > 0;
-    QVERIFY2(painted > size * size / 4, qPrintable(name));
+  void catalogInfo() {
+    QFETCH(QStringList, statements);
+    TestEnv env;
+    const QString path = env.path(QStringLiteral("TavorineList.mdb"));
+    if (!statements.isEmpty()) makeCatalog(path, statements);
+    QStringList rows;
+    for (const auto& row : ReadCatalogInfo(path)) rows << row.first + QLatin1Char('=') + row.second;
+    QTEST(rows, "rows");
+    if (statements.isEmpty()) QVERIFY(!QFile::exists(path));  // never created by looking
   }
-}
+
+  void aboutWindow() {
+    TestEnv env;
+    env.state->programFolder = env.dir.path();
+    makeCatalog(env.path(QStringLiteral("TavorineList.mdb")), {kTable, kBuilt});
+    frmAbout about(*env.state);
+    const QStringList lines =
+        about.findChild<QLabel*>(QStringLiteral("lblInfo"))->text().split(QLatin1Char('\n'));
+    QVERIFY(lines.contains(QStringLiteral("Version " TAVORINE_VERSION)));
+    QVERIFY(lines.contains(QStringLiteral("  Built: 2026-11-01")));
+    about.show();
+    QTest::mouseClick(about.findChild<QAbstractButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
+    QVERIFY(!about.isVisible());
+    // Without a catalog database the window still opens, without its lines.
+    env.state->programFolder = env.path(QStringLiteral("empty"));
+    frmAbout bare(*env.state);
+    QVERIFY(!bare.findChild<QLabel*>(QStringLiteral("lblInfo"))->text().contains(
+        QLatin1String("Catalog database")));
+  }
+
+  // The licence and the help page, and what each window says when its file is missing.
+  void textWindows() {
+    TestEnv env;
+    frmLicense license(*env.state);
+    auto* text = license.findChild<QPlainTextEdit*>(QStringLiteral("txtLicense"));
+    QVERIFY(text->isReadOnly());
+    QVERIFY(text->toPlainText().contains(QLatin1String("GNU GENERAL PUBLIC LICENSE")));
+    HelpWindow help(*env.state);
+    auto* browser = help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
+    QCOMPARE(browser->source(), QUrl::fromLocalFile(env.state->helpPath()));
+    QCOMPARE(browser->documentTitle(), QStringLiteral("Tavorine Help"));
+    // Every link inside the page leads to an anchor of the page.
+    const QString html = browser->toHtml();
+    int links = 0;
+    for (auto it = QRegularExpression(QStringLiteral("href=\"#([^\"]+)\"")).globalMatch(html);
+         it.hasNext(); ++links) {
+      const QString anchor = it.next().captured(1);
+      QVERIFY2(html.contains(QStringLiteral("name=\"") + anchor + QLatin1Char('"')),
+               qPrintable(anchor));
+    }
+    QVERIFY(links > 10);
+    help.showAndRaise();
+    QVERIFY(help.isVisible());
+
+    env.state->programFolder = env.path(QStringLiteral("nowhere"));
+    frmLicense noLicense(*env.state);
+    QVERIFY(noLicense.findChild<QPlainTextEdit*>(QStringLiteral("txtLicense"))
+                ->toPlainText()
+                .startsWith(QLatin1String("The licence text was not found at ")));
+    HelpWindow noHelp(*env.state);
+    QVERIFY(noHelp.findChild<QTextBrowser*>(QStringLiteral("txtHelp"))
+                ->toPlainText()
+                .startsWith(QLatin1String("The help file was not found")));
+  }
+
+  // Each toolbar icon draws something at the sizes the program shows it.
+  void icons() {
+    for (const char* name : {"new", "open", "print", "hhc", "align", "redscreen", "tavorine"}) {
+      QSvgRenderer svg(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
+      QVERIFY2(svg.isValid(), name);
+      for (int size : {24, 64}) {
+        QImage image(size, size, QImage::Format_ARGB32);
+        image.fill(Qt::transparent);
+        QPainter p(&image);
+        svg.render(&p);
+        p.end();
+        int painted = 0;
+        for (int y = 0; y < size; ++y)
+          for (int x = 0; x < size; ++x) painted += qAlpha(image.pixel(x, y)) > 0;
+        QVERIFY2(painted > size * size / 4, name);
+      }
+    }
+  }
+};
 
 QTEST_MAIN(TestInfo)
 #include "tst_info.moc"

@@ -9,19 +9,20 @@
 
 namespace {
 
-using fixture::Obj;
-
-QList<int> orders(Database& db) {
-  QList<int> out;
-  Statement st = db.prepare(QStringLiteral("SELECT DisplayOrder FROM Objects ORDER BY DisplayOrder, rowid"));
-  while (st.step()) out << int(st.int64Value(0));
-  return out;
-}
-
-QStringList names(Database& db) {
+// One column (or expression) of every list row in DisplayOrder, joined by `sep`.
+QString column(const Database& db, const QString& expr, QChar sep = QLatin1Char(' ')) {
+  Statement st = db.prepare(
+      QStringLiteral("SELECT %1 FROM Objects ORDER BY DisplayOrder, rowid").arg(expr));
   QStringList out;
-  Statement st = db.prepare(QStringLiteral("SELECT Name FROM Objects ORDER BY DisplayOrder, rowid"));
   while (st.step()) out << st.value(0).toString();
+  return out.join(sep);
+}
+QString orders(const Database& db) { return column(db, QStringLiteral("DisplayOrder")); }
+QString names(const Database& db) { return column(db, QStringLiteral("Name"), QLatin1Char(',')); }
+
+QList<int> ints(const QString& text) {
+  QList<int> out;
+  for (const QString& n : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) out << n.toInt();
   return out;
 }
 
@@ -29,318 +30,211 @@ QStringList names(Database& db) {
 
 class TestEditListLogic : public QObject {
   Q_OBJECT
- private slots:
-  void init();
-  void caption_data();
-  void caption();
-  void addNumbering_data();
-  void addNumbering();
-  void addCopiesWithFallbacks();
-  void addSelectionInOrder();
-  void addFromEmptyPage();
-  void deleteKeepsGaps_data();
-  void deleteKeepsGaps();
-  void moves_data();
-  void moves();
-  void autoSortTour();
-  void autoSortDependsOnUserDate();
-  void autoSortSingleAndEmpty();
-  void transactionCommitsOrRollsBack();
-
- private:
   std::unique_ptr<TestEnv> env;
   std::shared_ptr<Database> catalog;
-};
-
-void TestEditListLogic::init() {
-  env = std::make_unique<TestEnv>();
-  catalog = fixture::catalog(env->path("catalog.mdb"));
-  fixture::insert(*catalog, "MessierObjects",
-                  {"Messier", 31, "Andromeda Galaxy", "Galaxy", "Andromeda", "3.4", "Local Group",
-                   0, 42.7, "+", 41, 16});
-  fixture::insert(*catalog, "MessierObjects",
-                  {"Messier", 42, "Orion Nebula", "Nebula", "Orion", "4", "", 5, 35.3, "-", 5,
-                   23});
-  fixture::insert(*catalog, "MessierObjects",
-                  {"Messier", 45, "Pleiades", "Open Cluster", "Taurus", "1.6", "Seven sisters", 3,
-                   47, "+", 24, 7});
-  // A row with holes: the fallbacks fill them.
-  catalog->exec(QStringLiteral(
-      "INSERT INTO MessierObjects (Category, ObjectNum, Name) VALUES ('Messier', 99, '')"));
-}
-
-void TestEditListLogic::caption_data() {
-  QTest::addColumn<QString>("window");
-  QTest::addColumn<QString>("editor");
-  QTest::newRow("title kept") << "Objects - Autumn galaxies" << "Edit - Autumn galaxies";
-  QTest::newRow("blanks trimmed") << "Objects -   Spaced  " << "Edit - Spaced";
-  QTest::newRow("too short") << "Objects" << "Edit - ";
-}
-
-void TestEditListLogic::caption() {
-  QFETCH(QString, window);
-  QFETCH(QString, editor);
-  QCOMPARE(EditListCaption(window), editor);
-}
-
-// Start from a list, delete the rows named by position (0-based, in this order), then add the
-// page's first row a number of times: the DisplayOrder values that result.
-void TestEditListLogic::addNumbering_data() {
-  QTest::addColumn<QList<int>>("start");
-  QTest::addColumn<QList<int>>("deleteAt");
-  QTest::addColumn<int>("adds");
-  QTest::addColumn<QList<int>>("result");
-  QTest::newRow("first add") << QList<int>{} << QList<int>{} << 1 << QList<int>{1};
-  QTest::newRow("after the last was deleted") << QList<int>{1, 2, 3} << QList<int>{2} << 1
-                                              << QList<int>{1, 2, 3};
-  QTest::newRow("after the first was deleted") << QList<int>{1, 2, 3} << QList<int>{0} << 1
-                                               << QList<int>{2, 3, 4};
-  QTest::newRow("middle rows deleted") << QList<int>{1, 2, 3, 4, 5} << QList<int>{1, 1} << 1
-                                       << QList<int>{1, 4, 5, 6};
-  QTest::newRow("same object twice") << QList<int>{7} << QList<int>{} << 2
-                                     << QList<int>{7, 8, 9};
-}
-
-void TestEditListLogic::addNumbering() {
-  QFETCH(QList<int>, start);
-  QFETCH(QList<int>, deleteAt);
-  QFETCH(int, adds);
-  QFETCH(QList<int>, result);
-  auto db = fixture::list(env->path("l.tlf"), start);
-  Recordset list(db, "Objects");
-  for (int at : deleteAt) {
-    list.setAbsolutePosition(at);
-    DeleteListRow(list);
+  Recordset messier(const char* where = "True") {
+    return Recordset(catalog, QStringLiteral("SELECT * From MessierObjects WHERE %1 ORDER BY "
+                                             "ObjectNum;").arg(QLatin1String(where)));
   }
-  Recordset page(catalog, "SELECT * From MessierObjects WHERE True ORDER BY ObjectNum;");
-  for (int i = 0; i < adds; ++i) QCOMPARE(AddSelectedRows(page, list, {}), 1);
-  QCOMPARE(orders(*db), result);
-  QCOMPARE(list.AbsolutePosition(), list.RecordCount() - 1);
-  if (adds == 2) QCOMPARE(names(*db).mid(1), (QStringList{"Andromeda Galaxy", "Andromeda Galaxy"}));
-}
-
-void TestEditListLogic::addCopiesWithFallbacks() {
-  auto db = fixture::list(env->path("l.tlf"));
-  Recordset list(db, "Objects");
-  Recordset page(catalog, "SELECT * From MessierObjects WHERE True ORDER BY ObjectNum;");
-  page.MoveLast();  // M99, the row with holes
-  AddSelectedRows(page, list, {});
-  page.MovePrevious();  // M45
-  AddSelectedRows(page, list, {});
-  Statement st = db->prepare(QStringLiteral(
-      "SELECT DisplayOrder, Goto, Observed, Category, ObjectNum, Name, Type, Constellation, "
-      "Magnitude, Info, typeof(RAHour), RAHour, RAMinute, DecSign, DecDeg, DecMinute "
-      "FROM Objects ORDER BY DisplayOrder"));
-  QVERIFY(st.step());
-  QCOMPARE(st.value(0).toInt(), 1);
-  QVERIFY(st.isNull(1));
-  QVERIFY(st.isNull(2));
-  QCOMPARE(st.value(3).toString(), QStringLiteral("Messier"));
-  QCOMPARE(st.value(4).toInt(), 99);
-  for (int c = 5; c <= 9; ++c) QCOMPARE(st.value(c).toString(), QStringLiteral(" "));
-  QCOMPARE(st.value(10).toString(), QStringLiteral("real"));
-  QCOMPARE(st.value(11).toDouble(), 0.0);
-  QCOMPARE(st.value(13).toString(), QStringLiteral("+"));
-  QVERIFY(st.step());
-  QCOMPARE(st.value(0).toInt(), 2);
-  QCOMPARE(st.value(5).toString(), QStringLiteral("Pleiades"));
-  QCOMPARE(st.value(8).toString(), QStringLiteral("1.6"));
-  QCOMPARE(st.value(9).toString(), QStringLiteral("Seven sisters"));
-  QCOMPARE(st.value(12).toDouble(), 47.0);
-  QCOMPARE(st.value(14).toDouble(), 24.0);
-  QVERIFY(!st.step());
-}
-
-void TestEditListLogic::addSelectionInOrder() {
-  auto db = fixture::list(env->path("l.tlf"), {1, 2});
-  Recordset list(db, "Objects");
-  list.MoveFirst();
-  Recordset page(catalog, "SELECT * From MessierObjects WHERE True ORDER BY ObjectNum;");
-  // Selected as M45, M31, M42; the page's current row (M99) is not part of it.
-  const QList<qint64> selection = {page.bookmarkAt(2), page.bookmarkAt(0), page.bookmarkAt(1)};
-  page.MoveLast();
-  QCOMPARE(AddSelectedRows(page, list, selection), 3);
-  QCOMPARE(names(*db), (QStringList{"R1", "R2", "Pleiades", "Andromeda Galaxy", "Orion Nebula"}));
-  QCOMPARE(orders(*db), (QList<int>{1, 2, 3, 4, 5}));
-  QCOMPARE(list.editMode(), Recordset::EditMode::None);
-  QCOMPARE(list.AbsolutePosition(), 4);
-  QCOMPARE(list.text("Name"), QStringLiteral("Orion Nebula"));
-  QVERIFY(!db->inTransaction());
-}
-
-void TestEditListLogic::addFromEmptyPage() {
-  auto db = fixture::list(env->path("l.tlf"), {1});
-  Recordset list(db, "Objects");
-  Recordset page(catalog, "SELECT * From MessierObjects WHERE False ORDER BY ObjectNum;");
-  QCOMPARE(AddSelectedRows(page, list, {}), 0);
-  QCOMPARE(orders(*db), QList<int>{1});
-}
-
-void TestEditListLogic::deleteKeepsGaps_data() {
-  QTest::addColumn<int>("at");
-  QTest::addColumn<QList<int>>("left");
-  QTest::addColumn<QString>("current");
-  QTest::newRow("middle: the next row") << 1 << QList<int>{1, 5} << "R5";
-  QTest::newRow("last: the new last") << 2 << QList<int>{1, 2} << "R2";
-  QTest::newRow("first") << 0 << QList<int>{2, 5} << "R2";
-}
-
-void TestEditListLogic::deleteKeepsGaps() {
-  QFETCH(int, at);
-  QFETCH(QList<int>, left);
-  QFETCH(QString, current);
-  auto db = fixture::list(env->path("l.tlf"), {1, 2, 5});
-  Recordset list(db, "Objects");
-  list.setAbsolutePosition(at);
-  DeleteListRow(list);
-  QCOMPARE(orders(*db), left);
-  QCOMPARE(list.text("Name"), current);
-
-  auto single = fixture::list(env->path("s.tlf"), {4});
-  Recordset one(single, "Objects");
-  DeleteListRow(one);
-  QCOMPARE(one.RecordCount(), 0);
-  DeleteListRow(one);  // nothing left: nothing happens
-}
-
-void TestEditListLogic::moves_data() {
-  QTest::addColumn<int>("at");
-  QTest::addColumn<bool>("down");
-  QTest::addColumn<bool>("swapped");
-  QTest::addColumn<QStringList>("order");
-  QTest::addColumn<QList<int>>("values");
-  QTest::addColumn<int>("position");
-  const QStringList same = {"R1", "R2", "R5"};
-  QTest::newRow("down from the first") << 0 << true << true << QStringList{"R2", "R1", "R5"}
-                                       << QList<int>{1, 2, 5} << 1;
-  QTest::newRow("down across the gap") << 1 << true << true << QStringList{"R1", "R5", "R2"}
-                                       << QList<int>{1, 2, 5} << 2;
-  QTest::newRow("up from the last") << 2 << false << true << QStringList{"R1", "R5", "R2"}
-                                    << QList<int>{1, 2, 5} << 1;
-  QTest::newRow("down on the last") << 2 << true << false << same << QList<int>{1, 2, 5} << 2;
-  QTest::newRow("up on the first") << 0 << false << false << same << QList<int>{1, 2, 5} << 0;
-}
-
-void TestEditListLogic::moves() {
-  QFETCH(int, at);
-  QFETCH(bool, down);
-  QFETCH(bool, swapped);
-  QFETCH(QStringList, order);
-  QFETCH(QList<int>, values);
-  QFETCH(int, position);
-  auto db = fixture::list(env->path("l.tlf"), {1, 2, 5});
-  Recordset list(db, "Objects");
-  list.setAbsolutePosition(at);
-  const QString moved = list.text("Name");
-  QCOMPARE(MoveListRow(list, down ? MoveDirection::Down : MoveDirection::Up), swapped);
-  QCOMPARE(names(*db), order);
-  QCOMPARE(orders(*db), values);
-  QCOMPARE(list.AbsolutePosition(), position);
-  QCOMPARE(list.text("Name"), moved);
-
-  auto empty = fixture::list(env->path("e.tlf"));
-  Recordset none(empty, "Objects");
-  QVERIFY(!MoveListRow(none, MoveDirection::Down));
-  QVERIFY(!MoveListRow(none, MoveDirection::Up));
-}
-
-namespace {
-
-// A list of objects in known places (RA hours, Dec degrees), in list order with gaps.
-std::shared_ptr<Database> skyList(const QString& path) {
-  auto db = fixture::list(path);
-  struct P {
-    const char* name;
-    double ra, dec;
-    const char* sign;
-    int order;
-  };
-  const P rows[] = {{"Vega", 18.6, 38.8, "+", 3},      {"Pleiades", 3.8, 24.1, "+", 10},
-                    {"Andromeda", 0.7, 41.3, "+", 11}, {"Fomalhaut", 22.96, 29.6, "-", 12},
-                    {"Polaris", 2.5, 89.3, "+", 20},   {"Betelgeuse", 5.9, 7.4, "+", 21},
-                    {"Vega twin", 18.6, 38.8, "+", 22}, {"Deneb", 20.7, 45.3, "+", 30}};
-  for (const P& p : rows) {
-    Statement st = db->prepare(QStringLiteral(
-        "INSERT INTO Objects (DisplayOrder, Name, RAHour, RAMinute, DecSign, DecDeg, DecMinute) "
-        "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)"));
-    const double raH = std::floor(p.ra), decD = std::floor(p.dec);
-    const QVariantList v{p.order, p.name, raH, (p.ra - raH) * 60, p.sign, decD, (p.dec - decD) * 60};
-    for (int i = 0; i < v.size(); ++i) st.bind(i + 1, v[i]);
-    st.step();
+  std::shared_ptr<Database> list(const QString& orders = {}) {
+    static int n = 0;
+    return fixture::list(env->path(QStringLiteral("l%1.tlf").arg(++n)), ints(orders));
   }
-  return db;
-}
 
-}  // namespace
+ private slots:
+  void init() {
+    env = std::make_unique<TestEnv>();
+    catalog = fixture::catalog(env->path("catalog.mdb"));
+    fixture::insert(*catalog, "MessierObjects", {"Messier", 31, "Andromeda Galaxy", "Galaxy",
+                                                 "Andromeda", "3.4", "Local Group", 0, 42.7, "+",
+                                                 41, 16});
+    fixture::insert(*catalog, "MessierObjects", {"Messier", 42, "Orion Nebula", "Nebula", "Orion",
+                                                 "4", "", 5, 35.3, "-", 5, 23});
+    fixture::insert(*catalog, "MessierObjects", {"Messier", 45, "Pleiades", "Open Cluster",
+                                                 "Taurus", "1.6", "Seven sisters", 3, 47, "+", 24,
+                                                 7});
+    // A row with holes: the fallbacks fill them.
+    catalog->exec(QStringLiteral(
+        "INSERT INTO MessierObjects (Category, ObjectNum, Name) VALUES ('Messier', 99, '')"));
+  }
 
-void TestEditListLogic::autoSortTour() {
-  AppState& state = *env->state;
-  env->fixedOffsetHours = 9;
-  state.UserDate = QDateTime(QDate(2026, 11, 21), QTime(21, 0));  // site 26.3 N, 127.7 E
-  auto db = skyList(env->path("l.tlf"));
-  Recordset list(db, "Objects");
-  list.MoveLast();
-  AutoSortList(state, list);
-  // That evening: from Fomalhaut in the south-west through the west, the high Andromeda,
-  // Polaris in the north, then down the eastern sky; identical objects keep their order.
-  const QStringList expected{"Fomalhaut", "Vega",     "Vega twin", "Deneb",
-                             "Andromeda", "Polaris",  "Pleiades",  "Betelgeuse"};
-  QCOMPARE(names(*db), expected);
-  QCOMPARE(orders(*db), (QList<int>{1, 2, 3, 4, 5, 6, 7, 8}));
-  QCOMPARE(list.AbsolutePosition(), 0);
-  AutoSortList(state, list);
-  QCOMPARE(names(*db), expected);
-  QVERIFY(!db->inTransaction());
-}
+  void caption_data() {
+    QTest::addColumn<QString>("window");
+    QTest::addColumn<QString>("editor");
+    QTest::newRow("title kept") << "Objects - Autumn galaxies" << "Edit - Autumn galaxies";
+    QTest::newRow("blanks trimmed") << "Objects -   Spaced  " << "Edit - Spaced";
+    QTest::newRow("too short") << "Objects" << "Edit - ";
+  }
+  void caption() {
+    QFETCH(QString, window);
+    QFETCH(QString, editor);
+    QCOMPARE(EditListCaption(window), editor);
+  }
 
-void TestEditListLogic::autoSortDependsOnUserDate() {
-  AppState& state = *env->state;
-  auto db = skyList(env->path("l.tlf"));
-  Recordset list(db, "Objects");
-  state.UserDate = QDateTime(QDate(2026, 11, 21), QTime(21, 0));
-  AutoSortList(state, list);
-  const QStringList evening = names(*db);
-  state.UserDate = QDateTime(QDate(2026, 11, 22), QTime(4, 0));
-  AutoSortList(state, list);
-  QVERIFY(names(*db) != evening);
-  QCOMPARE(orders(*db), (QList<int>{1, 2, 3, 4, 5, 6, 7, 8}));
-}
-
-void TestEditListLogic::autoSortSingleAndEmpty() {
-  auto db = fixture::list(env->path("l.tlf"), {7});
-  Recordset list(db, "Objects");
-  AutoSortList(*env->state, list);
-  QCOMPARE(orders(*db), QList<int>{1});
-  auto empty = fixture::list(env->path("e.tlf"));
-  Recordset none(empty, "Objects");
-  AutoSortList(*env->state, none);
-  QCOMPARE(none.RecordCount(), 0);
-}
-
-void TestEditListLogic::transactionCommitsOrRollsBack() {
-  auto db = fixture::list(env->path("l.tlf"), {1});
-  {
-    Database::Transaction t(*db);
-    QVERIFY(db->inTransaction());
-    db->exec("UPDATE Objects SET DisplayOrder = 9");
-    {
-      Database::Transaction inner(*db);  // inside an open one: nothing of its own
+  // Start from a list (its DisplayOrder values, names R1, R2, ...), run the steps and look at
+  // the file and the current row. Steps: "del@n" deletes row n, "add" adds the page's first
+  // row, "down@n" and "up@n" move row n, and a step ending in "-" changes nothing.
+  // Deletes and moves leave gaps and the DisplayOrder values where they were; an add numbers
+  // after the last row.
+  void edits_data() {
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QString>("steps");
+    QTest::addColumn<QString>("result");  // orders, names, current row and its position
+    const QString m31 = QStringLiteral("Andromeda Galaxy");
+    QTest::newRow("first add") << "" << "add" << "1|" + m31 + "|" + m31 + "|0";
+    QTest::newRow("add after the last was deleted")
+        << "1 2 3" << "del@2 add" << "1 2 3|R1,R2," + m31 + "|" + m31 + "|2";
+    QTest::newRow("add after the first was deleted")
+        << "1 2 3" << "del@0 add" << "2 3 4|R2,R3," + m31 + "|" + m31 + "|2";
+    QTest::newRow("add after middle rows were deleted")
+        << "1 2 3 4 5" << "del@1 del@1 add" << "1 4 5 6|R1,R4,R5," + m31 + "|" + m31 + "|3";
+    QTest::newRow("same object twice")
+        << "7" << "add add" << "7 8 9|R7," + m31 + "," + m31 + "|" + m31 + "|2";
+    QTest::newRow("delete the middle: the next row") << "1 2 5" << "del@1" << "1 5|R1,R5|R5|1";
+    QTest::newRow("delete the last: the new last") << "1 2 5" << "del@2" << "1 2|R1,R2|R2|1";
+    QTest::newRow("delete the first") << "1 2 5" << "del@0" << "2 5|R2,R5|R2|0";
+    QTest::newRow("delete on an empty list") << "4" << "del del" << "|||-1";
+    QTest::newRow("down from the first") << "1 2 5" << "down@0" << "1 2 5|R2,R1,R5|R1|1";
+    QTest::newRow("down across the gap") << "1 2 5" << "down@1" << "1 2 5|R1,R5,R2|R2|2";
+    QTest::newRow("up from the last") << "1 2 5" << "up@2" << "1 2 5|R1,R5,R2|R5|1";
+    QTest::newRow("down on the last") << "1 2 5" << "down@2-" << "1 2 5|R1,R2,R5|R5|2";
+    QTest::newRow("up on the first") << "1 2 5" << "up@0-" << "1 2 5|R1,R2,R5|R1|0";
+    QTest::newRow("moves on an empty list") << "" << "down- up-" << "|||-1";
+  }
+  void edits() {
+    QFETCH(QString, start);
+    QFETCH(QString, steps);
+    QFETCH(QString, result);
+    auto db = list(start);
+    Recordset rows(db, "Objects");
+    Recordset page = messier();
+    for (QString step : steps.split(' ')) {
+      const bool refused = step.endsWith('-');
+      step.remove('-');
+      if (step.contains('@')) rows.setAbsolutePosition(step.section('@', 1).toInt());
+      step = step.section('@', 0, 0);
+      if (step == "add") QCOMPARE(AddSelectedRows(page, rows, {}), 1);
+      else if (step == "del") DeleteListRow(rows);
+      else QCOMPARE(MoveListRow(rows, step == "up" ? MoveDirection::Up : MoveDirection::Down),
+                    !refused);
     }
-    QVERIFY(db->inTransaction());
+    const QString current = rows.AbsolutePosition() < 0 ? QString() : rows.text("Name");
+    QCOMPARE(QStringLiteral("%1|%2|%3|%4")
+                 .arg(orders(*db), names(*db), current)
+                 .arg(rows.AbsolutePosition()),
+             result);
   }
-  QVERIFY(!db->inTransaction());
-  QCOMPARE(orders(*db), QList<int>{1});
-  {
-    Database::Transaction t(*db);
-    db->exec("UPDATE Objects SET DisplayOrder = 9");
-    t.commit();
-  }
-  QCOMPARE(orders(*db), QList<int>{9});
-  // Another connection sees the change: it is on the file.
-  auto other = Database::open(env->path("l.tlf"), Database::Mode::ReadOnly);
-  QCOMPARE(orders(*other), QList<int>{9});
-}
 
+  void addCopiesWithFallbacks() {
+    auto db = list();
+    Recordset rows(db, "Objects");
+    Recordset page = messier();
+    page.MoveLast();  // M99, the row with holes
+    AddSelectedRows(page, rows, {});
+    page.MovePrevious();  // M45
+    AddSelectedRows(page, rows, {});
+    QCOMPARE(column(*db,
+                    "DisplayOrder || '|' || ifnull(Goto, '-') || ifnull(Observed, '-') || '|' || "
+                    "Category || ObjectNum || '|' || Name || '|' || Type || '|' || Constellation "
+                    "|| '|' || Magnitude || '|' || Info || '|' || typeof(RAHour) || RAHour || ' ' "
+                    "|| RAMinute || DecSign || DecDeg",
+                    QLatin1Char('\n')),
+             QStringLiteral("1|--|Messier99| | | | | |real0.0 0.0+0.0\n"
+                            "2|--|Messier45|Pleiades|Open Cluster|Taurus|1.6|Seven sisters|"
+                            "real3.0 47.0+24.0"));
+  }
+
+  void addSelectionInOrder() {
+    auto db = list("1 2");
+    Recordset rows(db, "Objects");
+    rows.MoveFirst();
+    Recordset page = messier();
+    // Selected as M45, M31, M42; the page's current row (M99) is not part of it.
+    const QList<qint64> selection = {page.bookmarkAt(2), page.bookmarkAt(0), page.bookmarkAt(1)};
+    page.MoveLast();
+    QCOMPARE(AddSelectedRows(page, rows, selection), 3);
+    QCOMPARE(names(*db), QStringLiteral("R1,R2,Pleiades,Andromeda Galaxy,Orion Nebula"));
+    QCOMPARE(orders(*db), QStringLiteral("1 2 3 4 5"));
+    QCOMPARE(rows.editMode(), Recordset::EditMode::None);
+    QCOMPARE(rows.AbsolutePosition(), 4);
+    QCOMPARE(rows.text("Name"), QStringLiteral("Orion Nebula"));
+    QVERIFY(!db->inTransaction());
+    // An empty page adds nothing.
+    Recordset none = messier("False");
+    QCOMPARE(AddSelectedRows(none, rows, {}), 0);
+    QCOMPARE(orders(*db), QStringLiteral("1 2 3 4 5"));
+  }
+
+  void autoSort() {
+    AppState& state = *env->state;
+    env->fixedOffsetHours = 9;
+    state.UserDate = QDateTime(QDate(2026, 11, 21), QTime(21, 0));  // site 26.3 N, 127.7 E
+    // Objects in known places (RA hours, Dec degrees), in list order with gaps.
+    auto db = list();
+    const struct { const char* name; double ra, dec; int order; } places[] = {
+        {"Vega", 18.6, 38.8, 3},        {"Pleiades", 3.8, 24.1, 10},  {"Andromeda", 0.7, 41.3, 11},
+        {"Fomalhaut", 22.96, -29.6, 12}, {"Polaris", 2.5, 89.3, 20},   {"Betelgeuse", 5.9, 7.4, 21},
+        {"Vega twin", 18.6, 38.8, 22},  {"Deneb", 20.7, 45.3, 30}};
+    for (const auto& p : places) {
+      const double raH = std::floor(p.ra), decD = std::floor(std::abs(p.dec));
+      Statement st = db->prepare(QStringLiteral(
+          "INSERT INTO Objects (DisplayOrder, Name, RAHour, RAMinute, DecSign, DecDeg, DecMinute) "
+          "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)"));
+      const QVariantList v{p.order, p.name, raH, (p.ra - raH) * 60, p.dec < 0 ? "-" : "+", decD,
+                           (std::abs(p.dec) - decD) * 60};
+      for (int i = 0; i < v.size(); ++i) st.bind(i + 1, v[i]);
+      st.step();
+    }
+    Recordset rows(db, "Objects");
+    rows.MoveLast();
+    AutoSortList(state, rows);
+    // That evening: from Fomalhaut in the south-west through the west, the high Andromeda,
+    // Polaris in the north, then down the eastern sky; identical objects keep their order.
+    const QString evening =
+        "Fomalhaut,Vega,Vega twin,Deneb,Andromeda,Polaris,Pleiades,Betelgeuse";
+    QCOMPARE(names(*db), evening);
+    QCOMPARE(orders(*db), QStringLiteral("1 2 3 4 5 6 7 8"));
+    QCOMPARE(rows.AbsolutePosition(), 0);
+    AutoSortList(state, rows);
+    QCOMPARE(names(*db), evening);
+    QVERIFY(!db->inTransaction());
+    // The sky of another hour gives another tour.
+    state.UserDate = QDateTime(QDate(2026, 11, 22), QTime(4, 0));
+    AutoSortList(state, rows);
+    QVERIFY(names(*db) != evening);
+    QCOMPARE(orders(*db), QStringLiteral("1 2 3 4 5 6 7 8"));
+
+    auto single = list("7");
+    Recordset one(single, "Objects");
+    AutoSortList(state, one);
+    QCOMPARE(orders(*single), QStringLiteral("1"));
+    Recordset none(list(), "Objects");
+    AutoSortList(state, none);
+    QCOMPARE(none.RecordCount(), 0);
+  }
+
+  void transactionCommitsOrRollsBack() {
+    auto db = list("1");
+    {
+      Database::Transaction t(*db);
+      QVERIFY(db->inTransaction());
+      db->exec("UPDATE Objects SET DisplayOrder = 9");
+      {
+        Database::Transaction inner(*db);  // inside an open one: nothing of its own
+      }
+      QVERIFY(db->inTransaction());
+    }
+    QVERIFY(!db->inTransaction());
+    QCOMPARE(orders(*db), QStringLiteral("1"));
+    {
+      Database::Transaction t(*db);
+      db->exec("UPDATE Objects SET DisplayOrder = 9");
+      t.commit();
+    }
+    // Another connection sees the change: it is on the file.
+    QCOMPARE(orders(*Database::open(db->path(), Database::Mode::ReadOnly)), QStringLiteral("9"));
+  }
+};
 
 QTEST_GUILESS_MAIN(TestEditListLogic)
 #include "tst_editlistlogic.moc"

@@ -1,108 +1,148 @@
 #include <QtTest>
+#include <random>
 
+#include "lists/autosort.h"
 #include "lists/listsort.h"
 
 class TestListSort : public QObject {
   Q_OBJECT
  private slots:
-  void clicks_data();
-  void clicks();
-  void declinationNeedsThreeClicks();
-  void otherColumnInBetweenStartsAfresh();
-  void outsideTheGrid();
-  void recordSource();
+  // Three clicks on one head: its clause, the other way, the first again.
+  void clicks_data() {
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QStringList>("clauses");
+    QTest::addColumn<QStringList>("words");
+    auto row = [](int column, const QString& first, const QString& second, const QString& word) {
+      QTest::newRow(qPrintable(QString::number(column)))
+          << column << QStringList{first, second, first} << QStringList{word, word + "Desc", word};
+    };
+    // A fresh window holds "DisplayOrder": its first click on "#" is the descending clause.
+    QTest::newRow("0") << 0
+                       << QStringList{"ORDER BY DisplayOrder Desc", "ORDER BY DisplayOrder",
+                                      "ORDER BY DisplayOrder Desc"}
+                       << QStringList{"DisplayOrderDesc", "DisplayOrder", "DisplayOrderDesc"};
+    row(1, "ORDER BY GoTo, DisplayOrder", "ORDER BY GoTo Desc, DisplayOrder DESC", "GoTo");
+    row(2, "ORDER BY Observed, DisplayOrder", "ORDER BY Observed Desc, DisplayOrder DESC",
+        "Observed");
+    for (int c : {3, 4})
+      row(c, "ORDER BY Category, ObjectNum", "ORDER BY Category Desc, ObjectNum DESC", "ObjectNum");
+    row(5, "ORDER BY Name", "ORDER BY Name DESC", "Name");
+    row(6, "ORDER BY Type, Magnitude", "ORDER BY Type DESC, Magnitude", "Type");
+    row(7, "ORDER BY Constellation, Magnitude", "ORDER BY Constellation DESC, Magnitude", "Const");
+    row(8, "ORDER BY Magnitude", "ORDER BY Magnitude DESC", "Mag");
+    row(9, "ORDER BY Info", "ORDER BY Info DESC", "Info");
+    for (int c : {10, 11}) row(c, "ORDER BY RAHour, RAMinute", "ORDER BY RAHour DESC, RAMinute DESC", "RA");
+    const QString dec = QStringLiteral("ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ");
+    for (int c : {12, 13, 14}) row(c, dec + "DESC", dec, "DEC");
+  }
+  void clicks() {
+    QFETCH(int, column);
+    QFETCH(QStringList, clauses);
+    QFETCH(QStringList, words);
+    ListSortState state;
+    for (int click = 0; click < 3; ++click) {
+      QVERIFY(ListHeaderClick(state, column));
+      QCOMPARE(state.ListSortKey, clauses[click]);
+      QCOMPARE(state.ListSortField, words[click]);
+    }
+  }
+
+  // Heads that share a key count as one; another head in between starts afresh; a click
+  // outside the grid's fifteen columns is refused and changes nothing.
+  void sequences_data() {
+    QTest::addColumn<QList<int>>("clicks");
+    QTest::addColumn<bool>("accepted");  // the last click
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("field");
+    const QString dec = QStringLiteral("ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ");
+    QTest::newRow("dec, two heads") << QList<int>{5, 13, 14} << true << dec << "DECDesc";
+    QTest::newRow("dec, three heads") << QList<int>{5, 13, 14, 12} << true << dec + "DESC" << "DEC";
+    QTest::newRow("other head between") << QList<int>{13, 5, 13} << true << dec + "DESC" << "DEC";
+    QTest::newRow("number then category") << QList<int>{4, 3} << true
+                                          << "ORDER BY Category Desc, ObjectNum DESC"
+                                          << "ObjectNumDesc";
+    for (int outside : {-1, 15, 99})
+      QTest::newRow(qPrintable(QStringLiteral("outside %1").arg(outside)))
+          << QList<int>{9, outside} << false << "ORDER BY Info" << "Info";
+  }
+  void sequences() {
+    QFETCH(QList<int>, clicks);
+    QFETCH(bool, accepted);
+    QFETCH(QString, key);
+    QFETCH(QString, field);
+    ListSortState state;
+    bool last = false;
+    for (int column : clicks) last = ListHeaderClick(state, column);
+    QCOMPARE(last, accepted);
+    QCOMPARE(state.ListSortKey, key);
+    QCOMPARE(state.ListSortField, field);
+  }
+
+  void recordSource() {
+    QCOMPARE(ListRecordSource(ListSortState{}.ListSortKey),
+             QStringLiteral("SELECT DisplayOrder, Goto, Observed, Category, ObjectNum, Name, Type, "
+                            "Constellation, Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, "
+                            "DecMinute From Objects ORDER BY DisplayOrder"));
+  }
+
+  void autoSortKeys_data() {
+    QTest::addColumn<double>("alt");
+    QTest::addColumn<double>("az");
+    QTest::addColumn<double>("key");
+    const struct { const char* name; double alt, az, key; } rows[] = {
+        {"just west of south", 20, 10, 0.2222},       {"west", 40, 100, 90.4444},
+        {"west, higher", 60, 100, 90.6667},           {"almost north", 45, 175, 150.5},
+        {"high south", 70, 20, 155.0556},             {"high east", 70, 300, 155.8333},
+        {"due north", 30, 180, 180.3333},             {"just east of north", 60, 200, 180.3333},
+        {"just east of north, lower", 30, 200, 180.6667},
+        {"west, below the horizon", -10, 100, 89.8889},
+        {"east of north, below", -10, 200, 181.1111}, {"Z -0.1 is the last slice", 20, -0.1, 330.7778},
+        {"Z 0.1 is the first slice", 20, 0.1, 0.2222}, {"east as -90", 20, -90, 270.7778},
+        {"A 65 counts low", 65, 10, 0.7222},          {"A 65.1 counts high", 65.1, 90, 155.25},
+        {"slice edge 30", 0, 30, 30}};
+    for (const auto& r : rows) QTest::newRow(r.name) << r.alt << r.az << r.key;
+  }
+  void autoSortKeys() {
+    QFETCH(double, alt);
+    QFETCH(double, az);
+    QFETCH(double, key);
+    QCOMPARE(std::round(AutoSortKey(alt, az) * 10000) / 10000, key);
+  }
+
+  void autoSortOrders() {
+    // The example rows in list order; the tour visits them by ascending key, and 180.3333
+    // (rows 1 and 4) keeps its list order.
+    const std::vector<std::pair<double, double>> rows = {
+        {30, 200}, {60, 200}, {70, 300}, {20, 10}, {30, 180}, {-10, 100}, {45, 175}, {70, 20}};
+    std::vector<double> keys;
+    for (auto [a, z] : rows) keys.push_back(AutoSortKey(a, z));
+    const std::vector<int> expected = {3, 5, 6, 7, 2, 1, 4, 0};
+    QCOMPARE(AutoSortOrder(keys), expected);
+    QCOMPARE(BubbleSortOrder(keys), expected);
+    // Ties keep their order; every row gets one number of 1..N, no gaps.
+    QCOMPARE(AutoSortOrder({5, 1, 5, 1, 5, 0}), (std::vector<int>{5, 1, 3, 0, 2, 4}));
+    QCOMPARE(NewDisplayOrders({5, 1, 5, 1, 5, 0}), (std::vector<int>{4, 2, 5, 3, 6, 1}));
+    QCOMPARE(NewDisplayOrders({3.5, 0.1, 200, 155.2, 90, 90, 330.7}),
+             (std::vector<int>{2, 1, 6, 5, 3, 4, 7}));
+    QCOMPARE(NewDisplayOrders({}), std::vector<int>{});
+    QCOMPARE(NewDisplayOrders({42.0}), std::vector<int>{1});
+  }
+
+  void fastOrderIsTheBubbleOrder() {
+    std::mt19937 rng(20261121);
+    for (int trial = 0; trial < 300; ++trial) {
+      const int n = std::uniform_int_distribution<int>(0, 120)(rng);
+      // Few distinct keys, so that most lists are full of ties; some lists all alike.
+      const int distinct = std::uniform_int_distribution<int>(1, 12)(rng);
+      std::vector<double> keys(n);
+      for (double& k : keys) {
+        const int slot = std::uniform_int_distribution<int>(0, distinct - 1)(rng);
+        k = trial % 3 == 0 ? AutoSortKey(slot * 7.0 - 10, slot * 31.0 - 90) : slot * 30 + 0.25;
+      }
+      QCOMPARE(AutoSortOrder(keys), BubbleSortOrder(keys));
+    }
+  }
 };
-
-void TestListSort::clicks_data() {
-  QTest::addColumn<int>("column");
-  QTest::addColumn<QStringList>("clauses");
-  QTest::addColumn<QStringList>("words");
-  auto row = [](const char* name, int column, const QString& first, const QString& second,
-                const QString& w1, const QString& w2) {
-    QTest::newRow(name) << column << QStringList{first, second, first} << QStringList{w1, w2, w1};
-  };
-  // A fresh window holds "DisplayOrder": its first click on "#" is the descending clause.
-  QTest::newRow("0 from start")
-      << 0
-      << QStringList{"ORDER BY DisplayOrder Desc", "ORDER BY DisplayOrder",
-                     "ORDER BY DisplayOrder Desc"}
-      << QStringList{"DisplayOrderDesc", "DisplayOrder", "DisplayOrderDesc"};
-  row("1 Goto", 1, "ORDER BY GoTo, DisplayOrder", "ORDER BY GoTo Desc, DisplayOrder DESC", "GoTo",
-      "GoToDesc");
-  row("2 Observed", 2, "ORDER BY Observed, DisplayOrder",
-      "ORDER BY Observed Desc, DisplayOrder DESC", "Observed", "ObservedDesc");
-  row("3 Category", 3, "ORDER BY Category, ObjectNum", "ORDER BY Category Desc, ObjectNum DESC",
-      "ObjectNum", "ObjectNumDesc");
-  row("4 Number", 4, "ORDER BY Category, ObjectNum", "ORDER BY Category Desc, ObjectNum DESC",
-      "ObjectNum", "ObjectNumDesc");
-  row("5 Name", 5, "ORDER BY Name", "ORDER BY Name DESC", "Name", "NameDesc");
-  row("6 Type", 6, "ORDER BY Type, Magnitude", "ORDER BY Type DESC, Magnitude", "Type",
-      "TypeDesc");
-  row("7 Const", 7, "ORDER BY Constellation, Magnitude", "ORDER BY Constellation DESC, Magnitude",
-      "Const", "ConstDesc");
-  row("8 Mag", 8, "ORDER BY Magnitude", "ORDER BY Magnitude DESC", "Mag", "MagDesc");
-  row("9 Info", 9, "ORDER BY Info", "ORDER BY Info DESC", "Info", "InfoDesc");
-  row("10 RA", 10, "ORDER BY RAHour, RAMinute", "ORDER BY RAHour DESC, RAMinute DESC", "RA",
-      "RADesc");
-  row("11 RA minutes", 11, "ORDER BY RAHour, RAMinute", "ORDER BY RAHour DESC, RAMinute DESC",
-      "RA", "RADesc");
-  const QString dec = QStringLiteral("ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ");
-  row("12 Dec sign", 12, dec + "DESC", dec, "DEC", "DECDesc");
-  row("13 Dec degrees", 13, dec + "DESC", dec, "DEC", "DECDesc");
-  row("14 Dec minutes", 14, dec + "DESC", dec, "DEC", "DECDesc");
-}
-
-void TestListSort::clicks() {
-  QFETCH(int, column);
-  QFETCH(QStringList, clauses);
-  QFETCH(QStringList, words);
-  ListSortState state;
-  for (int click = 0; click < 3; ++click) {
-    QVERIFY(ListHeaderClick(state, column));
-    QCOMPARE(state.ListSortKey, clauses[click]);
-    QCOMPARE(state.ListSortField, words[click]);
-  }
-}
-
-void TestListSort::declinationNeedsThreeClicks() {
-  ListSortState state;
-  ListHeaderClick(state, 5);
-  ListHeaderClick(state, 13);
-  const QString first = state.ListSortKey;
-  ListHeaderClick(state, 14);
-  QVERIFY(state.ListSortKey != first);
-  QCOMPARE(state.ListSortField, QStringLiteral("DECDesc"));
-  ListHeaderClick(state, 12);
-  QCOMPARE(state.ListSortKey, first);
-}
-
-void TestListSort::otherColumnInBetweenStartsAfresh() {
-  ListSortState state;
-  ListHeaderClick(state, 13);
-  ListHeaderClick(state, 5);
-  ListHeaderClick(state, 13);
-  QVERIFY(state.ListSortKey.endsWith(QStringLiteral(" DESC")));
-  ListHeaderClick(state, 4);
-  ListHeaderClick(state, 3);  // the other half of the same key: its second click
-  QCOMPARE(state.ListSortKey, QStringLiteral("ORDER BY Category Desc, ObjectNum DESC"));
-}
-
-void TestListSort::outsideTheGrid() {
-  ListSortState state;
-  ListHeaderClick(state, 9);
-  for (int column : {-1, 15, 99}) {
-    QVERIFY(!ListHeaderClick(state, column));
-    QCOMPARE(state.ListSortKey, QStringLiteral("ORDER BY Info"));
-    QCOMPARE(state.ListSortField, QStringLiteral("Info"));
-  }
-}
-
-void TestListSort::recordSource() {
-  QCOMPARE(ListRecordSource(ListSortState{}.ListSortKey),
-           QStringLiteral("SELECT DisplayOrder, Goto, Observed, Category, ObjectNum, Name, Type, "
-                          "Constellation, Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, "
-                          "DecMinute From Objects ORDER BY DisplayOrder"));
-}
 
 QTEST_GUILESS_MAIN(TestListSort)
 #include "tst_listsort.moc"

@@ -2,10 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QKeyEvent>
 #include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QPushButton>
 #include <QTimer>
 #include <cmath>
@@ -36,6 +33,16 @@ SkyPosition skyAt(const AppState& state, double hoursFromMeridian, double dec) {
                          std::floor(std::fabs(dec)), 0);
 }
 
+// Mizar high, Albireo and Deneb up, Canopus below the horizon.
+std::vector<ListRow> stars() {
+  TestEnv probe;
+  const AppState& s = *probe.state;
+  return {NamedRow(QStringLiteral("Mizar"), skyAt(s, 0, 54)),
+          NamedRow(QStringLiteral("Albireo"), skyAt(s, 1, 27)),
+          NamedRow(QStringLiteral("Canopus"), skyAt(s, -1, -70)),
+          NamedRow(QStringLiteral("Deneb"), skyAt(s, 2, 45))};
+}
+
 // A main window and one list window on a document of the given rows.
 struct Rig {
   TestEnv env;
@@ -43,7 +50,7 @@ struct Rig {
   std::unique_ptr<CurrentList> list;
   QString path;
 
-  explicit Rig(const std::vector<ListRow>& rows,
+  explicit Rig(const std::vector<ListRow>& rows = stars(),
                ListVariant variant = ListVariant::CurrentList) {
     path = env.path(QStringLiteral("tonight.tlf"));
     MakeListDocument(*env.state, path, rows);
@@ -55,28 +62,33 @@ struct Rig {
   }
   AppState& state() { return *env.state; }
   Recordset& rs() { return *list->datPrimary(); }
-  QString counter() const {
-    return list->findChild<QLineEdit*>(QStringLiteral("txtRecordCounter"))->text();
-  }
-  QString field(int n) const {
-    return list->findChild<QLineEdit*>(QStringLiteral("Text%1").arg(n))->text();
+  DataGrid* grid() { return list->grdDataGrid(); }
+  QString cell(int row, int column) { return grid()->model()->index(row, column).data().toString(); }
+  QString text(const char* name) const { return list->findChild<QLineEdit*>(name)->text(); }
+  QString counter() const { return text("txtRecordCounter"); }
+  QString field(int n) const { return text(qPrintable(QStringLiteral("Text%1").arg(n))); }
+  // The counter, the name, the beeps and the boxes so far.
+  QString seen() const {
+    return QStringLiteral("%1|%2|%3|%4")
+        .arg(counter(), field(3))
+        .arg(env.prompter.beeps)
+        .arg(env.prompter.entries.size());
   }
   void key(int k, Qt::KeyboardModifiers mods = Qt::NoModifier) {
-    QTest::keyClick(list->grdDataGrid(), Qt::Key(k), mods);
+    QTest::keyClick(grid(), Qt::Key(k), mods);
   }
-  QStringList names() {
+  // The grid's names in its order, and a column of the file in DisplayOrder.
+  QString names() {
     QStringList out;
     for (int r = 0; r < rs().RecordCount(); ++r) out << rs().rowValue(r, 5).toString();
-    return out;
+    return out.join(',');
+  }
+  QString column(const char* name) const { return ListColumn(path, name).join(','); }
+  void show() {
+    list->show();
+    QVERIFY(QTest::qWaitForWindowExposed(list.get()));
   }
 };
-
-std::vector<ListRow> stars(const AppState& s) {
-  return {NamedRow(QStringLiteral("Mizar"), skyAt(s, 0, 54)),
-          NamedRow(QStringLiteral("Albireo"), skyAt(s, 1, 27)),
-          NamedRow(QStringLiteral("Canopus"), skyAt(s, -1, -70)),
-          NamedRow(QStringLiteral("Deneb"), skyAt(s, 2, 45))};
-}
 
 // Answers the next ClearGoto dialog with a button, or with its close box for "".
 void answerClearGoto(const QString& button) {
@@ -94,428 +106,326 @@ void answerClearGoto(const QString& button) {
 class TestListWindow : public QObject {
   Q_OBJECT
  private slots:
-  void loadAndColumns();
-  void keys_data();
-  void keys();
-  void endsOfTheList();
-  void emptyList();
-  void observedToggles();
-  void clearGoto_data();
-  void clearGoto();
-  void headerSort_data();
-  void headerSort();
-  void sortKeptAfterEditing();
-  void markerFollowsRow();
-  void gotoMarksRow_data();
-  void gotoMarksRow();
-  void resizeRule_data();
-  void resizeRule();
-  void compactWindowFollowsItsWidth();
-  void detailsReadable_data();
-  void detailsReadable();
+  // Opening, stepping to both ends (a beep past them), and the chart marker on the way.
+  void opensAndSteps() {
+    Rig rig;
+    CurrentList& w = *rig.list;
+    const std::vector<ListRow> rows = stars();
+    auto altitude = [&](size_t i) { return PlainNumber(AltitudeNow(rig.state(), rows[i].position)); };
+    QCOMPARE((QStringList{w.windowTitle(), rig.text("txtDataSource"), rig.text("txtObserverTitle"),
+                          rig.field(13)}),
+             (QStringList{"Objects - tonight", rig.path, "tonight", altitude(0)}));
+    QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Mizar|0|0"));
+    QVERIFY(w.timerAltitude()->isActive());
+    QCOMPARE(w.timerAltitude()->interval(), 60000);
+    QCOMPARE(int(w.mapStars().size()), 5044);
+    QVERIFY(!w.firstActivatePending());
+    QCOMPARE(rig.grid()->columnWidth(5), 2300 / 15);
+    QVERIFY(!rig.grid()->allowUpdate());
+
+    const SkyChart& chart = w.Sky()->chart();
+    auto marker = [&] { return QPointF(chart.MarkerX, chart.MarkerY); };
+    auto expected = [&](size_t i) {
+      const SkyPosition p = rows[i].position;
+      return ProjectSky(w.Sky()->constants(), AltitudeNow(rig.state(), p),
+                        AzimuthNow(rig.state(), p));
+    };
+    QCOMPARE(marker(), expected(0));
+    w.cmdPrevious_Click();
+    QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Mizar|1|0"));
+    w.cmdNext_Click();
+    QCOMPARE(marker(), expected(1));
+    QCOMPARE(rig.field(13), altitude(1));
+    // Canopus is below the horizon: the marker stays where it was stored.
+    w.cmdNext_Click();
+    QVERIFY(AltitudeNow(rig.state(), rows[2].position) <= 0);
+    QCOMPARE(marker(), expected(1));
+    rig.grid()->setCurrentIndex(rig.grid()->model()->index(3, 5));
+    QCOMPARE(marker(), expected(3));
+    QCOMPARE(rig.seen(), QStringLiteral(" Object: 4 of 4|Deneb|1|0"));
+    w.cmdNext_Click();
+    QCOMPARE(rig.seen(), QStringLiteral(" Object: 4 of 4|Deneb|2|0"));
+  }
+
+  // From row 1 or 2 of 4, a key and the row it leads to.
+  void keys_data() {
+    QTest::addColumn<int>("start");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("end");
+    const int ctrl = int(Qt::ControlModifier);
+    const struct { const char* name; int start, key, end; } rows[] = {
+        {"end", 1, Qt::Key_End, 3},          {"ctrl end", 1, ctrl | Qt::Key_End, 3},
+        {"home", 2, Qt::Key_Home, 0},        {"up", 2, Qt::Key_Up, 1},
+        {"page up", 2, Qt::Key_PageUp, 1},   {"ctrl up", 2, ctrl | Qt::Key_Up, 0},
+        {"down", 1, Qt::Key_Down, 2},        {"page down", 1, Qt::Key_PageDown, 2},
+        {"ctrl page down", 1, ctrl | Qt::Key_PageDown, 3}};
+    for (const auto& r : rows) QTest::newRow(r.name) << r.start << r.key << r.end;
+  }
+  void keys() {
+    QFETCH(int, start);
+    QFETCH(int, key);
+    QFETCH(int, end);
+    Rig rig;
+    rig.rs().setAbsolutePosition(start);
+    rig.key(key & ~Qt::KeyboardModifierMask, Qt::KeyboardModifiers(key & Qt::KeyboardModifierMask));
+    QCOMPARE(rig.rs().AbsolutePosition(), end);
+    QCOMPARE(rig.counter(), QStringLiteral(" Object: %1 of 4").arg(end + 1));
+    QCOMPARE(rig.grid()->currentIndex().row(), end);
+  }
+
+  void emptyList() {
+    Rig rig(std::vector<ListRow>{});
+    rig.list->cmdNext_Click();
+    rig.list->cmdPrevious_Click();
+    rig.key(Qt::Key_End);
+    rig.list->cmdObserved_Click();
+    rig.list->cmdGoto_Click();
+    rig.list->cmdCDC_Click();
+    rig.list->grdDataGrid_HeadClick(5);
+    rig.list->timerAltitude_Timer();
+    QCOMPARE(rig.seen() + rig.field(13), QStringLiteral("||0|0"));
+  }
+
+  void observedToggles() {
+    Rig rig;
+    rig.list->cmdNext_Click();
+    rig.list->cmdObserved_Click();
+    QCOMPARE(rig.column("Observed"), QStringLiteral("<null>,Y,<null>,<null>"));
+    QCOMPARE(rig.cell(1, 2), QStringLiteral("Y"));
+    QCOMPARE(rig.counter(), QStringLiteral(" Object: 2 of 4"));
+    rig.list->cmdObserved_Click();
+    QCOMPARE(rig.column("Observed"), QStringLiteral("<null>, ,<null>,<null>"));
+    QVERIFY(!rig.grid()->allowUpdate());
+    rig.list->cmdObserved_Click();
+    QCOMPARE(rig.column("Observed"), QStringLiteral("<null>,Y,<null>,<null>"));
+
+    // A write that fails is reported once and leaves the grid read-only, the row showing what
+    // the file holds, and the window free to move on.
+    Database(rig.path, Database::Mode::ReadWrite)
+        .exec(QStringLiteral("CREATE TRIGGER refuse BEFORE UPDATE ON Objects "
+                             "BEGIN SELECT RAISE(ABORT, 'attempt to write a readonly database'); END"));
+    rig.list->cmdObserved_Click();
+    QVERIFY(!rig.grid()->allowUpdate());
+    QCOMPARE(rig.cell(1, 2), QStringLiteral("Y"));
+    rig.list->cmdNext_Click();
+    rig.list->cmdPrevious_Click();
+    rig.list->cmdPrevious_Click();
+    QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Mizar|0|1"));
+  }
+
+  // Every row marked; the dialog answered on the second row.
+  void clearGoto_data() {
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("choice");
+    QTest::addColumn<QString>("marks");
+    QTest::newRow("this") << "cmdThis" << "This" << "Y, ,Y,Y";
+    QTest::newRow("all") << "Command1" << "All" << " , , , ";
+    QTest::newRow("cancel") << "cmdCancel" << "None" << "Y,Y,Y,Y";
+    QTest::newRow("close box") << "" << "None" << "Y,Y,Y,Y";
+  }
+  void clearGoto() {
+    QFETCH(QString, button);
+    QFETCH(QString, choice);
+    QFETCH(QString, marks);
+    std::vector<ListRow> rows = stars();
+    for (ListRow& r : rows) r.gotoMark = QStringLiteral("Y");
+    Rig rig(rows);
+    rig.state().ClearGotoChoice = QStringLiteral("All");  // left over from an earlier time
+    rig.list->cmdNext_Click();
+    answerClearGoto(button);
+    rig.list->cmdClearGoto_Click();
+    QCOMPARE(rig.state().ClearGotoChoice, choice);
+    QCOMPARE(rig.column("Goto"), marks);
+    QCOMPARE(rig.counter(), QStringLiteral(" Object: %1 of 4").arg(choice == "All" ? 1 : 2));
+  }
+
+  // Head clicks sort the grid, not the file, and go back to its first row.
+  void headerSort_data() {
+    QTest::addColumn<QList<int>>("clicks");
+    QTest::addColumn<QString>("sortKey");
+    QTest::addColumn<QString>("names");
+    const QString dec = QStringLiteral("ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ");
+    QTest::newRow("name twice") << QList<int>{5, 5} << "ORDER BY Name DESC"
+                                << "Mizar,Deneb,Canopus,Albireo";
+    QTest::newRow("dec north first") << QList<int>{13} << dec + "DESC"
+                                     << "Mizar,Deneb,Albireo,Canopus";
+    QTest::newRow("dec minutes then sign") << QList<int>{14, 12} << dec
+                                           << "Canopus,Albireo,Deneb,Mizar";
+    QTest::newRow("number head goes descending") << QList<int>{0} << "ORDER BY DisplayOrder Desc"
+                                                 << "Deneb,Canopus,Albireo,Mizar";
+    QTest::newRow("observed blanks first") << QList<int>{2} << "ORDER BY Observed, DisplayOrder"
+                                           << "Mizar,Canopus,Deneb,Albireo";
+  }
+  void headerSort() {
+    QFETCH(QList<int>, clicks);
+    QFETCH(QString, sortKey);
+    QFETCH(QString, names);
+    std::vector<ListRow> rows = stars();
+    for (ListRow& r : rows) r.observed = r.name == "Albireo" ? "Y" : " ";
+    Rig rig(rows);
+    rig.list->cmdNext_Click();
+    for (int c : clicks) rig.list->grdDataGrid_HeadClick(c);
+    QCOMPARE(rig.list->sortState().ListSortKey, sortKey);
+    QCOMPARE(rig.names(), names);
+    QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|%1|0|0").arg(names.section(',', 0, 0)));
+    QCOMPARE(rig.grid()->model()->headerData(0, Qt::Horizontal).toString(), QStringLiteral("#"));
+    QCOMPARE(rig.column("DisplayOrder"), QStringLiteral("1,2,3,4"));
+  }
+
+  void sortKeptAfterEditing() {
+    Rig rig;
+    rig.list->grdDataGrid_HeadClick(5);
+    rig.list->cmdNext_Click();
+    rig.list->cmdNext_Click();
+    bool timerStopped = false;
+    bool pointerHeld = true;
+    rig.list->openEditor = [&](CurrentList& w) {
+      timerStopped = !w.timerAltitude()->isActive();
+      // Nothing of the list window's may stay over the editor's pointer.
+      pointerHeld = QGuiApplication::overrideCursor() != nullptr;
+      Database(rig.path, Database::Mode::ReadWrite)
+          .exec(QStringLiteral("INSERT INTO Objects (DisplayOrder, Name, RAHour, RAMinute, "
+                               "DecSign, DecDeg, DecMinute) VALUES (5, 'Aldebaran', 4, 36, '+', 16, 31)"));
+    };
+    rig.list->findChild<QPushButton*>(QStringLiteral("cmdEdit"))->click();
+    QVERIFY(timerStopped);
+    QVERIFY(!pointerHeld);
+    QVERIFY(rig.list->timerAltitude()->isActive());
+    QCOMPARE(rig.list->sortState().ListSortKey, QStringLiteral("ORDER BY Name"));
+    QCOMPARE(rig.names(), QStringLiteral("Albireo,Aldebaran,Canopus,Deneb,Mizar"));
+    QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 5|Albireo|0|0"));
+    // An editor that fails to open leaves the altitude running.
+    rig.list->openEditor = [](CurrentList&) { throw AppError::of(ErrNo::FileNotFound); };
+    rig.list->cmdEdit_Click();
+    QCOMPARE(rig.env.prompter.entries.size(), 1);
+    QVERIFY(rig.list->timerAltitude()->isActive());
+  }
+
+  // Against the telescope simulator on a pseudo-terminal.
+  void gotoMarksRow_data() {
+    QTest::addColumn<QString>("situation");
+    QTest::addColumn<QString>("mark");
+    QTest::newRow("slew") << "slew" << "Y";
+    QTest::newRow("double click") << "double click" << "Y";
+    QTest::newRow("declined") << "declined" << "<null>";
+    QTest::newRow("no such device") << "no device" << "<null>";
+  }
+  void gotoMarksRow() {
+    QFETCH(QString, situation);
+    QFETCH(QString, mark);
+    ScopeSim sim;
+    QVERIFY(sim.start(QStringLiteral("GT")));
+    Rig rig;
+    ProgramSettings& s = rig.state().settings;
+    s.ScopeType = QStringLiteral("GT");
+    s.CommPort = situation == "no device" ? "/dev/tavorine-no-such-port" : sim.address;
+    s.UseAltLimit = true;
+    s.MinAlt = 0;
+    s.MaxAlt = situation == "declined" ? 10 : 90;
+    if (situation == "declined") rig.env.prompter.answer(Prompter::Answer::No);
+    rig.list->cmdNext_Click();
+    if (situation == "double click") {
+      rig.show();
+      const QRect cell = rig.grid()->visualRect(rig.grid()->model()->index(1, 5));
+      // The view takes a double click as such only after the press that starts it.
+      QTest::mouseClick(rig.grid()->viewport(), Qt::LeftButton, {}, cell.center());
+      QTest::mouseDClick(rig.grid()->viewport(), Qt::LeftButton, {}, cell.center());
+    } else {
+      rig.list->findChild<QPushButton*>(QStringLiteral("cmdGoto"))->click();
+    }
+    QCOMPARE(rig.column("Goto"), QStringLiteral("<null>,%1,<null>,<null>").arg(mark));
+    QCOMPARE(rig.cell(1, 1), mark == "Y" ? mark : QString());
+    QCOMPARE(!sim.received().isEmpty(), mark == "Y");
+    QVERIFY(!rig.grid()->allowUpdate());
+    QCOMPARE(rig.env.prompter.entries.isEmpty(), mark == "Y");
+    if (situation == "declined")
+      QCOMPARE(rig.env.prompter.entries.value(0).title, QStringLiteral("Altitude Alert!"));
+  }
+
+  // Sizes in twips; the tops of GoTo, the counter, Edit and Close (-1: not moved).
+  void resizeRule_data() {
+    QTest::addColumn<bool>("compact");
+    QTest::addColumn<bool>("maximized");
+    QTest::addColumn<QSize>("area");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QString>("result");
+    const QSize big(20000, 20000);
+    QTest::newRow("large at size") << false << false << big << QSize(10900, 7400)
+        << "10900x7400 grid 6660x6425 sky -1 tops 6545 6545 6995 -1";
+    QTest::newRow("large grown") << false << false << big << QSize(14000, 9000)
+        << "14000x9000 grid 9760x8025 sky -1 tops 8145 8145 8595 -1";
+    QTest::newRow("large too small") << false << false << big << QSize(9000, 5000)
+        << "10900x7400 grid 6660x6425 sky -1 tops 6545 6545 6995 -1";
+    QTest::newRow("large maximized in small area") << false << true << QSize(10600, 9000)
+        << QSize(10600, 9000) << "restore";
+    QTest::newRow("large maximized fits") << false << true << QSize(10700, 7200)
+        << QSize(10700, 7200) << "10700x7200 grid 6460x6225 sky -1 tops 6345 6345 6795 -1";
+    QTest::newRow("compact at size") << true << false << big << QSize(11820, 4935)
+        << "11820x4935 grid 3615x4455 sky 7680 tops 4530 4530 4530 4530";
+    QTest::newRow("compact wider") << true << false << big << QSize(13000, 6000)
+        << "13000x6000 grid 4795x5520 sky 8860 tops 5595 5595 5595 5595";
+    QTest::newRow("compact too narrow") << true << false << big << QSize(11000, 6000)
+        << "11820x6000 grid 3615x5520 sky 7680 tops 5595 5595 5595 5595";
+  }
+  void resizeRule() {
+    QFETCH(bool, compact);
+    QFETCH(bool, maximized);
+    QFETCH(QSize, area);
+    QFETCH(QSize, size);
+    QFETCH(QString, result);
+    const ListResize r =
+        ListResizeRule(compact ? ListVariant::CurrentListFixed : ListVariant::CurrentList,
+                       maximized, area.width(), area.height(), size.width(), size.height());
+    auto top = [&](const char* name) {
+      for (const auto& [n, t] : r.tops)
+        if (n == QLatin1String(name)) return t;
+      return -1;
+    };
+    const QString got = r.restoreNormal
+        ? QStringLiteral("restore")
+        : QStringLiteral("%1x%2 grid %3x%4 sky %5 tops %6 %7 %8 %9")
+              .arg(r.width).arg(r.height).arg(r.gridWidth).arg(r.gridHeight).arg(r.skyLeft)
+              .arg(top("cmdGoto")).arg(top("txtRecordCounter")).arg(top("cmdEdit"))
+              .arg(top("cmdClose"));
+    QCOMPARE(got, result);
+  }
+
+  // At the telescope the panel is read at a glance: a long name from its start, the minutes
+  // whole. The compact window, made wider (13000 by 6000 twips), takes the details along
+  // between the wider grid and the chart, over neither.
+  void detailsReadable_data() {
+    QTest::addColumn<bool>("compact");
+    QTest::newRow("CurrentList") << false;
+    QTest::newRow("CurrentListFixed") << true;
+  }
+  void detailsReadable() {
+    QFETCH(bool, compact);
+    std::vector<ListRow> rows = stars();
+    rows[1].name = QStringLiteral("Albireo,Beta-1 Cygni,6 Cygni,ADS 12540,WDS 19307+2758,STFA 43");
+    rows[1].position.decMinutes = QStringLiteral("57.6");
+    Rig rig(rows, compact ? ListVariant::CurrentListFixed : ListVariant::CurrentList);
+    CurrentList& w = *rig.list;
+    rig.show();
+    rig.key(Qt::Key_Down);
+    auto* name = w.findChild<QLineEdit*>(QStringLiteral("Text3"));
+    QCOMPARE(name->text(), rows[1].name);
+    QCOMPARE(name->cursorPosition(), 0);
+    auto* minutes = w.findChild<QLineEdit*>(QStringLiteral("Text11"));
+    QCOMPARE(minutes->text(), QStringLiteral("57.6"));
+    QVERIFY2(minutes->width() >= minutes->fontMetrics().horizontalAdvance(minutes->text()) + 8,
+             qPrintable(QString::number(minutes->width())));
+    if (!compact) return;
+    QCOMPARE(w.objectName(), QStringLiteral("CurrentListFixed"));
+    w.resize(TwipsToPixels(13000, &w), TwipsToPixels(6000, &w));
+    QTRY_COMPARE(w.width(), TwipsToPixels(13000, &w));
+    QCOMPARE(w.Sky()->x(), TwipsToPixels(8860, &w));
+    QCOMPARE(w.findChild<QPushButton*>(QStringLiteral("cmdGoto"))->y(), TwipsToPixels(5595, &w));
+    QCOMPARE(rig.grid()->size(), QSize(TwipsToPixels(4795, &w), TwipsToPixels(5520, &w)));
+    const QRect details = w.findChild<QWidget*>(QStringLiteral("fraDetails"))->geometry();
+    QVERIFY(details.left() > rig.grid()->geometry().right());
+    QVERIFY(details.right() < w.Sky()->x());
+  }
 };
-
-void TestListWindow::loadAndColumns() {
-  TestEnv probe;
-  Rig rig(stars(*probe.state));
-  CurrentList& w = *rig.list;
-  QCOMPARE(w.windowTitle(), QStringLiteral("Objects - tonight"));
-  QCOMPARE(w.findChild<QLineEdit*>(QStringLiteral("txtDataSource"))->text(), rig.path);
-  QCOMPARE(w.findChild<QLineEdit*>(QStringLiteral("txtObserverTitle"))->text(),
-           QStringLiteral("tonight"));
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: 1 of 4"));
-  QCOMPARE(rig.field(3), QStringLiteral("Mizar"));
-  QCOMPARE(rig.field(13), PlainNumber(AltitudeNow(rig.state(), stars(rig.state())[0].position)));
-  QCOMPARE(w.timerAltitude()->interval(), 60000);
-  QVERIFY(w.timerAltitude()->isActive());
-  QCOMPARE(int(w.mapStars().size()), 5044);
-  QVERIFY(!w.firstActivatePending());
-  QCOMPARE(w.grdDataGrid()->columnWidth(5), 2300 / 15);
-  QVERIFY(!w.grdDataGrid()->allowUpdate());
-}
-
-void TestListWindow::keys_data() {
-  QTest::addColumn<int>("startRow");
-  QTest::addColumn<int>("key");
-  QTest::addColumn<bool>("ctrl");
-  QTest::addColumn<int>("endRow");
-  QTest::newRow("end") << 1 << int(Qt::Key_End) << false << 3;
-  QTest::newRow("ctrl end") << 1 << int(Qt::Key_End) << true << 3;
-  QTest::newRow("home") << 2 << int(Qt::Key_Home) << false << 0;
-  QTest::newRow("up") << 2 << int(Qt::Key_Up) << false << 1;
-  QTest::newRow("page up") << 2 << int(Qt::Key_PageUp) << false << 1;
-  QTest::newRow("ctrl up") << 2 << int(Qt::Key_Up) << true << 0;
-  QTest::newRow("down") << 1 << int(Qt::Key_Down) << false << 2;
-  QTest::newRow("page down") << 1 << int(Qt::Key_PageDown) << false << 2;
-  QTest::newRow("ctrl page down") << 1 << int(Qt::Key_PageDown) << true << 3;
-}
-
-void TestListWindow::keys() {
-  QFETCH(int, startRow);
-  QFETCH(int, key);
-  QFETCH(bool, ctrl);
-  QFETCH(int, endRow);
-  TestEnv probe;
-  Rig rig(stars(*probe.state));
-  rig.rs().setAbsolutePosition(startRow);
-  rig.key(key, ctrl ? Qt::ControlModifier : Qt::NoModifier);
-  QCOMPARE(rig.rs().AbsolutePosition(), endRow);
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: %1 of 4").arg(endRow + 1));
-  QCOMPARE(rig.list->grdDataGrid()->currentIndex().row(), endRow);
-}
-
-void TestListWindow::endsOfTheList() {
-  TestEnv probe;
-  Rig rig(stars(*probe.state));
-  rig.list->cmdPrevious_Click();
-  QCOMPARE(rig.env.prompter.beeps, 1);
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: 1 of 4"));
-  for (int i = 0; i < 3; ++i) rig.list->cmdNext_Click();
-  QCOMPARE(rig.env.prompter.beeps, 1);
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: 4 of 4"));
-  QCOMPARE(rig.field(3), QStringLiteral("Deneb"));
-  rig.list->cmdNext_Click();
-  QCOMPARE(rig.env.prompter.beeps, 2);
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: 4 of 4"));
-  QCOMPARE(rig.field(3), QStringLiteral("Deneb"));
-  QVERIFY(rig.env.prompter.entries.isEmpty());
-}
-
-void TestListWindow::emptyList() {
-  Rig rig({});
-  QCOMPARE(rig.counter(), QString());
-  rig.list->cmdNext_Click();
-  rig.list->cmdPrevious_Click();
-  rig.key(Qt::Key_End);
-  rig.list->cmdObserved_Click();
-  rig.list->cmdGoto_Click();
-  rig.list->cmdCDC_Click();
-  rig.list->grdDataGrid_HeadClick(5);
-  rig.list->timerAltitude_Timer();
-  QCOMPARE(rig.env.prompter.beeps, 0);
-  QVERIFY2(rig.env.prompter.entries.isEmpty(), qPrintable(rig.env.prompter.texts().join('|')));
-  QCOMPARE(rig.counter(), QString());
-  QCOMPARE(rig.field(13), QString());
-}
-
-void TestListWindow::observedToggles() {
-  TestEnv probe;
-  Rig rig(stars(*probe.state));
-  rig.list->cmdNext_Click();
-  rig.list->cmdObserved_Click();
-  QCOMPARE(ListColumn(rig.path, "Observed"), (QStringList{"<null>", "Y", "<null>", "<null>"}));
-  QCOMPARE(rig.list->grdDataGrid()->model()->index(1, 2).data().toString(), QStringLiteral("Y"));
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: 2 of 4"));
-  rig.list->cmdObserved_Click();
-  QCOMPARE(ListColumn(rig.path, "Observed"), (QStringList{"<null>", " ", "<null>", "<null>"}));
-  QVERIFY(!rig.list->grdDataGrid()->allowUpdate());
-  rig.list->cmdObserved_Click();
-  QCOMPARE(ListColumn(rig.path, "Observed")[1], QStringLiteral("Y"));
-
-  // A write that fails is reported once and leaves the grid read-only, the row showing what
-  // the file holds, and the window free to move on.
-  {
-    Database other(rig.path, Database::Mode::ReadWrite);
-    other.exec(QStringLiteral("CREATE TRIGGER refuse BEFORE UPDATE ON Objects "
-                              "BEGIN SELECT RAISE(ABORT, 'attempt to write a readonly database'); END"));
-  }
-  rig.env.prompter.clear();
-  rig.list->cmdObserved_Click();
-  QCOMPARE(rig.env.prompter.entries.size(), 1);
-  QVERIFY(!rig.list->grdDataGrid()->allowUpdate());
-  QCOMPARE(rig.list->grdDataGrid()->model()->index(1, 2).data().toString(), QStringLiteral("Y"));
-  rig.list->cmdNext_Click();
-  rig.list->cmdPrevious_Click();
-  rig.list->cmdPrevious_Click();
-  QCOMPARE(rig.env.prompter.entries.size(), 1);
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: 1 of 4"));
-}
-
-void TestListWindow::clearGoto_data() {
-  QTest::addColumn<QString>("button");
-  QTest::addColumn<QString>("choice");
-  QTest::addColumn<QStringList>("marks");
-  QTest::newRow("this") << "cmdThis" << "This" << QStringList{"Y", " ", "Y", "Y"};
-  QTest::newRow("all") << "Command1" << "All" << QStringList{" ", " ", " ", " "};
-  QTest::newRow("cancel") << "cmdCancel" << "None" << QStringList{"Y", "Y", "Y", "Y"};
-  QTest::newRow("close box") << "" << "None" << QStringList{"Y", "Y", "Y", "Y"};
-}
-
-void TestListWindow::clearGoto() {
-  QFETCH(QString, button);
-  QFETCH(QString, choice);
-  QFETCH(QStringList, marks);
-  TestEnv probe;
-  std::vector<ListRow> rows = stars(*probe.state);
-  for (ListRow& r : rows) r.gotoMark = QStringLiteral("Y");
-  Rig rig(rows);
-  rig.state().ClearGotoChoice = QStringLiteral("All");  // left over from an earlier time
-  rig.list->cmdNext_Click();
-  answerClearGoto(button);
-  rig.list->cmdClearGoto_Click();
-  QCOMPARE(rig.state().ClearGotoChoice, choice);
-  QCOMPARE(ListColumn(rig.path, "Goto"), marks);
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: %1 of 4").arg(choice == "All" ? 1 : 2));
-}
-
-void TestListWindow::headerSort_data() {
-  QTest::addColumn<QList<int>>("clicks");
-  QTest::addColumn<QString>("sortKey");
-  QTest::addColumn<QStringList>("names");
-  QTest::newRow("name") << QList<int>{5} << "ORDER BY Name"
-                        << QStringList{"Albireo", "Canopus", "Deneb", "Mizar"};
-  QTest::newRow("name twice") << QList<int>{5, 5} << "ORDER BY Name DESC"
-                              << QStringList{"Mizar", "Deneb", "Canopus", "Albireo"};
-  QTest::newRow("dec north first") << QList<int>{13} << "ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) DESC"
-                                   << QStringList{"Mizar", "Deneb", "Albireo", "Canopus"};
-  QTest::newRow("dec minutes then sign") << QList<int>{14, 12}
-                                         << "ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) "
-                                         << QStringList{"Canopus", "Albireo", "Deneb", "Mizar"};
-  QTest::newRow("number head goes descending") << QList<int>{0} << "ORDER BY DisplayOrder Desc"
-                                               << QStringList{"Deneb", "Canopus", "Albireo", "Mizar"};
-  QTest::newRow("observed blanks first") << QList<int>{2} << "ORDER BY Observed, DisplayOrder"
-                                         << QStringList{"Mizar", "Canopus", "Deneb", "Albireo"};
-}
-
-void TestListWindow::headerSort() {
-  QFETCH(QList<int>, clicks);
-  QFETCH(QString, sortKey);
-  QFETCH(QStringList, names);
-  TestEnv probe;
-  std::vector<ListRow> rows = stars(*probe.state);
-  rows[1].observed = QStringLiteral("Y");
-  for (size_t i : {0, 2, 3}) rows[i].observed = QStringLiteral(" ");
-  Rig rig(rows);
-  rig.list->cmdNext_Click();
-  for (int c : clicks) rig.list->grdDataGrid_HeadClick(c);
-  QCOMPARE(rig.list->sortState().ListSortKey, sortKey);
-  QCOMPARE(rig.names(), names);
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: 1 of 4"));
-  QCOMPARE(rig.field(3), names.first());
-  QCOMPARE(rig.list->grdDataGrid()->model()->headerData(0, Qt::Horizontal).toString(),
-           QStringLiteral("#"));
-  QCOMPARE(ListColumn(rig.path, "DisplayOrder"), (QStringList{"1", "2", "3", "4"}));
-}
-
-void TestListWindow::sortKeptAfterEditing() {
-  TestEnv probe;
-  Rig rig(stars(*probe.state));
-  rig.list->grdDataGrid_HeadClick(5);
-  rig.list->cmdNext_Click();
-  rig.list->cmdNext_Click();
-  bool timerStopped = false;
-  bool pointerHeld = true;
-  rig.list->openEditor = [&](CurrentList& w) {
-    timerStopped = !w.timerAltitude()->isActive();
-    // Nothing of the list window's may stay over the editor's pointer.
-    pointerHeld = QGuiApplication::overrideCursor() != nullptr;
-    Database db(rig.path, Database::Mode::ReadWrite);
-    db.exec(QStringLiteral("INSERT INTO Objects (DisplayOrder, Name, RAHour, RAMinute, DecSign, "
-                           "DecDeg, DecMinute) VALUES (5, 'Aldebaran', 4, 36, '+', 16, 31)"));
-  };
-  rig.list->findChild<QPushButton*>(QStringLiteral("cmdEdit"))->click();
-  QVERIFY(timerStopped);
-  QVERIFY(!pointerHeld);
-  QVERIFY(rig.list->timerAltitude()->isActive());
-  QCOMPARE(rig.list->sortState().ListSortKey, QStringLiteral("ORDER BY Name"));
-  QCOMPARE(rig.names(), (QStringList{"Albireo", "Aldebaran", "Canopus", "Deneb", "Mizar"}));
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: 1 of 5"));
-  QCOMPARE(rig.field(3), QStringLiteral("Albireo"));
-
-  // An editor that fails to open leaves the altitude running.
-  rig.list->openEditor = [](CurrentList&) { throw AppError::of(ErrNo::FileNotFound); };
-  rig.env.prompter.clear();
-  rig.list->cmdEdit_Click();
-  QCOMPARE(rig.env.prompter.entries.size(), 1);
-  QVERIFY(rig.list->timerAltitude()->isActive());
-}
-
-void TestListWindow::markerFollowsRow() {
-  TestEnv probe;
-  Rig rig(stars(*probe.state));
-  const ChartConstants& c = rig.list->Sky()->constants();
-  auto expected = [&](int i) {
-    const SkyPosition p = stars(rig.state())[size_t(i)].position;
-    return ProjectSky(c, AltitudeNow(rig.state(), p), AzimuthNow(rig.state(), p));
-  };
-  const SkyChart& chart = rig.list->Sky()->chart();
-  QCOMPARE(QPointF(chart.MarkerX, chart.MarkerY), expected(0));
-  rig.list->cmdNext_Click();
-  QCOMPARE(QPointF(chart.MarkerX, chart.MarkerY), expected(1));
-  QCOMPARE(rig.field(13), PlainNumber(AltitudeNow(rig.state(), stars(rig.state())[1].position)));
-  // Canopus is below the horizon: the marker stays where it was stored.
-  rig.list->cmdNext_Click();
-  QVERIFY(AltitudeNow(rig.state(), stars(rig.state())[2].position) <= 0);
-  QCOMPARE(QPointF(chart.MarkerX, chart.MarkerY), expected(1));
-  rig.list->grdDataGrid()->setCurrentIndex(rig.list->grdDataGrid()->model()->index(3, 5));
-  QCOMPARE(QPointF(chart.MarkerX, chart.MarkerY), expected(3));
-  QCOMPARE(rig.counter(), QStringLiteral(" Object: 4 of 4"));
-}
-
-void TestListWindow::gotoMarksRow_data() {
-  QTest::addColumn<QString>("situation");
-  QTest::addColumn<QString>("mark");
-  QTest::addColumn<bool>("bytesSent");
-  QTest::newRow("slew") << "slew" << "Y" << true;
-  QTest::newRow("double click") << "double click" << "Y" << true;
-  QTest::newRow("declined") << "declined" << "<null>" << false;
-  QTest::newRow("no such device") << "no device" << "<null>" << false;
-}
-
-void TestListWindow::gotoMarksRow() {
-  QFETCH(QString, situation);
-  QFETCH(QString, mark);
-  QFETCH(bool, bytesSent);
-  ScopeSim sim;
-  QVERIFY(sim.start(QStringLiteral("GT")));
-  TestEnv probe;
-  Rig rig(stars(*probe.state));
-  AppState& s = rig.state();
-  s.settings.ScopeType = QStringLiteral("GT");
-  s.settings.CommPort = sim.address;
-  s.settings.UseAltLimit = true;
-  s.settings.MinAlt = 0;
-  s.settings.MaxAlt = 90;
-  if (situation == "declined") {
-    s.settings.MaxAlt = 10;
-    rig.env.prompter.answer(Prompter::Answer::No);
-  }
-  if (situation == "no device") s.settings.CommPort = QStringLiteral("/dev/tavorine-no-such-port");
-  rig.list->cmdNext_Click();
-  if (situation == "double click") {
-    rig.list->show();
-    QVERIFY(QTest::qWaitForWindowExposed(rig.list.get()));
-    DataGrid* grid = rig.list->grdDataGrid();
-    const QRect cell = grid->visualRect(grid->model()->index(1, 5));
-    // The view takes a double click as such only after the press that starts it.
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
-    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
-  } else {
-    rig.list->findChild<QPushButton*>(QStringLiteral("cmdGoto"))->click();
-  }
-  QCOMPARE(ListColumn(rig.path, "Goto"), (QStringList{"<null>", mark, "<null>", "<null>"}));
-  QCOMPARE(rig.list->grdDataGrid()->model()->index(1, 1).data().toString(),
-           mark == "Y" ? mark : QString());
-  QCOMPARE(!sim.received().isEmpty(), bytesSent);
-  QVERIFY(!rig.list->grdDataGrid()->allowUpdate());
-  if (situation == "declined")
-    QCOMPARE(rig.env.prompter.entries.value(0).title, QStringLiteral("Altitude Alert!"));
-  if (situation == "no device") QVERIFY(!rig.env.prompter.entries.isEmpty());
-  if (mark == "Y") QVERIFY(rig.env.prompter.entries.isEmpty());
-}
-
-void TestListWindow::resizeRule_data() {
-  QTest::addColumn<int>("variant");
-  QTest::addColumn<bool>("maximized");
-  QTest::addColumn<QSize>("area");
-  QTest::addColumn<QSize>("size");
-  QTest::addColumn<bool>("restore");
-  QTest::addColumn<QSize>("endSize");
-  QTest::addColumn<QSize>("grid");
-  QTest::addColumn<int>("skyLeft");
-  QTest::addColumn<int>("gotoTop");
-  QTest::addColumn<int>("editTop");
-  const int large = int(ListVariant::CurrentList), compact = int(ListVariant::CurrentListFixed);
-  QTest::newRow("large at size") << large << false << QSize(20000, 20000) << QSize(10900, 7400)
-                                 << false << QSize(10900, 7400) << QSize(6660, 6425) << -1
-                                 << 6545 << 6995;
-  QTest::newRow("large grown") << large << false << QSize(20000, 20000) << QSize(14000, 9000)
-                               << false << QSize(14000, 9000) << QSize(9760, 8025) << -1 << 8145
-                               << 8595;
-  QTest::newRow("large too small") << large << false << QSize(20000, 20000) << QSize(9000, 5000)
-                                   << false << QSize(10900, 7400) << QSize(6660, 6425) << -1
-                                   << 6545 << 6995;
-  QTest::newRow("large maximized in small area")
-      << large << true << QSize(10600, 9000) << QSize(10600, 9000) << true << QSize() << QSize()
-      << -1 << 0 << 0;
-  QTest::newRow("large maximized fits") << large << true << QSize(10700, 7200)
-                                        << QSize(10700, 7200) << false << QSize(10700, 7200)
-                                        << QSize(6460, 6225) << -1 << 6345 << 6795;
-  QTest::newRow("compact at size") << compact << false << QSize(20000, 20000)
-                                   << QSize(11820, 4935) << false << QSize(11820, 4935)
-                                   << QSize(3615, 4455) << 7680 << 4530 << 4530;
-  QTest::newRow("compact wider") << compact << false << QSize(20000, 20000) << QSize(13000, 6000)
-                                 << false << QSize(13000, 6000) << QSize(4795, 5520) << 8860
-                                 << 5595 << 5595;
-  QTest::newRow("compact too narrow") << compact << false << QSize(20000, 20000)
-                                      << QSize(11000, 6000) << false << QSize(11820, 6000)
-                                      << QSize(3615, 5520) << 7680 << 5595 << 5595;
-}
-
-void TestListWindow::resizeRule() {
-  QFETCH(int, variant);
-  QFETCH(bool, maximized);
-  QFETCH(QSize, area);
-  QFETCH(QSize, size);
-  QFETCH(bool, restore);
-  QFETCH(QSize, endSize);
-  QFETCH(QSize, grid);
-  QFETCH(int, skyLeft);
-  QFETCH(int, gotoTop);
-  QFETCH(int, editTop);
-  const ListResize r = ListResizeRule(ListVariant(variant), maximized, area.width(),
-                                      area.height(), size.width(), size.height());
-  QCOMPARE(r.restoreNormal, restore);
-  if (restore) return;
-  QCOMPARE(QSize(r.width, r.height), endSize);
-  QCOMPARE(QSize(r.gridWidth, r.gridHeight), grid);
-  QCOMPARE(r.skyLeft, skyLeft);
-  auto top = [&](const QString& name) {
-    for (const auto& [n, t] : r.tops)
-      if (n == name) return t;
-    return -1;
-  };
-  QCOMPARE(top("cmdGoto"), gotoTop);
-  QCOMPARE(top("cmdEdit"), editTop);
-  QCOMPARE(top("txtRecordCounter"), gotoTop);
-  QCOMPARE(top("cmdClose"), variant == int(ListVariant::CurrentListFixed) ? editTop : -1);
-}
-
-void TestListWindow::compactWindowFollowsItsWidth() {
-  TestEnv probe;
-  Rig rig(stars(*probe.state), ListVariant::CurrentListFixed);
-  CurrentList& w = *rig.list;
-  QCOMPARE(w.objectName(), QStringLiteral("CurrentListFixed"));
-  w.show();
-  QVERIFY(QTest::qWaitForWindowExposed(&w));
-  w.resize(TwipsToPixels(13000, &w), TwipsToPixels(6000, &w));
-  QTRY_COMPARE(w.width(), TwipsToPixels(13000, &w));
-  QCOMPARE(w.Sky()->x(), TwipsToPixels(13000 - 4140, &w));
-  QCOMPARE(w.findChild<QPushButton*>(QStringLiteral("cmdGoto"))->y(),
-           TwipsToPixels(6000 - 405, &w));
-  QCOMPARE(w.grdDataGrid()->height(), TwipsToPixels(6000 - 480, &w));
-  // The detail panel goes along between the wider grid and the chart, over neither.
-  const QRect details = w.findChild<QWidget*>(QStringLiteral("fraDetails"))->geometry();
-  QVERIFY(details.left() > w.grdDataGrid()->geometry().right());
-  QVERIFY(details.right() < w.Sky()->x());
-}
-
-
-void TestListWindow::detailsReadable_data() {
-  QTest::addColumn<int>("variant");
-  QTest::newRow("CurrentList") << int(ListVariant::CurrentList);
-  QTest::newRow("CurrentListFixed") << int(ListVariant::CurrentListFixed);
-}
-
-// At the telescope the panel is read at a glance: a long name from its start, the minutes whole.
-void TestListWindow::detailsReadable() {
-  QFETCH(int, variant);
-  TestEnv probe;
-  std::vector<ListRow> rows = stars(*probe.state);
-  rows[1].name = QStringLiteral("Albireo,Beta-1 Cygni,6 Cygni,ADS 12540,WDS 19307+2758,STFA 43");
-  rows[1].position.decMinutes = QStringLiteral("57.6");
-  Rig rig(rows, ListVariant(variant));
-  rig.list->show();
-  QVERIFY(QTest::qWaitForWindowExposed(rig.list.get()));
-  rig.key(Qt::Key_Down);
-  auto* name = rig.list->findChild<QLineEdit*>(QStringLiteral("Text3"));
-  QCOMPARE(name->text(), rows[1].name);
-  QCOMPARE(name->cursorPosition(), 0);
-  auto* minutes = rig.list->findChild<QLineEdit*>(QStringLiteral("Text11"));
-  QCOMPARE(minutes->text(), QStringLiteral("57.6"));
-  QVERIFY2(minutes->width() >= minutes->fontMetrics().horizontalAdvance(QStringLiteral("57.6")) + 8,
-           qPrintable(QString::number(minutes->width())));
-}
 
 QTEST_MAIN(TestListWindow)
 #include "tst_listwindow.moc"

@@ -6,7 +6,9 @@
 #include <atomic>
 
 #include "scope/chartlink.h"
+#include "scope/scopecodec.h"
 #include "scope/scopecontrol.h"
+#include "support/scopesim.h"
 #include "support/testenv.h"
 
 namespace {
@@ -18,17 +20,13 @@ class ChartServer : public QThread {
   enum Style { AnswerOk, Greet, Refuse, Silent, HangUp, News };
 
   explicit ChartServer(Style style) : style_(style) {}
-  ~ChartServer() override {
-    stop_ = true;
-    wait(5000);
-  }
+  ~ChartServer() override { lines(); }
 
   quint16 listen() {
     start();
     listening_.acquire();
     return port_;
   }
-
   QStringList lines() {
     stop_ = true;
     wait(5000);
@@ -44,10 +42,7 @@ class ChartServer : public QThread {
     while (!stop_) {
       if (!server.waitForNewConnection(50)) continue;
       std::unique_ptr<QTcpSocket> s(server.nextPendingConnection());
-      if (style_ == HangUp) {
-        s->close();
-        continue;
-      }
+      if (style_ == HangUp) continue;
       if (style_ == Greet) {
         s->write("OK! id=1 chart=Chart_1\r\n");
         s->waitForBytesWritten(1000);
@@ -57,10 +52,8 @@ class ChartServer : public QThread {
         // What came in while the greeting was being written is already waiting.
         if (s->bytesAvailable() == 0 && !s->waitForReadyRead(50)) continue;
         pending += s->readAll();
-        int eol;
-        while ((eol = pending.indexOf("\r\n")) >= 0) {
+        for (int eol; (eol = pending.indexOf("\r\n")) >= 0; pending.remove(0, eol + 2)) {
           received_ << QString::fromLatin1(pending.left(eol));
-          pending.remove(0, eol + 2);
           if (style_ == Silent) continue;
           if (style_ == News) s->write(">Chart_1 selected object\r\n");
           s->write(style_ == Refuse ? "Failed!\r\n" : "OK!\r\n");
@@ -87,32 +80,39 @@ class TestChartLink : public QObject {
   Q_OBJECT
 
  private slots:
-  void serverCommands_data() {
-    QTest::addColumn<double>("raHours");
-    QTest::addColumn<double>("raMinutes");
+  // The one-line move command and the server's commands, from the same position.
+  void commands_data() {
+    QTest::addColumn<QList<double>>("ra");  // hours, minutes
     QTest::addColumn<QString>("sign");
-    QTest::addColumn<double>("decDegrees");
-    QTest::addColumn<double>("decMinutes");
-    QTest::addColumn<QStringList>("commands");
-    QTest::newRow("half to even") << 5.0 << 34.5 << "-" << 22.0 << 1.0 << kCentring.mid(0, 2);
-    QTest::newRow("no sign") << 12.0 << 58.6 << "" << 0.0 << 35.5
+    QTest::addColumn<QList<double>>("dec");  // degrees, minutes
+    QTest::addColumn<QByteArray>("move");
+    QTest::addColumn<QStringList>("server");
+    const QByteArray fov = " FOV:+5\xB0" "00'00\"";
+    QTest::newRow("half to even")
+        << QList<double>{5, 34.5} << "-" << QList<double>{22, 1}
+        << "MOVE RA:5h34m00.00s DEC:-22\xB0" "1'00\"" + fov << kCentring.mid(0, 2);
+    QTest::newRow("minutes carry")
+        << QList<double>{12, 59.6} << "+" << QList<double>{44, 59.5}
+        << "MOVE RA:13h0m00.00s DEC:+45\xB0" "0'00\"" + fov
+        << QStringList{"SETRA RA:13h0m00.00s", "SETDEC DEC:+45d0m00s"};
+    QTest::newRow("no sign") << QList<double>{12, 58.6} << "" << QList<double>{0, 35.5}
+                             << "MOVE RA:12h59m00.00s DEC:0\xB0" "36'00\"" + fov
                              << QStringList{"SETRA RA:12h59m00.00s", "SETDEC DEC:0d36m00s"};
-    QTest::newRow("blank sign") << 1.0 << 0.0 << " " << 10.0 << 0.0
+    QTest::newRow("blank sign") << QList<double>{1, 0} << " " << QList<double>{10, 0}
+                                << "MOVE RA:1h0m00.00s DEC:10\xB0" "0'00\"" + fov
                                 << QStringList{"SETRA RA:1h0m00.00s", "SETDEC DEC:10d0m00s"};
-    QTest::newRow("minutes carry") << 12.0 << 59.6 << "+" << 44.0 << 59.5
-                                   << QStringList{"SETRA RA:13h0m00.00s", "SETDEC DEC:+45d0m00s"};
-    QTest::newRow("24h wraps") << 23.0 << 59.7 << "-" << 89.0 << 59.9
+    QTest::newRow("24h wraps") << QList<double>{23, 59.7} << "-" << QList<double>{89, 59.9}
+                               << "MOVE RA:0h0m00.00s DEC:-90\xB0" "0'00\"" + fov
                                << QStringList{"SETRA RA:0h0m00.00s", "SETDEC DEC:-90d0m00s"};
   }
-  void serverCommands() {
-    QFETCH(double, raHours);
-    QFETCH(double, raMinutes);
+  void commands() {
+    QFETCH(QList<double>, ra);
     QFETCH(QString, sign);
-    QFETCH(double, decDegrees);
-    QFETCH(double, decMinutes);
-    QFETCH(QStringList, commands);
-    QCOMPARE(ChartServerCommands(raHours, raMinutes, sign, decDegrees, decMinutes, 5).mid(0, 2),
-             commands);
+    QFETCH(QList<double>, dec);
+    QFETCH(QByteArray, move);
+    QFETCH(QStringList, server);
+    QCOMPARE(MoveChartCommand(ra[0], ra[1], sign, dec[0], dec[1], 5), move);
+    QCOMPARE(ChartServerCommands(ra[0], ra[1], sign, dec[0], dec[1], 5).mid(0, 2), server);
   }
 
   void moveChart_data() {
@@ -120,17 +120,19 @@ class TestChartLink : public QObject {
     QTest::addColumn<bool>("result");
     QTest::addColumn<QStringList>("received");
     QTest::addColumn<QString>("message");
+    const QString cdc = QStringLiteral("Unable to communicate with CDC -");
     QTest::newRow("answered") << int(ChartServer::AnswerOk) << true << kCentring << "";
     QTest::newRow("greeted first") << int(ChartServer::Greet) << true << kCentring << "";
     QTest::newRow("news passed over") << int(ChartServer::News) << true << kCentring << "";
-    QTest::newRow("refused") << int(ChartServer::Refuse) << false << kCentring.mid(0, 1)
-                             << "Unable to communicate with CDC -Foreign application won't "
-                                "perform DDE method or operation - 285";
+    QTest::newRow("refused")
+        << int(ChartServer::Refuse) << false << kCentring.mid(0, 1)
+        << cdc + "Foreign application won't perform DDE method or operation - 285";
     QTest::newRow("no answer") << int(ChartServer::Silent) << false << kCentring.mid(0, 1)
-                               << "Unable to communicate with CDC -Timeout while waiting for DDE "
-                                  "response - 286";
+                               << cdc + "Timeout while waiting for DDE response - 286";
     QTest::newRow("hangs up") << int(ChartServer::HangUp) << false << QStringList{}
-                              << "Unable to communicate with CDC -Foreign application quit - 291";
+                              << cdc + "Foreign application quit - 291";
+    QTest::newRow("nothing listening") << -1 << false << QStringList{}
+                                       << "Start CDC before using this feature.";
   }
   void moveChart() {
     QFETCH(int, style);
@@ -140,7 +142,7 @@ class TestChartLink : public QObject {
     ChartServer server(static_cast<ChartServer::Style>(style));
     TestEnv env;
     ScopeLink link;
-    link.chartPort = server.listen();
+    link.chartPort = style < 0 ? UnusedPort() : server.listen();
     link.chartTimeoutMs = 500;
     QElapsedTimer t;
     t.start();
@@ -148,19 +150,7 @@ class TestChartLink : public QObject {
     QVERIFY(t.elapsed() < 3000);
     QCOMPARE(server.lines(), received);
     QCOMPARE(env.prompter.texts(), message.isEmpty() ? QStringList{} : QStringList{message});
-    if (!message.isEmpty()) QCOMPARE(env.prompter.entries[0].title, QStringLiteral("Error"));
-  }
-
-  void nothingListening() {
-    TestEnv env;
-    ScopeLink link;
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    link.chartPort = probe.serverPort();
-    probe.close();
-    QVERIFY(!MoveChart(*env.state, link, 5, 34.5, "-", 22, 1, 5));
-    QCOMPARE(env.prompter.texts(), QStringList{"Start CDC before using this feature."});
-    QCOMPARE(env.prompter.entries[0].title, QStringLiteral("Error"));
+    for (const auto& e : env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
   }
 };
 

@@ -4,8 +4,8 @@
 #include "core/apperror.h"
 #include "scope/gotoflow.h"
 #include "scope/scopecontrol.h"
-#include "support/scopesim.h"
 #include "sky/skycalc.h"
+#include "support/scopesim.h"
 #include "support/testenv.h"
 
 namespace {
@@ -16,30 +16,36 @@ const QString kScopeTrap = QStringLiteral("Unable to communicate with the scope 
 SkyPosition nearZenith(const AppState& state) {
   const double lst = std::fmod(std::fmod(SiderealDegreesNow(state), 360) + 360, 360);
   const double raHours = std::floor(lst / 15);
-  const double raMinutes = (lst / 15 - raHours) * 60;
-  return SkyPosition::of(raHours, raMinutes, QStringLiteral("+"), 26, 21.2);
+  return SkyPosition::of(raHours, (lst / 15 - raHours) * 60, QStringLiteral("+"), 26, 21.2);
 }
 
-QuickGotoFields fieldsFor(const SkyPosition& p) {
-  return {p.raHours, p.raMinutes, QStringLiteral("0"), p.decSign, p.decDegrees, p.decMinutes,
-          QStringLiteral("0")};
-}
+// The altitude alert at the zenith (its wording is checked with the encoder's tests).
+QString alert(const char* side, int limit) { return AltitudeAlertText(90, limit, side[0] == 'b'); }
 
-// A GT telescope on a pseudo-terminal, and a state pointing at it.
+// A GT telescope on a pseudo-terminal, and a state pointing at it with limits 0 to 90.
 struct Rig {
   ScopeSim sim;
   TestEnv env;
   ScopeLink link;
-  bool start() {
+  AppState& s = *env.state;
+  bool start(bool limits = true) {
+    s.settings.ScopeType = QStringLiteral("GT");
+    s.settings.UseAltLimit = limits;
+    s.settings.MinAlt = 0;
+    s.settings.MaxAlt = 90;
     if (!sim.start(QStringLiteral("GT"))) return false;
-    env.state->settings.ScopeType = QStringLiteral("GT");
-    env.state->settings.CommPort = sim.address;
-    env.state->settings.UseAltLimit = true;
-    env.state->settings.MinAlt = 0;
-    env.state->settings.MaxAlt = 90;
+    s.settings.CommPort = sim.address;
     return true;
   }
-  AppState& state() { return *env.state; }
+  bool slewed() { return sim.received().startsWith('R'); }
+};
+
+struct GuardRow {
+  bool useLimits;
+  int minAlt, maxAlt;
+  bool answerYes;
+  QString question;
+  bool sent;
 };
 
 }  // namespace
@@ -53,67 +59,70 @@ class TestGotoFlow : public QObject {
     QCOMPARE(AltitudeNow(*env.state, nearZenith(*env.state)), 90.0);
   }
 
+  // What Quick GoTo refuses, and what a panel's trap shows when starting the position timers
+  // fails: nothing goes to the telescope.
+  void quickGotoRefused_data() {
+    QTest::addColumn<QString>("typed");  // RA h m s, sign, Dec d m s
+    QTest::addColumn<bool>("mainWindow");
+    QTest::addColumn<int>("timerError");
+    QTest::addColumn<QString>("text");
+    const QString fine = QStringLiteral("1|0|0|+|0|0|0");
+    QTest::newRow("RA") << "23|59|60|+|0|0|0" << true << 0
+                        << "Please enter a valid Right Ascension";
+    QTest::newRow("Dec") << "1|0|0|-|90|0|1" << false << 0 << "Please enter a valid Declination";
+    QTest::newRow("5 on the main window")
+        << fine << true << 5 << kScopeTrap + "Invalid procedure call or argument";
+    QTest::newRow("5 on the hand control") << fine << false << 5 << "";
+    QTest::newRow("6 on the hand control") << fine << false << 6 << kScopeTrap + "Overflow";
+  }
   void quickGotoRefused() {
+    QFETCH(QString, typed);
+    QFETCH(bool, mainWindow);
+    QFETCH(int, timerError);
+    QFETCH(QString, text);
     Rig rig;
-    QVERIFY(rig.start());
+    QVERIFY(rig.start(false));
+    const QStringList t = typed.split('|');
     bool timers = false;
-    QVERIFY(!QuickGoto(rig.state(), rig.link, {"23", "59", "60", "+", "0", "0", "0"},
-                       GotoPanel::MainWindow, [&] { timers = true; }));
-    QVERIFY(!QuickGoto(rig.state(), rig.link, {"1", "0", "0", "-", "90", "0", "1"},
-                       GotoPanel::HandControl));
-    QCOMPARE(rig.env.prompter.texts(),
-             (QStringList{"Please enter a valid Right Ascension", "Please enter a valid Declination"}));
-    QCOMPARE(rig.env.prompter.entries[0].title, QStringLiteral("Error"));
-    QVERIFY(!timers);
+    QVERIFY(!QuickGoto(rig.s, rig.link, {t[0], t[1], t[2], t[3], t[4], t[5], t[6]},
+                       mainWindow ? GotoPanel::MainWindow : GotoPanel::HandControl, [&] {
+                         timers = true;
+                         throw AppError::of(timerError);
+                       }));
+    QCOMPARE(timers, timerError != 0);
+    QCOMPARE(rig.env.prompter.texts(), text.isEmpty() ? QStringList{} : QStringList{text});
+    for (const auto& e : rig.env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
     QVERIFY(rig.sim.received().isEmpty());
   }
 
   void guard_data() {
-    QTest::addColumn<bool>("useLimits");
-    QTest::addColumn<int>("minAlt");
-    QTest::addColumn<int>("maxAlt");
-    QTest::addColumn<bool>("answerYes");
-    QTest::addColumn<QString>("question");
-    QTest::addColumn<bool>("sent");
-    const QString above = QStringLiteral(
-        "This object is at an altitude of  90, above your maximum altitude limit of  89.\n"
-        "Override and Goto anyway?");
-    const QString below = QStringLiteral(
-        "This object is at an altitude of  90, below your minimum altitude limit of  91.\n"
-        "Override and Goto anyway?");
-    QTest::newRow("limits off") << false << 91 << 95 << true << "" << true;
-    QTest::newRow("maximum is inclusive") << true << 0 << 90 << true << "" << true;
-    QTest::newRow("minimum is inclusive") << true << 90 << 90 << true << "" << true;
-    QTest::newRow("above, yes") << true << 0 << 89 << true << above << true;
-    QTest::newRow("above, no") << true << 0 << 89 << false << above << false;
-    QTest::newRow("below, no") << true << 91 << 95 << false << below << false;
-    QTest::newRow("below, yes") << true << 91 << 95 << true << below << true;
+    QTest::addColumn<GuardRow>("row");
+    QTest::newRow("limits off") << GuardRow{false, 91, 95, true, "", true};
+    QTest::newRow("maximum is inclusive") << GuardRow{true, 0, 90, true, "", true};
+    QTest::newRow("minimum is inclusive") << GuardRow{true, 90, 90, true, "", true};
+    QTest::newRow("above, yes") << GuardRow{true, 0, 89, true, alert("above", 89), true};
+    QTest::newRow("above, no") << GuardRow{true, 0, 89, false, alert("above", 89), false};
+    QTest::newRow("below, no") << GuardRow{true, 91, 95, false, alert("below", 91), false};
   }
   void guard() {
-    QFETCH(bool, useLimits);
-    QFETCH(int, minAlt);
-    QFETCH(int, maxAlt);
-    QFETCH(bool, answerYes);
-    QFETCH(QString, question);
-    QFETCH(bool, sent);
+    QFETCH(GuardRow, row);
     Rig rig;
-    QVERIFY(rig.start());
-    rig.state().settings.UseAltLimit = useLimits;
-    rig.state().settings.MinAlt = static_cast<qint16>(minAlt);
-    rig.state().settings.MaxAlt = static_cast<qint16>(maxAlt);
-    rig.env.prompter.answer(answerYes ? Prompter::Answer::Yes : Prompter::Answer::No);
+    QVERIFY(rig.start(row.useLimits));
+    rig.s.settings.MinAlt = static_cast<qint16>(row.minAlt);
+    rig.s.settings.MaxAlt = static_cast<qint16>(row.maxAlt);
+    rig.env.prompter.answer(row.answerYes ? Prompter::Answer::Yes : Prompter::Answer::No);
     int timers = 0;
-    const SkyPosition target = nearZenith(rig.state());
-    QCOMPARE(QuickGoto(rig.state(), rig.link, fieldsFor(target), GotoPanel::MainWindow,
-                       [&] { ++timers; }),
-             sent);
-    QCOMPARE(rig.env.prompter.texts(), question.isEmpty() ? QStringList{} : QStringList{question});
-    if (!question.isEmpty()) {
-      QCOMPARE(rig.env.prompter.entries[0].title, QStringLiteral("Altitude Alert!"));
-      QVERIFY(rig.env.prompter.entries[0].question);
-    }
-    QCOMPARE(timers, sent ? 1 : 0);
-    QCOMPARE(rig.sim.received().startsWith('R'), sent);
+    const SkyPosition p = nearZenith(rig.s);
+    QCOMPARE(QuickGoto(rig.s, rig.link,
+                       {p.raHours, p.raMinutes, "0", p.decSign, p.decDegrees, p.decMinutes, "0"},
+                       GotoPanel::MainWindow, [&] { ++timers; }),
+             row.sent);
+    QCOMPARE(rig.env.prompter.texts(),
+             row.question.isEmpty() ? QStringList{} : QStringList{row.question});
+    for (const auto& e : rig.env.prompter.entries)
+      QVERIFY(e.question && e.title == QStringLiteral("Altitude Alert!"));
+    QCOMPARE(timers, row.sent ? 1 : 0);
+    QCOMPARE(rig.slewed(), row.sent);
   }
 
   void listGoto_data() {
@@ -121,21 +130,21 @@ class TestGotoFlow : public QObject {
     QTest::addColumn<bool>("marked");
     QTest::addColumn<QStringList>("texts");
     QTest::newRow("no record") << "empty" << false << QStringList{};
-    QTest::newRow("declined") << "decline" << false
-                              << QStringList{"This object is at an altitude of  90, above your "
-                                             "maximum altitude limit of  80.\nOverride and Goto anyway?"};
-    QTest::newRow("slew failed") << "nodevice" << false
-                                 << QStringList{kScopeTrap + PortOpenFailureText({PortOpenProblem::Missing,
-                                                                 "/dev/tavorine-no-such-port",
-                                                                 FoundSerialPorts(), {}, {}, false,
-                                                                 {}}),
-                                                kScopeTrap + "Operation valid only when the port is open"};
-    QTest::newRow("relay down: not marked") << "norelay" << false
-                                            << QStringList{"Unable to communicate with hcAnywhere"};
+    QTest::newRow("declined") << "decline" << false << QStringList{alert("above", 80)};
+    QTest::newRow("slew failed")
+        << "nodevice" << false
+        << QStringList{kScopeTrap + PortOpenFailureText({PortOpenProblem::Missing,
+                                                         "/dev/tavorine-no-such-port",
+                                                         FoundSerialPorts(), {}, {}, false, {}}),
+                       kScopeTrap + "Operation valid only when the port is open"};
+    QTest::newRow("relay down: not marked")
+        << "norelay" << false << QStringList{"Unable to communicate with hcAnywhere"};
     QTest::newRow("sent") << "ok" << true << QStringList{};
     QTest::newRow("commit fails") << "readonly" << false
-                                  << QStringList{kScopeTrap + "Cannot update. Database or object is read-only."};
-    QTest::newRow("row unreadable") << "norow" << false << QStringList{kScopeTrap + "No current record."};
+                                  << QStringList{kScopeTrap +
+                                                 "Cannot update. Database or object is read-only."};
+    QTest::newRow("row unreadable") << "norow" << false
+                                    << QStringList{kScopeTrap + "No current record."};
     QTest::newRow("error 5 is silent") << "err5" << false << QStringList{};
   }
   void listGoto() {
@@ -144,17 +153,16 @@ class TestGotoFlow : public QObject {
     QFETCH(QStringList, texts);
     Rig rig;
     QVERIFY(rig.start());
-    AppState& s = rig.state();
     if (situation == "decline") {
-      s.settings.MaxAlt = 80;
+      rig.s.settings.MaxAlt = 80;
       rig.env.prompter.answer(Prompter::Answer::No);
     }
-    if (situation == "nodevice") s.settings.CommPort = QStringLiteral("/dev/tavorine-no-such-port");
-    if (situation == "norelay") s.settings.CommPort = QStringLiteral("HCD 127.0.0.1:%1").arg(UnusedPort());
-    const SkyPosition target = nearZenith(s);
+    if (situation == "nodevice") rig.s.settings.CommPort = "/dev/tavorine-no-such-port";
+    if (situation == "norelay") rig.s.settings.CommPort = QString("HCD 127.0.0.1:%1").arg(UnusedPort());
+    const SkyPosition target = nearZenith(rig.s);
     int marks = 0, timers = 0;
     const bool result = ListGoto(
-        s, rig.link,
+        rig.s, rig.link,
         [&]() -> std::optional<SkyPosition> {
           if (situation == "empty") return std::nullopt;
           if (situation == "norow") throw AppError::of(ErrNo::NoCurrentRecord);
@@ -163,7 +171,7 @@ class TestGotoFlow : public QObject {
         },
         [&] {
           if (situation == "readonly")
-            throw AppError(ErrNo::Database, QStringLiteral("Cannot update. Database or object is read-only."));
+            throw AppError(ErrNo::Database, "Cannot update. Database or object is read-only.");
           ++marks;
         },
         [&] { ++timers; });
@@ -172,63 +180,30 @@ class TestGotoFlow : public QObject {
     QCOMPARE(rig.env.prompter.texts(), texts);
     for (const auto& e : rig.env.prompter.entries)
       if (!e.question) QCOMPARE(e.title, QStringLiteral("Error"));
-    const bool slewed = situation == "ok" || situation == "readonly";
-    QCOMPARE(rig.sim.received().startsWith('R'), slewed);
+    QCOMPARE(rig.slewed(), situation == "ok" || situation == "readonly");
   }
 
-  // The row's fields go by their leading numbers: without limits no altitude is computed, and
-  // with them a blank minutes field is 0, not "Invalid Coordinates".
-  void listRowText_data() {
-    QTest::addColumn<bool>("limits");
-    QTest::addColumn<QByteArray>("sent");
-    QTest::newRow("without limits") << false << QByteArray("R0000,0024");  // 12 minutes north
-    QTest::newRow("blank minutes under limits") << true << QByteArray();
-  }
+  // The row's fields go by their leading numbers: without limits no altitude is computed (12
+  // minutes north goes out), and with them a blank minutes field is 0, not "Invalid
+  // Coordinates".
   void listRowText() {
-    QFETCH(bool, limits);
-    QFETCH(QByteArray, sent);
-    Rig rig;
-    QVERIFY(rig.start());
-    rig.state().settings.UseAltLimit = limits;
-    const SkyPosition row = limits ? SkyPosition{nearZenith(rig.state()).raHours, "", "+", "26", " "}
-                                   : SkyPosition{"abc", "", "", "x", "12 junk"};
-    QVERIFY(ListGoto(rig.state(), rig.link, [&] { return std::optional<SkyPosition>(row); }, {}));
-    QCOMPARE(rig.env.prompter.texts(), QStringList{});
-    if (!sent.isEmpty()) QCOMPARE(rig.sim.received(), sent);
-  }
-
-  void trapsByPanel_data() {
-    QTest::addColumn<int>("error");
-    QTest::addColumn<bool>("mainWindow");
-    QTest::addColumn<QStringList>("texts");
-    QTest::newRow("5 on the main window") << 5 << true << QStringList{kScopeTrap + "Invalid procedure call or argument"};
-    QTest::newRow("5 on the hand control") << 5 << false << QStringList{};
-    QTest::newRow("6 on the hand control") << 6 << false << QStringList{kScopeTrap + "Overflow"};
-  }
-  void trapsByPanel() {
-    QFETCH(int, error);
-    QFETCH(bool, mainWindow);
-    QFETCH(QStringList, texts);
-    Rig rig;
-    QVERIFY(rig.start());
-    rig.state().settings.UseAltLimit = false;
-    QVERIFY(!QuickGoto(rig.state(), rig.link, {"1", "0", "0", "+", "0", "0", "0"},
-                       mainWindow ? GotoPanel::MainWindow : GotoPanel::HandControl,
-                       [&] { throw AppError::of(error); }));
-    QCOMPARE(rig.env.prompter.texts(), texts);
-    QVERIFY(rig.sim.received().isEmpty());
+    for (const bool limits : {false, true}) {
+      Rig rig;
+      QVERIFY(rig.start(limits));
+      const SkyPosition row = limits ? SkyPosition{nearZenith(rig.s).raHours, "", "+", "26", " "}
+                                     : SkyPosition{"abc", "", "", "x", "12 junk"};
+      QVERIFY(ListGoto(rig.s, rig.link, [&] { return std::optional<SkyPosition>(row); }, {}));
+      QCOMPARE(rig.env.prompter.texts(), QStringList{});
+      if (!limits) QCOMPARE(rig.sim.received(), QByteArray("R0000,0024"));
+    }
   }
 
   void handControlGoto() {
     Rig rig;
-    QVERIFY(rig.start());
-    rig.state().settings.UseAltLimit = false;
-    QVERIFY(HandControlGoto(rig.state(), rig.link, [] {
-      return SkyPosition{"5", "34.5", "-", "22", "1"};
-    }));
-    QVERIFY(!HandControlGoto(rig.state(), rig.link, []() -> SkyPosition {
-      throw AppError::of(ErrNo::InvalidCall);
-    }));
+    QVERIFY(rig.start(false));
+    QVERIFY(HandControlGoto(rig.s, rig.link, [] { return SkyPosition{"5", "34.5", "-", "22", "1"}; }));
+    QVERIFY(!HandControlGoto(rig.s, rig.link,
+                             []() -> SkyPosition { throw AppError::of(ErrNo::InvalidCall); }));
     QVERIFY(rig.env.prompter.entries.isEmpty());
     QCOMPARE(rig.sim.received(), QByteArray("R3B77,F057"));
   }

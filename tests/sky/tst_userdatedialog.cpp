@@ -3,146 +3,172 @@
 #include <QPushButton>
 #include <QtTest>
 
+#include "core/apperror.h"
+#include "sky/observingclock.h"
 #include "sky/userdatedialog.h"
 #include "support/testenv.h"
 
 namespace {
 
+const QDateTime kSmallHours(QDate(2026, 11, 21), QTime(3, 7, 42));
+
+// The dialog on a state whose observing date is `userDate`, found by its control names.
 struct Dialog {
-  explicit Dialog(TestEnv& env) : dlg(*env.state) {
-    date = dlg.findChild<QCalendarWidget*>(QStringLiteral("PickDate"));
-    hour = dlg.findChild<QAbstractSpinBox*>(QStringLiteral("PickTimeHour"));
-    minute = dlg.findChild<QAbstractSpinBox*>(QStringLiteral("PickTimeMinute"));
-    ok = dlg.findChild<QPushButton*>(QStringLiteral("OKButton"));
-    cancel = dlg.findChild<QPushButton*>(QStringLiteral("CancelButton"));
-    dlg.show();
+  TestEnv env;
+  frmUserDate* dlg;
+  QCalendarWidget* date;
+  QAbstractSpinBox *hour, *minute;
+  QPushButton *ok, *cancel;
+
+  explicit Dialog(const QDateTime& userDate = kSmallHours) {
+    env.state->UserDate = userDate;
+    dlg = new frmUserDate(*env.state);
+    date = dlg->findChild<QCalendarWidget*>(QStringLiteral("PickDate"));
+    hour = dlg->findChild<QAbstractSpinBox*>(QStringLiteral("PickTimeHour"));
+    minute = dlg->findChild<QAbstractSpinBox*>(QStringLiteral("PickTimeMinute"));
+    ok = dlg->findChild<QPushButton*>(QStringLiteral("OKButton"));
+    cancel = dlg->findChild<QPushButton*>(QStringLiteral("CancelButton"));
+    dlg->show();
   }
+  ~Dialog() { delete dlg; }
 
   void type(QAbstractSpinBox* field, const QString& text) {
     field->selectAll();
     QTest::keyClick(field, Qt::Key_Delete);
     QTest::keyClicks(field, text);
   }
-
-  frmUserDate dlg;
-  QCalendarWidget* date;
-  QAbstractSpinBox* hour;
-  QAbstractSpinBox* minute;
-  QPushButton* ok;
-  QPushButton* cancel;
 };
-
-const QDateTime kSmallHours(QDate(2026, 11, 21), QTime(3, 7, 42));
 
 }  // namespace
 
 class TestUserDateDialog : public QObject {
   Q_OBJECT
  private slots:
-  void opensOnUserDate();
-  void okWithoutChangeDropsTheSecondsOnly();
-  void okTakesTheChosenDateAndTime();
-  void notADateKeepsTheDialogOpen();
-  void cancelChangesNothing();
-  void arrowsStepTheFields();
-  void pickingADateMovesTheFocusToOK();
+  // The hour and minute fields read by their leading numbers, on any date; what is not a time
+  // of day is refused.
+  void fromFields_data() {
+    QTest::addColumn<QString>("hour");
+    QTest::addColumn<QString>("minute");
+    QTest::addColumn<QTime>("time");  // invalid: refused
+    QTest::newRow("plain") << "3" << "07" << QTime(3, 7);
+    QTest::newRow("minute without its zero") << "22" << "5" << QTime(22, 5);
+    QTest::newRow("last minute of the day") << "23" << "59" << QTime(23, 59);
+    QTest::newRow("blanks are skipped") << " 9 " << " 3 0" << QTime(9, 30);
+    QTest::newRow("leading number only") << "7pm" << "15min" << QTime(7, 15);
+    QTest::newRow("empty fields are midnight") << "" << "" << QTime(0, 0);
+    QTest::newRow("fractions round in the two-digit form") << "7.6" << "29.5" << QTime(8, 30);
+    QTest::newRow("hour 24") << "24" << "0" << QTime();
+    QTest::newRow("minute 60") << "12" << "60" << QTime();
+    QTest::newRow("negative hour") << "-1" << "0" << QTime();
+    QTest::newRow("three-digit hour") << "100" << "0" << QTime();
+  }
+  void fromFields() {
+    QFETCH(QString, hour);
+    QFETCH(QString, minute);
+    QFETCH(QTime, time);
+    for (const QDate date : {QDate(2026, 11, 21), QDate(2027, 2, 28), QDate(2025, 1, 1)}) {
+      try {
+        QCOMPARE(UserDateFromFields(date, hour, minute), QDateTime(date, time));
+        QVERIFY(time.isValid());
+      } catch (const AppError& e) {
+        QVERIFY(!time.isValid());
+        QCOMPARE(e.text(), QStringLiteral("Type mismatch - 13"));
+      }
+    }
+  }
+
+  void fieldsOf_data() {
+    QTest::addColumn<QDateTime>("userDate");
+    QTest::addColumn<QString>("hour");
+    QTest::addColumn<QString>("minute");
+    QTest::newRow("small hours with seconds") << kSmallHours << "3" << "07";
+    QTest::newRow("start value") << QDateTime(QDate(2026, 11, 21), QTime(22, 0)) << "22" << "00";
+    QTest::newRow("midnight") << QDateTime(QDate(2026, 12, 31), QTime(0, 5)) << "0" << "05";
+  }
+  void fieldsOf() {
+    QFETCH(QDateTime, userDate);
+    QFETCH(QString, hour);
+    QFETCH(QString, minute);
+    const UserDateFields f = UserDateFieldsOf(userDate);
+    QCOMPARE(QStringList({f.date.toString(Qt::ISODate), f.hour, f.minute}),
+             QStringList({userDate.date().toString(Qt::ISODate), hour, minute}));
+    // Back through the fields, only the seconds are lost.
+    const QTime t = userDate.time();
+    QCOMPARE(UserDateFromFields(f.date, f.hour, f.minute),
+             QDateTime(userDate.date(), QTime(t.hour(), t.minute())));
+  }
+
+  void step_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("steps");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<QString>("mask");
+    QTest::addColumn<QString>("result");
+    QTest::newRow("hour up") << "7" << 1 << 23 << "0" << "8";
+    QTest::newRow("hour stops at 23") << "23" << 1 << 23 << "0" << "23";
+    QTest::newRow("typed past the top comes back in") << "25" << -1 << 23 << "0" << "23";
+    QTest::newRow("minute keeps two digits") << "09" << 1 << 59 << "00" << "10";
+    QTest::newRow("minute stops at 00") << "03" << -10 << 59 << "00" << "00";
+    QTest::newRow("text counts as 0") << "abc" << 1 << 23 << "0" << "1";
+  }
+  void step() {
+    QFETCH(QString, text);
+    QFETCH(int, steps);
+    QFETCH(int, maximum);
+    QFETCH(QString, mask);
+    QFETCH(QString, result);
+    QCOMPARE(StepNumberText(text, steps, maximum, mask), result);
+  }
+
+  // It opens on the observing date. Cancel changes nothing, and opened again the dialog shows
+  // UserDate, not what was left in it; a time that is not one keeps it open with the message;
+  // put right with the arrows, OK takes the picked date and the fields, without seconds.
+  void cancelErrorThenOk() {
+    Dialog d;
+    QVERIFY(d.date && d.hour && d.minute && d.ok && d.cancel);
+    QCOMPARE(QStringList({d.dlg->windowTitle(), d.ok->text(), d.cancel->text()}),
+             QStringList({"Select Date and Time for Chart", "OK", "Cancel"}));
+    auto shown = [&] { return d.date->selectedDate().toString(Qt::ISODate) + ' ' +
+                              d.hour->text() + ':' + d.minute->text(); };
+    QCOMPARE(shown(), QStringLiteral("2026-11-21 3:07"));
+    d.date->setSelectedDate(QDate(2027, 1, 2));
+    d.type(d.hour, QStringLiteral("20"));
+    QTest::mouseClick(d.cancel, Qt::LeftButton);
+    QCOMPARE(d.env.state->UserDate, kSmallHours);
+    QCOMPARE(d.dlg->result(), int(QDialog::Rejected));
+    QVERIFY(!d.dlg->isVisible());
+    d.dlg->show();
+    QCOMPARE(shown(), QStringLiteral("2026-11-21 3:07"));
+
+    d.date->setSelectedDate(QDate(2026, 12, 24));
+    d.type(d.hour, QStringLiteral("25"));
+    QCOMPARE(d.hour->text(), QStringLiteral("25"));
+    QTest::mouseClick(d.ok, Qt::LeftButton);
+    QCOMPARE(d.env.prompter.texts(), QStringList{"Type mismatch - 13"});
+    QCOMPARE(d.env.prompter.entries[0].title, QStringLiteral("Tavorine"));
+    QCOMPARE(d.env.state->UserDate, kSmallHours);
+    QVERIFY(d.dlg->isVisible());
+    // The arrows step the fields, within their range and minutes in two digits.
+    QTest::keyClick(d.hour, Qt::Key_Down);
+    QTest::keyClick(d.minute, Qt::Key_Up);
+    QCOMPARE(d.hour->text() + ':' + d.minute->text(), QStringLiteral("23:08"));
+    QTest::mouseClick(d.ok, Qt::LeftButton);
+    QCOMPARE(d.env.state->UserDate, QDateTime(QDate(2026, 12, 24), QTime(23, 8)));
+    QCOMPARE(d.dlg->result(), int(QDialog::Accepted));
+    QVERIFY(!d.dlg->isVisible());
+    QCOMPARE(d.env.prompter.entries.size(), 1);
+  }
+
+  void pickingADateMovesTheFocusToOK() {
+    Dialog d;
+    d.dlg->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(d.dlg));
+    d.hour->setFocus();
+    QTRY_VERIFY(d.hour->hasFocus());
+    emit d.date->clicked(QDate(2026, 11, 25));
+    QTRY_VERIFY(d.ok->hasFocus());
+  }
 };
-
-void TestUserDateDialog::opensOnUserDate() {
-  TestEnv env;
-  env.state->UserDate = kSmallHours;
-  Dialog d(env);
-  QVERIFY(d.date && d.hour && d.minute && d.ok && d.cancel);
-  QCOMPARE(d.dlg.windowTitle(), QStringLiteral("Select Date and Time for Chart"));
-  QCOMPARE(d.ok->text(), QStringLiteral("OK"));
-  QCOMPARE(d.cancel->text(), QStringLiteral("Cancel"));
-  QCOMPARE(d.date->selectedDate(), QDate(2026, 11, 21));
-  QCOMPARE(d.hour->text(), QStringLiteral("3"));
-  QCOMPARE(d.minute->text(), QStringLiteral("07"));
-}
-
-void TestUserDateDialog::okWithoutChangeDropsTheSecondsOnly() {
-  TestEnv env;
-  env.state->UserDate = kSmallHours;
-  Dialog d(env);
-  QTest::mouseClick(d.ok, Qt::LeftButton);
-  QCOMPARE(env.state->UserDate, QDateTime(QDate(2026, 11, 21), QTime(3, 7)));
-  QCOMPARE(d.dlg.result(), int(QDialog::Accepted));
-  QVERIFY(!d.dlg.isVisible());
-  QVERIFY(env.prompter.entries.isEmpty());
-}
-
-void TestUserDateDialog::okTakesTheChosenDateAndTime() {
-  TestEnv env;
-  env.state->UserDate = kSmallHours;
-  Dialog d(env);
-  d.date->setSelectedDate(QDate(2026, 12, 24));
-  d.type(d.hour, QStringLiteral("21"));
-  d.type(d.minute, QStringLiteral("5"));
-  QTest::mouseClick(d.ok, Qt::LeftButton);
-  QCOMPARE(env.state->UserDate, QDateTime(QDate(2026, 12, 24), QTime(21, 5)));
-}
-
-void TestUserDateDialog::notADateKeepsTheDialogOpen() {
-  TestEnv env;
-  env.state->UserDate = kSmallHours;
-  Dialog d(env);
-  d.type(d.hour, QStringLiteral("25"));
-  QCOMPARE(d.hour->text(), QStringLiteral("25"));
-  QTest::mouseClick(d.ok, Qt::LeftButton);
-  QCOMPARE(env.prompter.entries.size(), 1);
-  QCOMPARE(env.prompter.entries[0].title, QStringLiteral("Tavorine"));
-  QCOMPARE(env.prompter.entries[0].text, QStringLiteral("Type mismatch - 13"));
-  QCOMPARE(env.state->UserDate, kSmallHours);
-  QVERIFY(d.dlg.isVisible());
-
-  // Put right, the same dialog takes it.
-  d.type(d.hour, QStringLiteral("23"));
-  QTest::mouseClick(d.ok, Qt::LeftButton);
-  QCOMPARE(env.state->UserDate, QDateTime(QDate(2026, 11, 21), QTime(23, 7)));
-  QVERIFY(!d.dlg.isVisible());
-}
-
-void TestUserDateDialog::cancelChangesNothing() {
-  TestEnv env;
-  env.state->UserDate = kSmallHours;
-  Dialog d(env);
-  d.date->setSelectedDate(QDate(2027, 1, 2));
-  d.type(d.hour, QStringLiteral("20"));
-  QTest::mouseClick(d.cancel, Qt::LeftButton);
-  QCOMPARE(env.state->UserDate, kSmallHours);
-  QCOMPARE(d.dlg.result(), int(QDialog::Rejected));
-  QVERIFY(!d.dlg.isVisible());
-
-  // Opened again, it shows UserDate, not what was left in it.
-  d.dlg.show();
-  QCOMPARE(d.date->selectedDate(), QDate(2026, 11, 21));
-  QCOMPARE(d.hour->text(), QStringLiteral("3"));
-}
-
-void TestUserDateDialog::arrowsStepTheFields() {
-  TestEnv env;
-  env.state->UserDate = QDateTime(QDate(2026, 11, 21), QTime(9, 59));
-  Dialog d(env);
-  QTest::keyClick(d.hour, Qt::Key_Up);
-  QCOMPARE(d.hour->text(), QStringLiteral("10"));
-  QTest::keyClick(d.minute, Qt::Key_Up);
-  QCOMPARE(d.minute->text(), QStringLiteral("59"));
-  d.minute->stepBy(-55);
-  QCOMPARE(d.minute->text(), QStringLiteral("04"));
-}
-
-void TestUserDateDialog::pickingADateMovesTheFocusToOK() {
-  TestEnv env;
-  env.state->UserDate = kSmallHours;
-  Dialog d(env);
-  d.dlg.activateWindow();
-  QVERIFY(QTest::qWaitForWindowActive(&d.dlg));
-  d.hour->setFocus();
-  QTRY_VERIFY(d.hour->hasFocus());
-  emit d.date->clicked(QDate(2026, 11, 25));
-  QTRY_VERIFY(d.ok->hasFocus());
-}
 
 QTEST_MAIN(TestUserDateDialog)
 #include "tst_userdatedialog.moc"
