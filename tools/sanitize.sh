@@ -15,7 +15,9 @@ if command -v ccache >/dev/null 2>&1; then san+=(-DCMAKE_CXX_COMPILER_LAUNCHER=c
 cmake -S . -B build-asan "${san[@]}"
 cmake --build build-asan -j "$(nproc)"
 built=$SECONDS
+leaks=$PWD/tools/lsan-suppressions.txt
 (cd build-asan && ASAN_OPTIONS=abort_on_error=1:detect_leaks=1 \
+  LSAN_OPTIONS=suppressions="$leaks" \
   UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 QT_QPA_PLATFORM=offscreen \
   ctest --output-on-failure -j "$(nproc)")
 echo "Sanitizer build: $((built - start)) s; its tests and fuzz runs: $((SECONDS - built)) s"
