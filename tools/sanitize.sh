@@ -1,8 +1,8 @@
 #!/bin/bash
 # The whole suite built with AddressSanitizer and UndefinedBehaviorSanitizer in a folder of its
 # own (Debug at -O1, no benchmarks). With clang the same build holds the fuzz harnesses of
-# tests/fuzz, and CTest runs each for a short, fixed number of runs. Run by hand: it takes as
-# long as a second full build.
+# tests/fuzz, and CTest runs each for a short, fixed number of runs. CI runs it after the plain
+# suite; it takes as long as a second full build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 start=$SECONDS
