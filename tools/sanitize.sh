@@ -1,8 +1,8 @@
 #!/bin/bash
 # The whole suite built with AddressSanitizer and UndefinedBehaviorSanitizer in a folder of its
 # own (Debug at -O1, no benchmarks). With clang the same build holds the fuzz harnesses of
-# tests/fuzz, and CTest runs each for a short, fixed number of runs. Run by hand: it takes as
-# long as a second full build.
+# tests/fuzz, and CTest runs each for a short, fixed number of runs. CI runs it after the plain
+# suite; it takes as long as a second full build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 start=$SECONDS
@@ -15,7 +15,9 @@ if command -v ccache >/dev/null 2>&1; then san+=(-DCMAKE_CXX_COMPILER_LAUNCHER=c
 cmake -S . -B build-asan "${san[@]}"
 cmake --build build-asan -j "$(nproc)"
 built=$SECONDS
+leaks=$PWD/tools/lsan-suppressions.txt
 (cd build-asan && ASAN_OPTIONS=abort_on_error=1:detect_leaks=1 \
+  LSAN_OPTIONS=suppressions="$leaks" \
   UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 QT_QPA_PLATFORM=offscreen \
   ctest --output-on-failure -j "$(nproc)")
 echo "Sanitizer build: $((built - start)) s; its tests and fuzz runs: $((SECONDS - built)) s"

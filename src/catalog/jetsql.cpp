@@ -23,6 +23,15 @@ struct Token {
 bool isWordStart(QChar c) { return c.isLetter() || c == QLatin1Char('_'); }
 bool isWordChar(QChar c) { return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('$'); }
 
+// The engine reads a statement only up to its first NUL, so a literal holding one (pasted
+// into a search box, say) is spelt with char(0) instead.
+QString withoutNul(const QString& literal) {
+  if (!literal.contains(QChar())) return literal;
+  return QLatin1Char('(') +
+         QString(literal).replace(QChar(), QStringLiteral("' || char(0) || '")) +
+         QLatin1Char(')');
+}
+
 QVector<Token> tokenize(const QString& s) {
   QVector<Token> out;
   int i = 0;
@@ -427,7 +436,7 @@ class Translator {
         return e;
       case Tok::String:
         ++p_;
-        e = plain(k.pre + k.text);
+        e = plain(k.pre + withoutNul(k.text));
         e.stringLiteral = true;
         return e;
       case Tok::Number:

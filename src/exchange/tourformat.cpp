@@ -151,10 +151,7 @@ ImportReading ReadTour(const QByteArray& bytes) {
     if (start < text.size() && text[start] == QLatin1Char('\n')) ++start;
     if (line.trimmed().isEmpty()) continue;
     std::optional<ImportedObject> object = readTourLine(line);
-    if (!object) {
-      out.wellFormed = false;
-      return out;
-    }
+    if (!object) return ImportReading{{}, false};  // nothing of a file that is not a tour
     out.objects.push_back(std::move(*object));
   }
   return out;

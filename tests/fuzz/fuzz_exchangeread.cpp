@@ -3,13 +3,16 @@
 //   every object holds twelve values and four finite position numbers; a malformed file gives
 //   no objects to store.
 // - A row the general CSV export writes, any texts in the code page and any position, reads
-//   back through the CSV import with the same texts (trimmed where the export trims) and the
-//   same numbers.
+//   back through the CSV import with the same texts (trimmed where the export trims, an empty
+//   one as a single blank, a number in its printed form) and the same position.
 // - A row the tour export writes reads back through the tour import as one object, at the
 //   position written to a tenth of a second.
+#include <algorithm>
 #include <cmath>
 
 #include "catalog/database.h"
+#include "core/numtext.h"
+#include "exchange/codepage.h"
 #include "exchange/csvformat.h"
 #include "exchange/exportvalues.h"
 #include "exchange/exchangefixture.h"
@@ -35,6 +38,11 @@ QString codePageText(FuzzedDataProvider& in, size_t most) {
   }
   return s;
 }
+
+// An import takes a file that is valid UTF-8 as UTF-8, so code-page texts whose bytes happen to
+// spell UTF-8 (the three letters of a byte-order mark, say) come back as other characters: the
+// price of reading both. The round trips below are claimed for every other file.
+bool readsAsUtf8(const QByteArray& file) { return DecodeImportText(file) != DecodeCodePage(file); }
 
 }  // namespace
 
@@ -68,6 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   ListRows rows(db);
   if (mode == 1) {
     const QByteArray file = WriteCsv(rows, CsvVariant::General);
+    if (readsAsUtf8(file)) return 0;
     const ImportReading r = ReadCsvImport(file, true);
     const QString detail = QString::fromLatin1(file.toPercentEncoding(" ,\"#"));
     Require(r.wellFormed && r.objects.size() == 1, "the export reads back as one object", detail);
@@ -75,13 +84,27 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       const ExchangeColumnInfo& info = ExchangeColumns()[c];
       const QVariant& back = r.objects[0][c];
       const QString text = info.trimmed ? o[c].toString().trimmed() : o[c].toString();
-      Require(info.number ? back.toDouble() == o[c].toDouble() : back.toString() == text,
-              info.number ? "the position reads back as written" : "a text reads back as written",
+      const QString got = back.toString().trimmed(), want = text.trimmed();
+      bool same;
+      if (info.number) {
+        same = back.toDouble() == o[c].toDouble();
+      } else if (c == ColObjectNum || c == ColMagnitude) {
+        // A number comes back in its printed form, a catalog number right-aligned in ten places.
+        same = (IsNumeric(want) ? IsNumeric(got) && std::fabs(Val(got) - Val(want)) <=
+                                                        1e-14 * std::max(1.0, std::fabs(Val(want)))
+                                : got == want) &&
+               (c == ColMagnitude || back.toString().size() >= 10);
+      } else {
+        // The import stores no empty text: an empty one comes back as a single blank.
+        same = back.toString() == (text.isEmpty() ? QStringLiteral(" ") : text);
+      }
+      Require(same, info.number ? "the position reads back as written" : "a text reads back as written",
               info.field + QLatin1Char('\n') + detail);
     }
     return 0;
   }
   const QByteArray file = WriteTour(rows);
+  if (readsAsUtf8(file)) return 0;
   const ImportReading r = ReadTour(file);
   const QString detail = QString::fromLatin1(file.toPercentEncoding(" #"));
   Require(r.wellFormed && r.objects.size() == 1, "the tour reads back as one object", detail);

@@ -17,7 +17,7 @@ namespace {
 // way it is told.
 class ChartServer : public QThread {
  public:
-  enum Style { AnswerOk, Greet, Refuse, Silent, HangUp, News };
+  enum Style { NotListening = -1, AnswerOk, Greet, Refuse, Silent, HangUp, News };
 
   explicit ChartServer(Style style) : style_(style) {}
   ~ChartServer() override { lines(); }
@@ -131,7 +131,7 @@ class TestChartLink : public QObject {
                                << cdc + "Timeout while waiting for DDE response - 286";
     QTest::newRow("hangs up") << int(ChartServer::HangUp) << false << QStringList{}
                               << cdc + "Foreign application quit - 291";
-    QTest::newRow("nothing listening") << -1 << false << QStringList{}
+    QTest::newRow("nothing listening") << int(ChartServer::NotListening) << false << QStringList{}
                                        << "Start CDC before using this feature.";
   }
   void moveChart() {
@@ -142,7 +142,7 @@ class TestChartLink : public QObject {
     ChartServer server(static_cast<ChartServer::Style>(style));
     TestEnv env;
     ScopeLink link;
-    link.chartPort = style < 0 ? UnusedPort() : server.listen();
+    link.chartPort = style == ChartServer::NotListening ? UnusedPort() : server.listen();
     link.chartTimeoutMs = 500;
     QElapsedTimer t;
     t.start();
