@@ -116,7 +116,7 @@ int main(int argc, char** argv) {
   align.show();
   align.Form_Activate();
   std::vector<SkyCoordinates> stars;
-  for (const MapStar& s : LoadAlignmentStars(*catalog)) stars.push_back(s.point);
+  for (const MapStar& s : LoadAlignmentStars(*catalog)) stars.push_back(s.position);
   met &= bench::report(out,
                        QStringLiteral("Alignment chart and best pairs, %1 stars")
                            .arg(stars.size()),

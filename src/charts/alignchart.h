@@ -14,11 +14,10 @@ class Database;
 
 // A star of MapStars with what the alignment chart reads of it. A null flag counts as false.
 struct MapStar {
-  SkyPosition position;
+  SkyCoordinates position;     // read once with the row
   bool alignment = false;      // Alignment
   QString alignmentName;       // AlignmentName
   bool autoAlignment = false;  // autoalignment
-  SkyCoordinates point;        // the position as numbers, read once with the row
 };
 
 // Every row of a MapStars table or query, in the order it gives them.

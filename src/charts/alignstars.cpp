@@ -123,8 +123,8 @@ void AlignStars::DrawAlignmentChart() {
     Sky->draw([&](ChartSurface& surface) {
       candidates_ = ::DrawAlignmentChart(
           surface, stars_,
-          [this](const MapStar& s) { return AltitudeAtUserDate(state_, s.point); },
-          [this](const MapStar& s) { return AzimuthAtUserDate(state_, s.point); }, options);
+          [this](const MapStar& s) { return AltitudeAtUserDate(state_, s.position); },
+          [this](const MapStar& s) { return AzimuthAtUserDate(state_, s.position); }, options);
     });
   });
 }

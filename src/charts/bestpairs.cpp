@@ -58,7 +58,7 @@ BestPairs MakeBestPairs(const std::vector<AlignmentCandidate>& candidates, bool 
 BestPairs MakeBestPairs(const AppState& state, const std::vector<AlignmentCandidate>& candidates,
                         bool twoStarTable) {
   return MakeBestPairs(candidates, twoStarTable,
-                       [&state](const SkyPosition& a, const SkyPosition& b) {
+                       [&state](const SkyCoordinates& a, const SkyCoordinates& b) {
                          return AngularSeparation(state, a, b);
                        });
 }

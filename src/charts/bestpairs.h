@@ -16,7 +16,7 @@ class AppState;
 // One alignment star of the favourable altitude band, as MapStars gives it.
 struct AlignmentCandidate {
   QString name;            // AlignmentName
-  SkyPosition position;    // RAHour, RAMinute, DecSign, DecDeg, DecMinute
+  SkyCoordinates position;  // RAHour, RAMinute, DecSign, DecDeg, DecMinute
   bool autoAlignment = false;  // autoalignment
 };
 
@@ -35,7 +35,7 @@ struct BestPairs {
 };
 
 // The angle between two stars in degrees, not rounded.
-using PairSeparation = std::function<double(const SkyPosition&, const SkyPosition&)>;
+using PairSeparation = std::function<double(const SkyCoordinates&, const SkyCoordinates&)>;
 
 // True for an altitude inside the favourable band, both bounds included: 20 <= alt <= 70.
 bool InAlignmentBand(double altitude);

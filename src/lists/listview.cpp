@@ -40,12 +40,6 @@ const QStringList& ObjectDetailFields() {
   return fields;
 }
 
-SkyPosition CurrentRowPosition(const Recordset& rs) {
-  return SkyPosition{rs.text(QStringLiteral("RAHour")), rs.text(QStringLiteral("RAMinute")),
-                     rs.text(QStringLiteral("DecSign")), rs.text(QStringLiteral("DecDeg")),
-                     rs.text(QStringLiteral("DecMinute"))};
-}
-
 ColumnLayouts ListColumnLayouts() {
   const Qt::Alignment right = Qt::AlignRight, centre = Qt::AlignHCenter, left = Qt::AlignLeft;
   return {

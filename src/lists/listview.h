@@ -32,9 +32,8 @@ class PositionColumns {
 };
 
 // The position of the current row (or the edit buffer) of a recordset, as numbers to compute
-// with; and as the texts the row shows, for what keeps a row's position as it reads.
+// with.
 SkyCoordinates RowPosition(const Recordset& rs);
-SkyPosition CurrentRowPosition(const Recordset& rs);
 
 // Captions, widths and alignment of the fifteen grid columns.
 ColumnLayouts ListColumnLayouts();

@@ -38,7 +38,7 @@ void AlignPrintingJob::Run(int copies) {
                       s_.print(name);
                       if (InAlignmentBand(alt))
                         candidates.push_back(
-                            {name, CurrentRowPosition(star), flag(star, "autoalignment")});
+                            {name, RowPosition(star), flag(star, "autoalignment")});
                     });
     PrintChartLegend(s_, LeftMargin);
     PrintBestPairs(candidates);

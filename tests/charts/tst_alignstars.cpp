@@ -19,8 +19,7 @@ namespace {
 
 // Stand-in sky: the altitude is carried in the hours field, the azimuth is 0.
 MapStar star(const QString& name, double alt, bool alignment, bool autoAlignment) {
-  const SkyPosition position{PlainNumber(alt), "0", "+", "0", "0"};
-  return {position, alignment, name, autoAlignment, SkyCoordinates(position)};
+  return {SkyCoordinates::of(alt, 0, false, 0, 0), alignment, name, autoAlignment};
 }
 
 template <typename T>
@@ -42,13 +41,15 @@ QStringList rowsOf(const std::vector<AlignmentPair>& rows) {
   return out;
 }
 
-// Stars are letters, "*" marks an automatic alignment star, and "P" is Polaris.
+// Stars are letters (carried in the hours as character codes), "*" marks an automatic
+// alignment star, and "P" is Polaris.
 std::vector<AlignmentCandidate> candidatesOf(const QString& stars) {
   std::vector<AlignmentCandidate> out;
   for (const QString& s : stars.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
     const QString letter = s.left(1);
     out.push_back({letter == QLatin1String("P") ? QStringLiteral("Polaris") : letter,
-                   SkyPosition{letter, "0", "+", "0", "0"}, s.endsWith(QLatin1Char('*'))});
+                   SkyCoordinates::of(letter[0].unicode(), 0, false, 0, 0),
+                   s.endsWith(QLatin1Char('*'))});
   }
   return out;
 }
@@ -58,8 +59,8 @@ PairSeparation separationsOf(const QString& table) {
   QHash<QString, double> seps;
   for (const QString& e : table.split(QLatin1Char(' '), Qt::SkipEmptyParts))
     seps.insert(e.left(2), e.mid(3).toDouble());
-  return [seps](const SkyPosition& a, const SkyPosition& b) {
-    return seps.value(a.raHours + b.raHours, 10.0);
+  return [seps](const SkyCoordinates& a, const SkyCoordinates& b) {
+    return seps.value(QString(QChar(int(a.raHours))) + QChar(int(b.raHours)), 10.0);
   };
 }
 
@@ -147,7 +148,7 @@ class TestAlignStars : public QObject {
                                      star("C", 45, false, true),  star("D", 0, true, true),
                                      star("E", 70.1, true, true), star("F", 45, true, false)};
     RecordingChartSurface surface;
-    auto alt = [](const MapStar& m) { return Val(m.position.raHours); };
+    auto alt = [](const MapStar& m) { return m.position.raHours; };
     auto az = [](const MapStar&) { return 0.0; };
     const auto found = DrawAlignmentChart(surface, stars, alt, az, {autoOnly, showNames, 200});
     QCOMPARE(namesOf(found), candidates);
@@ -231,8 +232,8 @@ class TestAlignStars : public QObject {
     RecordingChartSurface surface;
     const auto found = DrawAlignmentChart(
         surface, LoadAlignmentStars(*catalog),
-        [&](const MapStar& m) { return AltitudeAtUserDate(s, m.point); },
-        [&](const MapStar& m) { return AzimuthAtUserDate(s, m.point); }, {});
+        [&](const MapStar& m) { return AltitudeAtUserDate(s, m.position); },
+        [&](const MapStar& m) { return AzimuthAtUserDate(s, m.position); }, {});
     QCOMPARE(namesOf(found), candidates);
     const BestPairs pairs = MakeBestPairs(s, found, true);
     QCOMPARE(rowsOf(pairs.autoRows), autoRows);
