@@ -65,7 +65,7 @@ Filter::Filter(AppState& state, QWidget* parent) : QDialog(parent), state_(state
 
 void Filter::build() {
   auto* root = new QVBoxLayout(this);
-  auto field = [this](QWidget* parent, const char* name) {
+  auto field = [](QWidget* parent, const char* name) {
     auto* e = named(new QLineEdit(parent), name);
     e->setFixedWidth(56);
     SelectAllOnFocus(e);
