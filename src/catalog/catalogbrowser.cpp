@@ -27,26 +27,13 @@
 #include "catalog/searchcriteria.h"
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/hourglass.h"
 #include "core/selectall.h"
+#include "core/widgetkit.h"
 
 namespace {
 
 enum Which { FindFirst, FindNext, FindPrev };
-
-template <typename W>
-W* named(W* w, const QString& name) {
-  w->setObjectName(name);
-  return w;
-}
-
-// Keeps the override pointer for the length of a scope, whatever ends it.
-class OverridePointer {
- public:
-  explicit OverridePointer(const QCursor& cursor) { QGuiApplication::setOverrideCursor(cursor); }
-  ~OverridePointer() { QGuiApplication::restoreOverrideCursor(); }
-  OverridePointer(const OverridePointer&) = delete;
-  OverridePointer& operator=(const OverridePointer&) = delete;
-};
 
 }  // namespace
 
@@ -263,7 +250,7 @@ void CatalogBrowser::resetSearchOptions() {
 }
 
 void CatalogBrowser::refreshFilter(double siderealDegrees) {
-  OverridePointer pointer(state_.FilterOn ? filterBusyCursor() : QCursor(Qt::WaitCursor));
+  Hourglass pointer(state_.FilterOn ? filterBusyCursor() : QCursor(Qt::WaitCursor));
   SetPageWheres(state_, siderealDegrees);
   bindPages();
   applyLayouts();

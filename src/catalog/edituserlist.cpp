@@ -23,15 +23,10 @@
 #include "core/appstate.h"
 #include "core/handler.h"
 #include "core/selectall.h"
+#include "core/widgetkit.h"
 #include "core/windowplacement.h"
 
 namespace {
-
-template <typename W>
-W* named(W* w, const QString& name) {
-  w->setObjectName(name);
-  return w;
-}
 
 enum Which { FindFirst, FindNext, FindPrev };
 

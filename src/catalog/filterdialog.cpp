@@ -18,17 +18,11 @@
 #include "core/handler.h"
 #include "core/selectall.h"
 #include "core/settings.h"
-#include "core/setupdialog.h"
 #include "core/twips.h"
+#include "core/widgetkit.h"
 #include "core/windowplacement.h"
 
 namespace {
-
-template <typename W>
-W* named(W* w, const char* name) {
-  w->setObjectName(QLatin1String(name));
-  return w;
-}
 
 QString chooseWithDialog(QWidget* parent, const QString& title, const QString& folder,
                          const QString& filter, bool save) {

@@ -19,6 +19,7 @@
 #include "charts/skywidget.h"
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/hourglass.h"
 #include "core/numtext.h"
 #include "core/selectall.h"
 #include "core/twips.h"
@@ -104,8 +105,7 @@ HHC::HHC(AppState& state, ScopeLink& link, QWidget* parent)
   SSTab1->resetSearchOptions();
   RunGuarded(state_.prompter(), [&] {
     if (state_.FilterOn) {
-      QApplication::setOverrideCursor(CatalogBrowser::filterBusyCursor());
-      const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
+      const Hourglass pointer(CatalogBrowser::filterBusyCursor());
       BuildAltitudeWhere(state_, SiderealDegreesNow(state_));
     }
   });

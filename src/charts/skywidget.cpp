@@ -5,6 +5,8 @@
 #include <QFontDatabase>
 #include <QPainter>
 
+#include "core/hourglass.h"
+
 namespace {
 
 double screenTwipsPerPixel() {
@@ -13,11 +15,6 @@ double screenTwipsPerPixel() {
   const double dpi = qApp ? QFontMetricsF(probe).fontDpi() : 96.0;
   return TwipsPerPixel(dpi > 0 ? dpi : 96.0);
 }
-
-struct HourglassPointer {
-  HourglassPointer() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-  ~HourglassPointer() { QApplication::restoreOverrideCursor(); }
-};
 
 }  // namespace
 
@@ -112,7 +109,7 @@ void SkyWidget::DrawSkyChart(const std::vector<SkyCoordinates>& stars) {
   stars_ = stars;
   marker_.reset();
   {
-    HourglassPointer hourglass;
+    Hourglass hourglass;
     chart_->DrawSkyChart(stars);
   }
   update();
@@ -121,7 +118,7 @@ void SkyWidget::DrawSkyChart(const std::vector<SkyCoordinates>& stars) {
 void SkyWidget::draw(const std::function<void(ChartSurface&)>& paint) {
   resolveSystemColours();
   {
-    HourglassPointer hourglass;
+    Hourglass hourglass;
     paint(surface_);
   }
   update();

@@ -17,6 +17,7 @@
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
+#include <optional>
 
 #include "catalog/catalogdialogs.h"
 #include "charts/alignstars.h"
@@ -395,7 +396,7 @@ void TavorineListMain::openListWindow(const ListDocumentRequest& request) {
   setText("txtFileName", request.path);
   setText("txtFileTitle", request.title);
   const int slot = RegisterOpen(state_, request.title, request.path);
-  QApplication::setOverrideCursor(Qt::WaitCursor);
+  std::optional<Hourglass> hourglass(std::in_place);
   const ListVariant variant = UseCompactListWindow(screenHeightTwips())
                                   ? ListVariant::CurrentListFixed
                                   : ListVariant::CurrentList;
@@ -406,7 +407,6 @@ void TavorineListMain::openListWindow(const ListDocumentRequest& request) {
   if (!loaded) {
     // A document that cannot be shown does not keep one of the nine places.
     RegisterClose(state_, request.path, slot);
-    QApplication::restoreOverrideCursor();
     return;
   }
   child->setSlot(slot);
@@ -428,7 +428,7 @@ void TavorineListMain::openListWindow(const ListDocumentRequest& request) {
   frame->move(0, frame->y());
   mdi_->setActiveSubWindow(frame);
   if (child->firstActivatePending()) child->Form_Activate();
-  QApplication::restoreOverrideCursor();
+  hourglass.reset();
   setListCommandsEnabled(true);
 }
 void TavorineListMain::mnuImporthcTour_Click() {

@@ -23,32 +23,10 @@
 #include "core/handler.h"
 #include "core/hourglass.h"
 #include "core/redscreencolors.h"
+#include "core/widgetkit.h"
 #include "core/windowplacement.h"
 
-UpDownButtons::UpDownButtons(QWidget* parent) : QWidget(parent) {
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(0);
-  auto make = [&](Qt::ArrowType arrow, int delta) {
-    auto* b = new QToolButton(this);
-    b->setArrowType(arrow);
-    b->setAutoRepeat(true);
-    b->setFixedSize(18, 12);
-    b->setFocusPolicy(Qt::NoFocus);
-    connect(b, &QToolButton::clicked, this, [this, delta] { emit stepped(delta); });
-    layout->addWidget(b);
-  };
-  make(Qt::UpArrow, 1);
-  make(Qt::DownArrow, -1);
-}
-
 namespace {
-
-template <typename W>
-W* named(W* w, const char* name) {
-  w->setObjectName(QLatin1String(name));
-  return w;
-}
 
 QLineEdit* numberField(QWidget* parent, const char* name, int width = 48) {
   auto* e = named(new QLineEdit(parent), name);

@@ -15,15 +15,7 @@ class QLineEdit;
 class QPushButton;
 class QRadioButton;
 class QToolButton;
-
-// The up-down arrows beside the Comm Port field.
-class UpDownButtons : public QWidget {
-  Q_OBJECT
- public:
-  explicit UpDownButtons(QWidget* parent = nullptr);
- signals:
-  void stepped(int delta);
-};
+class UpDownButtons;
 
 // Setup: the telescope, its port, the site, the time zone, the altitude limits, the list folder
 // and the object colour. Most fields take effect on OK; the hemisphere buttons, the two check

@@ -12,6 +12,7 @@
 
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/hourglass.h"
 
 namespace {
 
@@ -151,8 +152,7 @@ void ExportWait::showEvent(QShowEvent* event) {
 void ExportWait::work() {
   repaint();
   succeeded_ = RunGuarded(state_.prompter(), [&] {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
+    const Hourglass hourglass;
     result_ = ExportList(kind_, source_.dataSource, source_.title,
                          FindTourFolders(state_.windowsDriveC));
   });

@@ -15,6 +15,7 @@
 #include "catalog/database.h"
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/hourglass.h"
 
 namespace {
 
@@ -139,8 +140,7 @@ void ImportWindow::cmdOK_Click() {
   repaint();
   bool imported = false;
   {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    const auto restore = qScopeGuard([] { QApplication::restoreOverrideCursor(); });
+    const Hourglass hourglass;
     RunGuarded(
         [&] {
           imported = ImportFile(form.format, file_, state_.ImportHasHeader, datPrimaryRS_,

@@ -6,7 +6,7 @@
 #include "catalog/catalogwindowrules.h"
 #include "catalog/filterdialog.h"
 #include "core/numtext.h"
-#include "core/setupdialog.h"
+#include "core/widgetkit.h"
 #include "core/twips.h"
 #include "formtest.h"
 #include "support/testenv.h"
