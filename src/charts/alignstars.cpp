@@ -176,10 +176,7 @@ void AlignStars::cmdToggleNames_Click() {
 
 QMdiSubWindow* AlignStars::frame() const { return qobject_cast<QMdiSubWindow*>(parentWidget()); }
 
-int AlignStars::twipsOf(int pixels) const {
-  const double dpi = logicalDpiY() > 0 ? logicalDpiY() : 96;
-  return int(std::lround(pixels * 1440.0 / dpi));
-}
+int AlignStars::twipsOf(int pixels) const { return PixelsToTwips(pixels, this); }
 
 void AlignStars::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);

@@ -317,9 +317,8 @@ void HHC::cmdFilterAlt_Click() {
     }
     timerAltitude->stop();
     AltitudeTicks = 20;
-    const double twipsPerPixel = 1440.0 / logicalDpiY();
-    state_.FilterFormTop = FilterFormTopFor(int(frameGeometry().top() * twipsPerPixel),
-                                            int(frameGeometry().height() * twipsPerPixel));
+    state_.FilterFormTop = FilterFormTopFor(PixelsToTwips(frameGeometry().top(), this),
+                                            PixelsToTwips(frameGeometry().height(), this));
     // Closing the dialog by its close box counts as Cancel here, as in the list editor.
     state_.FilterCancelled = true;
     showFilterDialog(this);

@@ -5,13 +5,20 @@
 #include <QWidget>
 #include <cmath>
 
-int TwipsToPixels(double twips, const QWidget* w) {
+static double screenDpi(const QWidget* w) {
   double dpi = 96.0;
   if (w) {
     dpi = w->logicalDpiY();
   } else if (QGuiApplication::primaryScreen()) {
     dpi = QGuiApplication::primaryScreen()->logicalDotsPerInchY();
   }
-  if (dpi <= 0) dpi = 96.0;
-  return int(std::lround(TwipsToDeviceUnits(twips, dpi)));
+  return dpi > 0 ? dpi : 96.0;
+}
+
+int TwipsToPixels(double twips, const QWidget* w) {
+  return int(std::lround(TwipsToDeviceUnits(twips, screenDpi(w))));
+}
+
+int PixelsToTwips(double pixels, const QWidget* w) {
+  return int(std::lround(DeviceUnitsToTwips(pixels, screenDpi(w))));
 }

@@ -16,3 +16,5 @@ constexpr double DeviceUnitsToTwips(double units, double dotsPerInch) {
 // Twips (1/1440 inch) to screen pixels: 15 twips a pixel at 96 dpi, scaled by the logical dpi
 // of the widget's screen (or the primary screen's when no widget is given).
 int TwipsToPixels(double twips, const QWidget* w = nullptr);
+// The other way: screen pixels to twips, by the same dpi, rounded to the nearest twip.
+int PixelsToTwips(double pixels, const QWidget* w = nullptr);

@@ -403,9 +403,8 @@ void EditList::cmdFilterAlt_Click() {
       return;
     }
     state_.FilterCancelled = true;
-    const double twipsPerPixel = 1440.0 / logicalDpiY();
-    state_.FilterFormTop = FilterFormTopFor(int(frameGeometry().top() * twipsPerPixel),
-                                            int(frameGeometry().height() * twipsPerPixel));
+    state_.FilterFormTop = FilterFormTopFor(PixelsToTwips(frameGeometry().top(), this),
+                                            PixelsToTwips(frameGeometry().height(), this));
     showFilterDialog(this);
     if (state_.FilterCancelled) return;
     repaint();
@@ -438,9 +437,8 @@ void EditList::resizeEvent(QResizeEvent* event) {
 }
 
 void EditList::layoutControls() {
-  const double twipsPerPixel = 1440.0 / logicalDpiY();
-  const int w = int(width() * twipsPerPixel);
-  const int h = int(height() * twipsPerPixel);
+  const int w = PixelsToTwips(width(), this);
+  const int h = PixelsToTwips(height(), this);
   const EditListLayout l = EditListLayoutFor(w, h);
   auto place = [this](QWidget* c, int left, int top, int width, int height) {
     c->setGeometry(TwipsToPixels(left, this), TwipsToPixels(top, this),

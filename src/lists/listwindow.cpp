@@ -237,10 +237,7 @@ QMdiSubWindow* CurrentList::frame() const {
   return qobject_cast<QMdiSubWindow*>(parentWidget());
 }
 
-int CurrentList::twipsOf(int pixels) const {
-  const double dpi = logicalDpiX() > 0 ? logicalDpiX() : 96;
-  return int(std::lround(pixels * 1440.0 / dpi));
-}
+int CurrentList::twipsOf(int pixels) const { return PixelsToTwips(pixels, this); }
 
 // ---- routines -------------------------------------------------------------------------------
 

@@ -102,6 +102,7 @@ class TestDataGrid : public QObject {
     QCOMPARE(m->headerData(8, Qt::Horizontal).toString(), QString());
     QVERIFY(grid.isColumnHidden(11));
     QCOMPARE(TwipsToPixels(1440, &grid), grid.logicalDpiY());
+    QCOMPARE(PixelsToTwips(grid.logicalDpiY() / 2.0, &grid), 720);
     QCOMPARE(grid.columnWidth(1), TwipsToPixels(2300, &grid));
     QVERIFY(m->index(0, 0).data(Qt::TextAlignmentRole).value<Qt::Alignment>() & Qt::AlignRight);
     QCOMPARE(m->index(0, 7).data().toString(), QStringLiteral("34.5"));
