@@ -1,6 +1,4 @@
 #include <QtTest>
-#include <QTextBrowser>
-#include <QTextDocument>
 
 #include <QAction>
 #include <QFile>
@@ -10,6 +8,8 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
+#include <QTextBrowser>
+#include <QTextDocument>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -17,9 +17,7 @@
 #include "catalog/recordset.h"
 #include "charts/alignstars.h"
 #include "charts/hhc.h"
-#include "core/listdocuments.h"
 #include "core/mainwindow.h"
-#include "core/opendocuments.h"
 #include "core/settings.h"
 #include "core/windowfit.h"
 #include "core/windowplacement.h"
@@ -36,8 +34,7 @@ struct Rig {
   std::unique_ptr<TavorineListMain> main;
   QStringList answers;
   int dialogs = 0;
-  QString lastTitle, lastFolder;
-  bool lastSave = false;
+  QString lastDialog;  // "save|title|folder" or "open|title|folder"
 
   explicit Rig(const QByteArray& recent = {}) {
     ProgramSettings s;
@@ -45,14 +42,13 @@ struct Rig {
     s.DataDir = env.path("lists/");
     env.writeFile("config/TavorineList.ini", SettingsRecord(s, true));
     if (!recent.isEmpty()) env.writeFile("config/TVRNMRU.dat", recent);
+    QDir().mkpath(env.path(QStringLiteral("lists")));
     main = std::make_unique<TavorineListMain>(*env.state);
     main->quitApplication = [] {};
     main->screenHeightTwips = [] { return 15000; };
     main->chooseListFile = [this](bool save, const QString& title, const QString& folder) {
       ++dialogs;
-      lastSave = save;
-      lastTitle = title;
-      lastFolder = folder;
+      lastDialog = QStringList{save ? "save" : "open", title, folder}.join('|');
       return answers.isEmpty() ? QString() : answers.takeFirst();
     };
     main->start();
@@ -61,7 +57,6 @@ struct Rig {
   // A list document in lists/ with this many rows.
   QString list(const QString& name, int rows = 2) {
     const QString p = env.path(QStringLiteral("lists/") + name + QStringLiteral(".tlf"));
-    QDir().mkpath(env.path(QStringLiteral("lists")));
     std::vector<ListRow> content;
     for (int i = 0; i < rows; ++i)
       content.push_back(NamedRow(QStringLiteral("Object %1").arg(i + 1),
@@ -72,9 +67,9 @@ struct Rig {
   QAction* action(const QString& name) const { return main->findChild<QAction*>(name); }
   QToolButton* button(const QString& name) const { return main->findChild<QToolButton*>(name); }
   void trigger(const QString& name) { action(name)->trigger(); }
-  void open(const QString& path) {
+  void open(const QString& path, const char* command = "mnuOpen") {
     answers << path;
-    trigger("mnuOpen");
+    trigger(command);
   }
   QList<CurrentList*> windows() const {
     QList<CurrentList*> out;
@@ -103,15 +98,10 @@ struct Rig {
   }
 };
 
-void commandRows() {
-  QTest::addColumn<QString>("command");
-  QTest::newRow("new") << "mnuNew";
-  QTest::newRow("open") << "mnuOpen";
-}
-
 int visibleWindows(const QString& title) {
   int n = 0;
-  for (QWidget* top : QApplication::topLevelWidgets()) n += top->windowTitle() == title && top->isVisible();
+  for (QWidget* top : QApplication::topLevelWidgets())
+    n += top->windowTitle() == title && top->isVisible();
   return n;
 }
 
@@ -121,41 +111,25 @@ class TestMainWindow : public QObject {
   Q_OBJECT
  private slots:
   // Start-up: the list commands wait for a list, the recent lists are in the File menu, the
-  // window fits the screen however small.
+  // window fits the screen, the sign button flips the Quick GoTo sign.
   void startUp() {
     Rig m("\"Tonight\",\"/l/a.tlf\"\r\n\"Globulars\",\"/l/b.tlf\"\r\n");
-    const char* listCommands[] = {"mnuExport", "mnuImportCurrent", "mnuImporthcTour", "mnuPrint"};
-    for (bool on : {false, true}) {
-      if (on) m.main->setListCommandsEnabled(true);
-      for (const char* name : listCommands) QVERIFY2(m.action(name)->isEnabled() == on, name);
-      QCOMPARE(m.button("cmdPrint")->isEnabled(), on);
-    }
+    for (const char* name : {"mnuExport", "mnuImportCurrent", "mnuImporthcTour", "mnuPrint"})
+      QVERIFY2(!m.action(name)->isEnabled(), name);
+    QVERIFY(!m.button("cmdPrint")->isEnabled());
     QVERIFY(m.action("mnuImport")->isEnabled() && m.action("mnuImportUser")->isEnabled());
     QVERIFY(!m.action("mnuExportHC")->isVisible());
     m.action("mnuExportHC")->trigger();
     QCOMPARE(m.env.prompter.texts(), QStringList{QStringLiteral("For future developments.")});
 
     QVERIFY(m.action("mnuSepMRU")->isVisible());
-    QCOMPARE(m.action("mnuMRU0")->text(), QStringLiteral("Tonight"));
     QCOMPARE(m.action("mnuMRU1")->text(), QStringLiteral("Globulars"));
-    QVERIFY(m.action("mnuMRU1")->isVisible());
-    QVERIFY(!m.action("mnuMRU2")->isVisible());
+    QVERIFY(m.action("mnuMRU1")->isVisible() && !m.action("mnuMRU2")->isVisible());
+    QVERIFY(m.main->screen()->availableGeometry().contains(m.main->geometry()));
 
-    const QRect area = m.main->screen()->availableGeometry();
-    QVERIFY2(area.contains(m.main->geometry()),
-             qPrintable(QStringLiteral("%1x%2 in %3x%4")
-                            .arg(m.main->width()).arg(m.main->height()).arg(area.width()).arg(area.height())));
-  }
-
-  void decSignFlips() {
-    Rig m;
-    auto* button = m.main->findChild<QPushButton*>(QStringLiteral("cmdDecSign"));
-    auto* sign = m.main->findChild<QLineEdit*>(QStringLiteral("txtGotoDecSign"));
-    button->click();
-    QCOMPARE(sign->text() + button->text(), QStringLiteral("--"));
-    sign->setText(QStringLiteral("x"));
-    button->click();
-    QCOMPARE(sign->text(), QStringLiteral("+"));
+    auto* sign = m.main->findChild<QPushButton*>(QStringLiteral("cmdDecSign"));
+    sign->click();
+    QCOMPARE(m.main->findChild<QLineEdit*>("txtGotoDecSign")->text() + sign->text(), "--");
   }
 
   void firstRunOpensSetup() {
@@ -184,15 +158,10 @@ class TestMainWindow : public QObject {
     const QPalette before = QApplication::palette();
     red->click();
     QVERIFY(m.env.state->RedScreenOn && menu->isChecked());
-    for (const char* name : {"cmdNew", "cmdOpen", "cmdPrint", "cmdHHC", "cmdAlignStars",
-                             "cmdRedScreen"})
-      QVERIFY2(m.button(name)->toolTip().isEmpty(), name);
-    QVERIFY(QApplication::palette() != before);
+    QVERIFY(m.button("cmdAlignStars")->toolTip().isEmpty());
     menu->trigger();
     QVERIFY(!m.env.state->RedScreenOn && !menu->isChecked());
     QCOMPARE(QApplication::palette(), before);
-    QCOMPARE(m.button("cmdNew")->toolTip(), QStringLiteral("New List"));
-    QCOMPARE(red->toolTip(), QStringLiteral("Red Screen"));
 
     // Help headings follow the mode; the help window is opened once.
     m.action("mnuHelpTopics")->trigger();
@@ -202,7 +171,8 @@ class TestMainWindow : public QObject {
     QVERIFY(help && QTest::qWaitForWindowActive(help));
     auto* page = help->findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
     const auto headingColour = [&] {
-      return page->document()->find(QStringLiteral("Tavorine Help")).charFormat().foreground().color();
+      const QTextCursor at = page->document()->find(QStringLiteral("Tavorine Help"));
+      return at.charFormat().foreground().color();
     };
     const QColor dayHeading = headingColour();
     for (bool on : {true, false}) {
@@ -215,7 +185,6 @@ class TestMainWindow : public QObject {
     QVERIFY(!help->isVisible());
     // Exit while on puts the colours back.
     red->click();
-    m.main->quitApplication = [] {};
     m.action("mnuExit")->trigger();
     QCOMPARE(QApplication::palette(), before);
   }
@@ -271,7 +240,7 @@ class TestMainWindow : public QObject {
     Rig m;
     for (int i = 0; i < 2; ++i) {
       if (QAction* a = m.main->findChild<QAction*>(command)) a->trigger();
-      else m.main->findChild<QToolButton*>(command)->click();
+      else m.button(command)->click();
     }
     if (command.endsWith(QLatin1String("HHC"))) {
       QCOMPARE(m.main->findChildren<HHC*>().size(), 1);
@@ -285,10 +254,10 @@ class TestMainWindow : public QObject {
       auto* chart = m.main->findChild<AlignStars*>();
       auto* print = chart->findChild<QPushButton*>("cmdPrint");
       // Red Screen turns the toolbar's Print button red, not the chart's.
-      m.action("mnuRedScreen")->trigger();
+      m.trigger("mnuRedScreen");
       QVERIFY(m.main->findChild<QToolBar*>()->findChild<QToolButton*>("cmdPrint")->toolTip().isEmpty());
       QVERIFY(print->styleSheet().isEmpty());
-      m.action("mnuRedScreen")->trigger();
+      m.trigger("mnuRedScreen");
       QCOMPARE(m.main->mdiArea()->activeSubWindow()->widget(), chart);
       QVERIFY(!chart->candidates().empty() || !chart->bestPairsText().empty());
       // Print opens "Print Alignment Chart" beside the chart, without blocking it, and once.
@@ -299,110 +268,83 @@ class TestMainWindow : public QObject {
     QVERIFY(m.env.prompter.entries.isEmpty());
   }
 
-  // Cancelled, New and Open do nothing; New makes an empty list from the template, its window
-  // named in the Window menu.
-  void newListFromTemplate() {
+  // New and Open, cancelled, refused and done. The short name "t" also stands earlier in the
+  // path, and the dialog still starts in the list's folder.
+  void newAndOpen() {
     Rig rig;
+    const QString folder = rig.env.path("lists/");
+    rig.state().LastListFolder = folder;
     rig.trigger("mnuNew");
-    rig.trigger("mnuOpen");
+    rig.button("cmdOpen")->click();
     QCOMPARE(rig.dialogs, 2);
-    QVERIFY(rig.windows().isEmpty());
-    QCOMPARE(rig.state().OpenFileCount, qint16(0));
-    QDir().mkpath(rig.env.path("lists"));
-    rig.state().LastListFolder = rig.env.path("lists/");
-    QVERIFY(!rig.commandsEnabled());
-    const QString chosen = rig.env.path("lists/galaxies");
-    rig.answers << chosen;
-    rig.trigger("mnuNew");
-    QVERIFY(rig.lastSave);
-    QCOMPARE(rig.lastTitle, QStringLiteral("Name new file..."));
-    QCOMPARE(rig.lastFolder, rig.env.path("lists/"));
-    const QString path = chosen + ".tlf";
-    QCOMPARE(ListColumn(path, "Name"), QStringList());
-    CurrentList* w = rig.window(path);
-    QVERIFY(w);
-    QCOMPARE(w->windowTitle(), QStringLiteral("Objects - galaxies"));
+    QCOMPARE(rig.lastDialog, "open|Open existing list...|" + folder);
+    QVERIFY(rig.windows().isEmpty() && !rig.commandsEnabled());
+
+    QVERIFY(folder.contains(QLatin1Char('t'), Qt::CaseInsensitive));
+    rig.open(folder + "t", "mnuNew");
+    QCOMPARE(rig.lastDialog, "save|Name new file...|" + folder);
+    const QString t = folder + "t.tlf";
+    QCOMPARE(ListColumn(t, "Name"), QStringList());
+    CurrentList* w = rig.window(t);
+    QVERIFY(w && rig.commandsEnabled());
+    QCOMPARE(w->windowTitle(), QStringLiteral("Objects - t"));
+    QCOMPARE(w->slot(), 1);
+    QCOMPARE(rig.state().LastListFolder, folder);
+    QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileName")->text(), t);
+    QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileTitle")->text(), QStringLiteral("t"));
     auto* menu = rig.main->findChild<QMenu*>(QStringLiteral("mnuWindow"));
     QMetaObject::invokeMethod(menu, "aboutToShow");
-    QStringList texts;
-    for (QAction* a : menu->actions()) texts << a->text();
-    for (const char* t : {"&Cascade", "&Tile", "&1 Objects - galaxies"})
-      QVERIFY2(texts.contains(QLatin1String(t)), t);
-    QCOMPARE(w->slot(), 1);
-    QCOMPARE(rig.state().LastListFolder, rig.env.path("lists/"));
-    QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileName")->text(), path);
-    QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileTitle")->text(), QStringLiteral("galaxies"));
-    QVERIFY(rig.commandsEnabled());
-    QVERIFY(rig.env.prompter.entries.isEmpty());
-  }
+    QCOMPARE(menu->actions().last()->text(), QStringLiteral("&1 Objects - t"));
 
-  // A name whose letters also stand earlier in the path still leaves the dialog in its folder.
-  void folderOfAShortName_data() { commandRows(); }
-  void folderOfAShortName() {
-    QFETCH(QString, command);
-    Rig rig;
-    const QString path = rig.list(QStringLiteral("t"));
-    QVERIFY(rig.env.path("lists/").contains(QLatin1Char('t'), Qt::CaseInsensitive));
-    rig.answers << path;
-    rig.env.prompter.answer(Prompter::Answer::Yes);  // New asks before it overwrites
-    rig.trigger(command);
-    QVERIFY(rig.window(path));
-    QCOMPARE(rig.state().LastListFolder, rig.env.path("lists/"));
-  }
+    // New over an old list asks first; over an open one it refuses.
+    const QString old = rig.list("old", 3);
+    rig.env.prompter.answer(Prompter::Answer::No);
+    rig.open(old, "mnuNew");
+    rig.env.prompter.answer(Prompter::Answer::Yes);
+    rig.open(t, "mnuNew");
+    QCOMPARE(rig.said(), QStringList({"Confirm: This file\n" + old + "\nalready exists.  Overwrite?",
+                                      "Confirm: This file\n" + t + "\nalready exists.  Overwrite?",
+                                      "Oops: Unable to overwrite - the file\n" + t +
+                                          "\nis already open"}));
+    QCOMPARE(ListColumn(old, "Name").size(), 3);
+    const QString older = rig.list("older", 3);
+    rig.env.prompter.answer(Prompter::Answer::Yes);
+    rig.open(older, "mnuNew");
+    QCOMPARE(ListColumn(older, "Name").size(), 0);
+    QCOMPARE(rig.windows().size(), 2);
+    rig.env.prompter.clear();
 
-  // New over an existing list asks first, and never overwrites an open one.
-  void newListOverAnOldOne_data() {
-    QTest::addColumn<bool>("open");
-    QTest::addColumn<bool>("yes");
-    QTest::newRow("yes") << false << true;
-    QTest::newRow("no") << false << false;
-    QTest::newRow("already open") << true << true;
-  }
-  void newListOverAnOldOne() {
-    QFETCH(bool, open);
-    QFETCH(bool, yes);
-    Rig rig;
-    const QString path = rig.list("old", 3);
-    if (open) rig.open(path);
-    rig.env.prompter.answer(yes ? Prompter::Answer::Yes : Prompter::Answer::No);
-    rig.answers << path;
-    rig.trigger("mnuNew");
-    if (open)
-      QCOMPARE(rig.said().last(), "Oops: Unable to overwrite - the file\n" + path + "\nis already open");
-    else
-      QCOMPARE(rig.said(), QStringList("Confirm: This file\n" + path + "\nalready exists.  Overwrite?"));
-    QCOMPARE(ListColumn(path, "Name").size(), yes && !open ? 0 : 3);
-    QCOMPARE(rig.windows().size(), yes || open ? 1 : 0);
-  }
-
-  void openAndAlreadyOpen() {
-    Rig rig;
-    const QString path = rig.list("tonight");
-    rig.main->findChild<QToolButton*>("cmdOpen")->click();
-    QCOMPARE(rig.dialogs, 1);
     // A file that is no list document: one box, no window, nothing held.
     rig.env.writeFile("lists/broken.tlf", "not a database at all, not even close to one");
     rig.open(rig.env.path("lists/broken.tlf"));
-    QVERIFY(rig.windows().isEmpty());
-    QCOMPARE(rig.env.prompter.entries.size(), 1);
-    QCOMPARE(rig.state().OpenFileCount, qint16(0));
-    QCOMPARE(rig.state().OpenSlotFile[1], QString());
-    QVERIFY(!rig.commandsEnabled());
-    rig.env.prompter.clear();
-    rig.open(path);
-    QVERIFY(!rig.lastSave);
-    QCOMPARE(rig.lastTitle, QStringLiteral("Open existing list..."));
-    QCOMPARE(rig.window(path)->datPrimary()->RecordCount(), 2);
-    rig.open(path);
-    QCOMPARE(rig.windows().size(), 1);
-    QCOMPARE(rig.said(), QStringList("Oops: This file:\n" + path + "\nis already open"));
-    // Another spelling of the same file is another document.
-    rig.open(rig.env.path("lists/../lists/tonight.tlf"));
     QCOMPARE(rig.windows().size(), 2);
+    QCOMPARE(rig.env.prompter.entries.size(), 1);
+    QCOMPARE(rig.state().OpenFileCount, qint16(2));
+    QCOMPARE(rig.state().OpenSlotFile[3], QString());
+    rig.env.prompter.clear();
+    rig.state().LastListFolder.clear();
+    rig.open(old);
+    QCOMPARE(rig.window(old)->datPrimary()->RecordCount(), 3);
+    QCOMPARE(rig.state().LastListFolder, folder);
+    rig.open(old);
+    QCOMPARE(rig.said(), QStringList("Oops: This file:\n" + old + "\nis already open"));
+    // Another spelling of the same file is another document.
+    rig.open(rig.env.path("lists/../lists/old.tlf"));
+    QCOMPARE(rig.windows().size(), 4);
+    // Exit (Ctrl+Q) quits and leaves the lists to the end of the process.
+    int quits = 0;
+    rig.main->quitApplication = [&] { ++quits; };
+    QVERIFY(QTest::qWaitForWindowActive(rig.main.get()));
+    QTest::keyClick(rig.main.get(), Qt::Key_Q, Qt::ControlModifier);
+    QCOMPARE(quits, 1);
+    QCOMPARE(rig.state().OpenFileCount, qint16(4));
+    QCOMPARE(rig.state().MRUFiles[0].title, QString());
   }
 
   void nineOpen_data() {
-    commandRows();
+    QTest::addColumn<QString>("command");
+    QTest::newRow("new") << "mnuNew";
+    QTest::newRow("open") << "mnuOpen";
     QTest::newRow("recent") << "mnuMRU0";
   }
   // Nine lists open refuse a tenth without asking for its name.
@@ -410,12 +352,10 @@ class TestMainWindow : public QObject {
     QFETCH(QString, command);
     Rig rig;
     for (int i = 1; i <= 9; ++i) rig.open(rig.list(QStringLiteral("list%1").arg(i)));
-    QCOMPARE(rig.windows().size(), 9);
     const QString tenth = rig.list("tenth");
     rig.state().MRUFiles[0] = FileEntry{"tenth", tenth};
     rig.dialogs = 0;
-    rig.answers << tenth;
-    rig.trigger(command);
+    rig.open(tenth, qPrintable(command));
     QCOMPARE(rig.dialogs, 0);
     QCOMPARE(rig.env.prompter.texts(), QStringList{"Sorry, you can only open 9 files!"});
     QCOMPARE(rig.windows().size(), 9);
@@ -427,20 +367,25 @@ class TestMainWindow : public QObject {
   }
 
   // Closing a list records it among the recent files; a recent entry opens its list without a
-  // dialog, says so when the file is gone (and keeps the entry), and refuses an open list.
+  // dialog, says so when the file is gone (and keeps the entry), and refuses an open list. A
+  // small screen gets the compact window, whose Close button closes it. The close box closes
+  // every list before the program ends.
   void recentFiles() {
     Rig rig;
-    const QString a = rig.list("alpha"), b = rig.list("beta");
+    const QString a = rig.list("alpha");
+    QString b = rig.list("beta");
     rig.open(a);
+    rig.main->screenHeightTwips = [] { return 9000; };
     rig.open(b);
     rig.close(a);
     QVERIFY(rig.commandsEnabled());
-    QCOMPARE(rig.state().MRUFiles[0].path, a);
     QCOMPARE(rig.action("mnuMRU0")->text(), QStringLiteral("alpha"));
     QVERIFY(rig.action("mnuMRU0")->isVisible());
     QVERIFY(rig.env.readFile("config/TVRNMRU.dat").contains("alpha"));
-    rig.close(b);
-    QVERIFY(!rig.commandsEnabled());
+    QCOMPARE(rig.window(b)->objectName(), QStringLiteral("CurrentListFixed"));
+    rig.window(b)->findChild<QPushButton*>("cmdClose")->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(rig.windows().isEmpty() && !rig.commandsEnabled());
     QCOMPARE(rig.state().OpenFileCount, qint16(0));
     QCOMPARE(rig.state().MRUFiles[0].title + rig.state().MRUFiles[1].title,
              QStringLiteral("betaalpha"));
@@ -457,51 +402,15 @@ class TestMainWindow : public QObject {
     rig.trigger("mnuMRU1");
     QCOMPARE(rig.said().last(), "Oops: This file:\n" + a + "\nis already open");
     QCOMPARE(rig.windows().size(), 1);
-  }
-
-  // Exit (Ctrl+Q) quits and leaves the lists to the end of the process; the close box closes
-  // them first, each recorded.
-  void exitAndCloseBox_data() {
-    QTest::addColumn<bool>("exit");
-    QTest::newRow("exit") << true;
-    QTest::newRow("close box") << false;
-  }
-  void exitAndCloseBox() {
-    QFETCH(bool, exit);
-    Rig rig;
-    rig.open(rig.list("alpha"));
-    rig.open(rig.list("beta"));
+    // The close box closes the lists first, each recorded, then quits.
+    rig.open(b = rig.list("gamma"));
     int quits = 0;
     rig.main->quitApplication = [&] { ++quits; };
-    if (exit) {
-      QVERIFY(QTest::qWaitForWindowActive(rig.main.get()));
-      QTest::keyClick(rig.main.get(), Qt::Key_Q, Qt::ControlModifier);
-    } else {
-      QVERIFY(rig.main->close());
-    }
+    QVERIFY(rig.main->close());
     QCOMPARE(quits, 1);
-    QCOMPARE(rig.state().OpenFileCount, qint16(exit ? 2 : 0));
-    const QString first = rig.state().MRUFiles[1].title, last = rig.state().MRUFiles[0].title;
-    if (exit) {
-      QCOMPARE(last, QString());
-      return;
-    }
-    QCOMPARE(QSet<QString>({first, last}), QSet<QString>({"alpha", "beta"}));
-    QVERIFY(rig.env.readFile("config/TVRNMRU.dat").startsWith("\"" + last.toLatin1()));
-  }
-
-  void compactWindowOnSmallScreen() {
-    Rig rig;
-    rig.main->screenHeightTwips = [] { return 9000; };
-    const QString path = rig.list("small");
-    rig.open(path);
-    CurrentList* w = rig.window(path);
-    QCOMPARE(w->objectName(), QStringLiteral("CurrentListFixed"));
-    w->findChild<QPushButton*>("cmdClose")->click();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(rig.windows().isEmpty());
     QCOMPARE(rig.state().OpenFileCount, qint16(0));
-    QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("small"));
+    QCOMPARE(QSet<QString>({rig.state().MRUFiles[0].title, rig.state().MRUFiles[1].title}),
+             QSet<QString>({"alpha", "gamma"}));
   }
 };
 
