@@ -35,6 +35,7 @@ struct Rig {
   QStringList answers;
   int dialogs = 0;
   QString lastDialog;  // "save|title|folder" or "open|title|folder"
+  int quits = 0;
 
   explicit Rig(const QByteArray& recent = {}) {
     ProgramSettings s;
@@ -44,7 +45,7 @@ struct Rig {
     if (!recent.isEmpty()) env.writeFile("config/TVRNMRU.dat", recent);
     QDir().mkpath(env.path(QStringLiteral("lists")));
     main = std::make_unique<TavorineListMain>(*env.state);
-    main->quitApplication = [] {};
+    main->quitApplication = [this] { ++quits; };
     main->screenHeightTwips = [] { return 15000; };
     main->chooseListFile = [this](bool save, const QString& title, const QString& folder) {
       ++dialogs;
@@ -67,7 +68,7 @@ struct Rig {
   QAction* action(const QString& name) const { return main->findChild<QAction*>(name); }
   QToolButton* button(const QString& name) const { return main->findChild<QToolButton*>(name); }
   void trigger(const QString& name) { action(name)->trigger(); }
-  void open(const QString& path, const char* command = "mnuOpen") {
+  void open(const QString& path, const QString& command = "mnuOpen") {
     answers << path;
     trigger(command);
   }
@@ -116,17 +117,14 @@ class TestMainWindow : public QObject {
     Rig m("\"Tonight\",\"/l/a.tlf\"\r\n\"Globulars\",\"/l/b.tlf\"\r\n");
     for (const char* name : {"mnuExport", "mnuImportCurrent", "mnuImporthcTour", "mnuPrint"})
       QVERIFY2(!m.action(name)->isEnabled(), name);
-    QVERIFY(!m.button("cmdPrint")->isEnabled());
-    QVERIFY(m.action("mnuImport")->isEnabled() && m.action("mnuImportUser")->isEnabled());
+    QVERIFY(!m.button("cmdPrint")->isEnabled() && m.action("mnuImportUser")->isEnabled());
     QVERIFY(!m.action("mnuExportHC")->isVisible());
-    m.action("mnuExportHC")->trigger();
+    m.trigger("mnuExportHC");
     QCOMPARE(m.env.prompter.texts(), QStringList{QStringLiteral("For future developments.")});
-
     QVERIFY(m.action("mnuSepMRU")->isVisible());
     QCOMPARE(m.action("mnuMRU1")->text(), QStringLiteral("Globulars"));
     QVERIFY(m.action("mnuMRU1")->isVisible() && !m.action("mnuMRU2")->isVisible());
     QVERIFY(m.main->screen()->availableGeometry().contains(m.main->geometry()));
-
     auto* sign = m.main->findChild<QPushButton*>(QStringLiteral("cmdDecSign"));
     sign->click();
     QCOMPARE(m.main->findChild<QLineEdit*>("txtGotoDecSign")->text() + sign->text(), "--");
@@ -150,23 +148,19 @@ class TestMainWindow : public QObject {
     QCOMPARE(env.readFile("config/TavorineList.ini").count(','), 14);
   }
 
-  // The toolbar button, the menu and Ctrl+R in the help window switch the one mode.
+  // The toolbar button, the menu and Ctrl+R in the help window switch the one mode; the help
+  // headings follow it; Exit while on puts the colours back.
   void redScreenRoundTrip() {
     Rig m;
-    QToolButton* red = m.button("cmdRedScreen");
     QAction* menu = m.action("mnuRedScreen");
     const QPalette before = QApplication::palette();
-    red->click();
+    m.button("cmdRedScreen")->click();
     QVERIFY(m.env.state->RedScreenOn && menu->isChecked());
     QVERIFY(m.button("cmdAlignStars")->toolTip().isEmpty());
     menu->trigger();
     QVERIFY(!m.env.state->RedScreenOn && !menu->isChecked());
     QCOMPARE(QApplication::palette(), before);
-
-    // Help headings follow the mode; the help window is opened once.
-    m.action("mnuHelpTopics")->trigger();
-    m.action("mnuHelpTopics")->trigger();
-    QCOMPARE(visibleWindows(QStringLiteral("Tavorine Online Help")), 1);
+    m.trigger("mnuHelpTopics");
     auto* help = m.main->findChild<QWidget*>(QStringLiteral("HelpWindow"));
     QVERIFY(help && QTest::qWaitForWindowActive(help));
     auto* page = help->findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
@@ -177,15 +171,14 @@ class TestMainWindow : public QObject {
     const QColor dayHeading = headingColour();
     for (bool on : {true, false}) {
       QTest::keyClick(page, Qt::Key_R, Qt::ControlModifier);
-      QCOMPARE(m.env.state->RedScreenOn, on);
-      QCOMPARE(menu->isChecked(), on);
+      QCOMPARE(m.env.state->RedScreenOn && menu->isChecked(), on);
       QCOMPARE(headingColour(), on ? QColor(255, 0, 0) : dayHeading);
     }
     QTest::keyClick(help, Qt::Key_Escape);
     QVERIFY(!help->isVisible());
-    // Exit while on puts the colours back.
-    red->click();
-    m.action("mnuExit")->trigger();
+    menu->trigger();
+    m.trigger("mnuExit");
+    QCOMPARE(m.quits, 1);
     QCOMPARE(QApplication::palette(), before);
   }
 
@@ -233,13 +226,14 @@ class TestMainWindow : public QObject {
     QTest::newRow("menu, alignment") << "mnuAlignStars";
     QTest::newRow("button, alignment") << "cmdAlignStars";
   }
-  // Each opens its one window, or brings it back; F1 in the hand control window shows the one
-  // help window.
+  // Each opens its one window, or brings it back. F1 twice in the hand control window shows
+  // the one help window; the alignment chart's Print opens "Print Alignment Chart" beside the
+  // chart, without blocking it, and once.
   void chartWindowsOpenOnce() {
     QFETCH(QString, command);
     Rig m;
     for (int i = 0; i < 2; ++i) {
-      if (QAction* a = m.main->findChild<QAction*>(command)) a->trigger();
+      if (QAction* a = m.action(command)) a->trigger();
       else m.button(command)->click();
     }
     if (command.endsWith(QLatin1String("HHC"))) {
@@ -249,27 +243,27 @@ class TestMainWindow : public QObject {
       QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
       QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
       QCOMPARE(visibleWindows(QStringLiteral("Tavorine Online Help")), 1);
-    } else {
-      QCOMPARE(m.main->findChildren<AlignStars*>().size(), 1);
-      auto* chart = m.main->findChild<AlignStars*>();
-      auto* print = chart->findChild<QPushButton*>("cmdPrint");
-      // Red Screen turns the toolbar's Print button red, not the chart's.
-      m.trigger("mnuRedScreen");
-      QVERIFY(m.main->findChild<QToolBar*>()->findChild<QToolButton*>("cmdPrint")->toolTip().isEmpty());
-      QVERIFY(print->styleSheet().isEmpty());
-      m.trigger("mnuRedScreen");
-      QCOMPARE(m.main->mdiArea()->activeSubWindow()->widget(), chart);
-      QVERIFY(!chart->candidates().empty() || !chart->bestPairsText().empty());
-      // Print opens "Print Alignment Chart" beside the chart, without blocking it, and once.
-      print->click();
-      print->click();
-      QCOMPARE(visibleWindows(QStringLiteral("Print Alignment Chart")), 1);
+      return;
     }
+    QCOMPARE(m.main->findChildren<AlignStars*>().size(), 1);
+    auto* chart = m.main->findChild<AlignStars*>();
+    auto* print = chart->findChild<QPushButton*>("cmdPrint");
+    // Red Screen turns the toolbar's Print button red, not the chart's.
+    m.trigger("mnuRedScreen");
+    QVERIFY(m.main->findChild<QToolBar*>()->findChild<QToolButton*>("cmdPrint")->toolTip().isEmpty());
+    QVERIFY(print->styleSheet().isEmpty());
+    m.trigger("mnuRedScreen");
+    QCOMPARE(m.main->mdiArea()->activeSubWindow()->widget(), chart);
+    QVERIFY(!chart->candidates().empty() || !chart->bestPairsText().empty());
+    print->click();
+    print->click();
+    QCOMPARE(visibleWindows(QStringLiteral("Print Alignment Chart")), 1);
     QVERIFY(m.env.prompter.entries.isEmpty());
   }
 
   // New and Open, cancelled, refused and done. The short name "t" also stands earlier in the
-  // path, and the dialog still starts in the list's folder.
+  // path, and the dialog still starts in the list's folder. Exit (Ctrl+Q) quits and leaves the
+  // lists to the end of the process.
   void newAndOpen() {
     Rig rig;
     const QString folder = rig.env.path("lists/");
@@ -279,37 +273,29 @@ class TestMainWindow : public QObject {
     QCOMPARE(rig.dialogs, 2);
     QCOMPARE(rig.lastDialog, "open|Open existing list...|" + folder);
     QVERIFY(rig.windows().isEmpty() && !rig.commandsEnabled());
-
     QVERIFY(folder.contains(QLatin1Char('t'), Qt::CaseInsensitive));
     rig.open(folder + "t", "mnuNew");
     QCOMPARE(rig.lastDialog, "save|Name new file...|" + folder);
     const QString t = folder + "t.tlf";
     QCOMPARE(ListColumn(t, "Name"), QStringList());
-    CurrentList* w = rig.window(t);
-    QVERIFY(w && rig.commandsEnabled());
-    QCOMPARE(w->windowTitle(), QStringLiteral("Objects - t"));
-    QCOMPARE(w->slot(), 1);
+    QVERIFY(rig.window(t) && rig.commandsEnabled());
+    QCOMPARE(rig.window(t)->windowTitle(), QStringLiteral("Objects - t"));
     QCOMPARE(rig.state().LastListFolder, folder);
-    QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileName")->text(), t);
-    QCOMPARE(rig.main->findChild<QLineEdit*>("txtFileTitle")->text(), QStringLiteral("t"));
     auto* menu = rig.main->findChild<QMenu*>(QStringLiteral("mnuWindow"));
     QMetaObject::invokeMethod(menu, "aboutToShow");
     QCOMPARE(menu->actions().last()->text(), QStringLiteral("&1 Objects - t"));
 
     // New over an old list asks first; over an open one it refuses.
-    const QString old = rig.list("old", 3);
-    rig.env.prompter.answer(Prompter::Answer::No);
-    rig.open(old, "mnuNew");
-    rig.env.prompter.answer(Prompter::Answer::Yes);
-    rig.open(t, "mnuNew");
-    QCOMPARE(rig.said(), QStringList({"Confirm: This file\n" + old + "\nalready exists.  Overwrite?",
-                                      "Confirm: This file\n" + t + "\nalready exists.  Overwrite?",
+    const QString old = rig.list("old", 3), older = rig.list("older", 3);
+    for (auto answer : {Prompter::Answer::No, Prompter::Answer::Yes, Prompter::Answer::Yes})
+      rig.env.prompter.answer(answer);
+    for (const QString& path : {old, t, older}) rig.open(path, "mnuNew");
+    const QString overwrite = QStringLiteral("Confirm: This file\n%1\nalready exists.  Overwrite?");
+    QCOMPARE(rig.said(), QStringList({overwrite.arg(old), overwrite.arg(t),
                                       "Oops: Unable to overwrite - the file\n" + t +
-                                          "\nis already open"}));
+                                          "\nis already open",
+                                      overwrite.arg(older)}));
     QCOMPARE(ListColumn(old, "Name").size(), 3);
-    const QString older = rig.list("older", 3);
-    rig.env.prompter.answer(Prompter::Answer::Yes);
-    rig.open(older, "mnuNew");
     QCOMPARE(ListColumn(older, "Name").size(), 0);
     QCOMPARE(rig.windows().size(), 2);
     rig.env.prompter.clear();
@@ -331,36 +317,25 @@ class TestMainWindow : public QObject {
     // Another spelling of the same file is another document.
     rig.open(rig.env.path("lists/../lists/old.tlf"));
     QCOMPARE(rig.windows().size(), 4);
-    // Exit (Ctrl+Q) quits and leaves the lists to the end of the process.
-    int quits = 0;
-    rig.main->quitApplication = [&] { ++quits; };
     QVERIFY(QTest::qWaitForWindowActive(rig.main.get()));
     QTest::keyClick(rig.main.get(), Qt::Key_Q, Qt::ControlModifier);
-    QCOMPARE(quits, 1);
+    QCOMPARE(rig.quits, 1);
     QCOMPARE(rig.state().OpenFileCount, qint16(4));
     QCOMPARE(rig.state().MRUFiles[0].title, QString());
   }
 
-  void nineOpen_data() {
-    QTest::addColumn<QString>("command");
-    QTest::newRow("new") << "mnuNew";
-    QTest::newRow("open") << "mnuOpen";
-    QTest::newRow("recent") << "mnuMRU0";
-  }
-  // Nine lists open refuse a tenth without asking for its name.
+  // Nine lists open refuse a tenth without asking for its name; with one closed, the tenth
+  // takes its slot.
   void nineOpen() {
-    QFETCH(QString, command);
     Rig rig;
     for (int i = 1; i <= 9; ++i) rig.open(rig.list(QStringLiteral("list%1").arg(i)));
     const QString tenth = rig.list("tenth");
     rig.state().MRUFiles[0] = FileEntry{"tenth", tenth};
     rig.dialogs = 0;
-    rig.open(tenth, qPrintable(command));
+    for (const char* command : {"mnuNew", "mnuOpen", "mnuMRU0"}) rig.trigger(command);
     QCOMPARE(rig.dialogs, 0);
-    QCOMPARE(rig.env.prompter.texts(), QStringList{"Sorry, you can only open 9 files!"});
+    QCOMPARE(rig.said(), QStringList(3, "Tavorine: Sorry, you can only open 9 files!"));
     QCOMPARE(rig.windows().size(), 9);
-    // With one closed, the tenth takes its slot.
-    rig.answers.clear();
     rig.close(rig.env.path("lists/list3.tlf"));
     rig.open(tenth);
     QCOMPARE(rig.window(tenth)->slot(), 3);
@@ -373,7 +348,7 @@ class TestMainWindow : public QObject {
   void recentFiles() {
     Rig rig;
     const QString a = rig.list("alpha");
-    QString b = rig.list("beta");
+    const QString b = rig.list("beta");
     rig.open(a);
     rig.main->screenHeightTwips = [] { return 9000; };
     rig.open(b);
@@ -387,13 +362,11 @@ class TestMainWindow : public QObject {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(rig.windows().isEmpty() && !rig.commandsEnabled());
     QCOMPARE(rig.state().OpenFileCount, qint16(0));
-    QCOMPARE(rig.state().MRUFiles[0].title + rig.state().MRUFiles[1].title,
-             QStringLiteral("betaalpha"));
+    QCOMPARE(rig.state().MRUFiles[0].title + rig.state().MRUFiles[1].title, "betaalpha");
     QVERIFY(QFile::remove(b));
     rig.trigger("mnuMRU0");
     QCOMPARE(rig.said(), QStringList("Error: This file\nbeta\nno longer exists or has been moved."));
     QVERIFY(rig.action("mnuMRU0")->isVisible());
-    QCOMPARE(rig.state().MRUFiles[0].title, QStringLiteral("beta"));
     rig.dialogs = 0;
     rig.trigger("mnuMRU1");
     QCOMPARE(rig.dialogs, 0);
@@ -402,12 +375,9 @@ class TestMainWindow : public QObject {
     rig.trigger("mnuMRU1");
     QCOMPARE(rig.said().last(), "Oops: This file:\n" + a + "\nis already open");
     QCOMPARE(rig.windows().size(), 1);
-    // The close box closes the lists first, each recorded, then quits.
-    rig.open(b = rig.list("gamma"));
-    int quits = 0;
-    rig.main->quitApplication = [&] { ++quits; };
+    rig.open(rig.list("gamma"));
     QVERIFY(rig.main->close());
-    QCOMPARE(quits, 1);
+    QCOMPARE(rig.quits, 1);
     QCOMPARE(rig.state().OpenFileCount, qint16(0));
     QCOMPARE(QSet<QString>({rig.state().MRUFiles[0].title, rig.state().MRUFiles[1].title}),
              QSet<QString>({"alpha", "gamma"}));
