@@ -14,33 +14,20 @@
 
 namespace {
 
-const char* const kNames[] = {"cmdNew", "cmdOpen", "cmdPrint", "cmdHHC", "cmdAlignStars",
-                              "cmdRedScreen"};
-const char* const kTips[] = {"New List", "Open Existing List", "Print", "Hyper Hand Control",
-                             "Alignment Star Chart", "Red Screen"};
-
-// The toolbar's buttons, with an old tip, Print with a style of its own.
-struct Buttons {
-  Buttons() {
-    for (const char* name : kNames) {
-      auto* b = new QToolButton(&owner);
-      b->setObjectName(QLatin1String(name));
-      b->setToolTip(QStringLiteral("old"));
-      list << b;
-    }
-    list[2]->setStyleSheet(QStringLiteral("padding: 3px;"));
-  }
-  QWidget owner;
-  QList<QAbstractButton*> list;
-};
+// The largest green or blue of any pixel.
+int mostGreenOrBlue(const QImage& image) {
+  int most = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x)
+      most = qMax(most, qMax(image.pixelColor(x, y).green(), image.pixelColor(x, y).blue()));
+  return most;
+}
 
 }  // namespace
 
 class TestRedScreen : public QObject {
   Q_OBJECT
  private slots:
-  void init() { qApp->setStyleSheet(startSheet_); }
-
   void colorValues_data() {
     QTest::addColumn<int>("value");
     QTest::addColumn<QString>("css");
@@ -58,16 +45,41 @@ class TestRedScreen : public QObject {
     QCOMPARE(RedLowValue(RedOf(value), GreenOf(value), BlueOf(value)), value);
   }
 
+  // On and off again, the toolbar's buttons with a white picture, an old tip, Print disabled
+  // and with a style of its own. While on, no picture shines; after, each has its own colours
+  // again, none left pink from the red palette.
   void roundTrip() {
+    const QString startSheet = QStringLiteral("QLabel#lblNote { color: blue; }");
+    qApp->setStyleSheet(startSheet);
     TestEnv env;
-    Buttons b;
+    QWidget owner;
+    QList<QAbstractButton*> buttons;
+    QPixmap white(16, 16);
+    white.fill(Qt::white);
+    for (const char* name : {"cmdNew", "cmdOpen", "cmdPrint", "cmdHHC", "cmdAlignStars",
+                             "cmdRedScreen"}) {
+      auto* b = new QToolButton(&owner);
+      b->setObjectName(QLatin1String(name));
+      b->setToolTip(QStringLiteral("old"));
+      b->setIcon(QIcon(white));
+      buttons << b;
+    }
+    QAbstractButton* print = buttons[2];
+    print->setStyleSheet(QStringLiteral("padding: 3px;"));
+    print->setEnabled(false);
+    const auto picture = [](QAbstractButton* button, QIcon::Mode mode) {
+      const QPixmap p = button->icon().pixmap(QSize(16, 16), 1.0, mode);
+      return p.toImage().convertToFormat(QImage::Format_RGB32);
+    };
+    const QImage normal = picture(buttons[0], QIcon::Normal);
+    const QImage disabled = picture(print, QIcon::Disabled);
     const QPalette startPalette = QApplication::palette();
     RedScreen red(*env.state);
     red.snapshot();
     // The snapshot reads the window colour from the base role.
-    const SysColorTables& t = red.tables();
     const QColor base = startPalette.color(QPalette::Active, QPalette::Base);
-    QCOMPARE(t.SavedSysColors[SysColor::Window], RedLowValue(base.red(), base.green(), base.blue()));
+    QCOMPARE(red.tables().SavedSysColors[SysColor::Window],
+             RedLowValue(base.red(), base.green(), base.blue()));
 
     // Whatever the desktop did since start-up is not undone on exit while off.
     QPalette changed = startPalette;
@@ -82,69 +94,47 @@ class TestRedScreen : public QObject {
     area.resize(200, 150);
     area.show();
     const QRgb workspace = area.grab().toImage().pixel(100, 75);
-    red.toggle(b.list);
+    red.toggle(buttons);
     QCOMPARE(QColor(area.grab().toImage().pixel(100, 75)), QColor(0, 0, 0));
     QVERIFY(env.state->RedScreenOn);
     QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(128, 0, 0));
-    QVERIFY(qApp->styleSheet().startsWith(startSheet_));
+    QVERIFY(qApp->styleSheet().startsWith(startSheet));
     QVERIFY(qApp->styleSheet().contains(QLatin1String("QToolTip")));
-    for (QAbstractButton* button : b.list) {
+    QVERIFY(QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+    for (QAbstractButton* button : buttons) {
       QCOMPARE(button->toolTip(), QString());
       QVERIFY(button->styleSheet().contains(QLatin1String("rgb(127, 0, 0)")));
     }
+    for (QIcon::Mode mode : {QIcon::Normal, QIcon::Disabled}) {
+      const QImage image = picture(print, mode);
+      QCOMPARE(mostGreenOrBlue(image), 0);
+      for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+          QVERIFY2(image.pixelColor(x, y).red() <= 0xC0, qPrintable(image.pixelColor(x, y).name()));
+    }
 
-    QVERIFY(QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
-    red.toggle(b.list);
+    red.toggle(buttons);
     QVERIFY(!env.state->RedScreenOn);
     QCOMPARE(area.grab().toImage().pixel(100, 75), workspace);
     QVERIFY(QApplication::palette() == startPalette);
-    QCOMPARE(qApp->styleSheet(), startSheet_);
+    QCOMPARE(qApp->styleSheet(), startSheet);
     QVERIFY(!QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
-    for (int i = 0; i < 6; ++i) {
-      QCOMPARE(b.list[i]->toolTip(), QString::fromLatin1(kTips[i]));
-      QCOMPARE(b.list[i]->styleSheet(), i == 2 ? QStringLiteral("padding: 3px;") : QString());
-    }
-
+    QCOMPARE(buttons[3]->toolTip(), QStringLiteral("Hyper Hand Control"));
+    QCOMPARE(print->toolTip() + print->styleSheet(), QStringLiteral("Printpadding: 3px;"));
+    QCOMPARE(buttons[0]->styleSheet(), QString());
+    QCOMPARE(picture(buttons[0], QIcon::Normal), normal);
+    QCOMPARE(picture(print, QIcon::Disabled), disabled);
     QVERIFY(env.prompter.entries.isEmpty());
 
     // Exit while on puts the colours back; the process ends next, so the flag and the buttons
     // are left alone.
-    red.toggle(b.list);
+    red.toggle(buttons);
     red.restoreForExit();
     QVERIFY(QApplication::palette() == startPalette);
-    QCOMPARE(qApp->styleSheet(), startSheet_);
+    QCOMPARE(qApp->styleSheet(), startSheet);
     QVERIFY(env.state->RedScreenOn);
-    QCOMPARE(b.list[0]->toolTip(), QString());
-  }
-
-  // While on, no picture shines (a white page, the disabled Print picture); after, each has its
-  // own colours again, none left pink from the red palette.
-  void picturesFollowTheMode() {
-    TestEnv env;
-    Buttons b;
-    QPixmap white(16, 16);
-    white.fill(Qt::white);
-    for (QAbstractButton* button : b.list) button->setIcon(QIcon(white));
-    b.list[2]->setEnabled(false);
-    const auto picture = [](QAbstractButton* button, QIcon::Mode mode) {
-      return button->icon().pixmap(QSize(16, 16), 1.0, mode).toImage().convertToFormat(QImage::Format_RGB32);
-    };
-    const QImage normal = picture(b.list[0], QIcon::Normal);
-    const QImage disabled = picture(b.list[2], QIcon::Disabled);
-    RedScreen red(*env.state);
-    red.snapshot();
-    red.toggle(b.list);
-    for (QIcon::Mode mode : {QIcon::Normal, QIcon::Disabled}) {
-      const QImage image = picture(b.list[2], mode);
-      for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) {
-          const QColor c = image.pixelColor(x, y);
-          QVERIFY2(c.green() == 0 && c.blue() == 0 && c.red() <= 0xC0, qPrintable(c.name()));
-        }
-    }
-    red.toggle(b.list);
-    QCOMPARE(picture(b.list[0], QIcon::Normal), normal);
-    QCOMPARE(picture(b.list[2], QIcon::Disabled), disabled);
+    QCOMPARE(buttons[0]->toolTip(), QString());
+    qApp->setStyleSheet(QString());
   }
 
   void titleBarsFollowTheMode_data() {
@@ -162,7 +152,6 @@ class TestRedScreen : public QObject {
   void titleBarsFollowTheMode() {
     QFETCH(bool, maximised);
     QFETCH(bool, openedWhileOn);
-    qApp->setStyleSheet(QString());
     TestEnv env;
     RedScreen red(*env.state);
     red.snapshot();
@@ -203,20 +192,12 @@ class TestRedScreen : public QObject {
       before = bars();
       red.toggle({});
     }
-    for (const QImage& image : bars()) {
-      int most = 0;
-      for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x)
-          most = qMax(most, qMax(image.pixelColor(x, y).green(), image.pixelColor(x, y).blue()));
-      QCOMPARE_LE(most, 8);
-    }
+    for (const QImage& image : bars()) QCOMPARE_LE(mostGreenOrBlue(image), 8);
     red.toggle({});
     const QList<QImage> after = bars();
     for (QMdiSubWindow* frame : frames) QCOMPARE(frame->windowIcon().cacheKey(), own.cacheKey());
     if (!openedWhileOn) QVERIFY(after == before);
   }
- private:
-  QString startSheet_ = QStringLiteral("QLabel#lblNote { color: blue; }");
 };
 
 QTEST_MAIN(TestRedScreen)
