@@ -14,7 +14,6 @@ class TestNumText : public QObject {
     QTest::newRow("empty") << "" << 0.0;
     QTest::newRow("letters") << "HCD" << 0.0;
     QTest::newRow("blanks inside are skipped") << "1 2 3" << 123.0;
-    QTest::newRow("stops at letter") << "12abc" << 12.0;
     QTest::newRow("no leading zero") << ".5" << 0.5;
     QTest::newRow("minus") << "-22" << -22.0;
     QTest::newRow("plus") << "+1" << 1.0;
@@ -36,7 +35,6 @@ class TestNumText : public QObject {
   void val() {
     QFETCH(QString, text);
     QTEST(Val(text), "value");
-    // The query language's val() is the same conversion.
     static const auto db = Database::open(QStringLiteral(":memory:"), Database::Mode::ReadWrite);
     Statement st = db->prepare(QStringLiteral("SELECT val(?1)"));
     st.bind(1, text);
@@ -52,8 +50,6 @@ class TestNumText : public QObject {
     QTest::newRow("zero") << 0.0 << "0" << " 0";
     QTest::newRow("half") << 0.5 << "0.5" << " .5";
     QTest::newRow("minus half") << -0.5 << "-0.5" << "-.5";
-    QTest::newRow("minus two") << -2.0 << "-2" << "-2";
-    QTest::newRow("altitude") << 45.3 << "45.3" << " 45.3";
     QTest::newRow("third") << 1.0 / 3 << "0.333333333333333" << " .333333333333333";
     QTest::newRow("large") << 1e15 << "1E+15" << " 1E+15";
     QTest::newRow("fifteen digits") << 123456789012345.0 << "123456789012345"
@@ -76,8 +72,6 @@ class TestNumText : public QObject {
   void shortestSingle_data() {
     QTest::addColumn<float>("value");
     QTest::addColumn<QString>("text");
-    QTest::newRow("twelve") << 12.0f << "12";
-    QTest::newRow("nine and a half") << 9.5f << "9.5";
     QTest::newRow("tenth") << 0.1f << "0.1";
     QTest::newRow("zero") << 0.0f << "0";
     QTest::newRow("minus seven and a half") << -7.5f << "-7.5";
@@ -121,8 +115,6 @@ class TestNumText : public QObject {
     QTest::newRow("blanks") << " 40 " << 40 << 0;
     QTest::newRow("half to even") << "12.5" << 12 << 0;
     QTest::newRow("half up to even") << "13.5" << 14 << 0;
-    QTest::newRow("negative") << "-5" << -5 << 0;
-    QTest::newRow("letters") << "abc" << 0 << int(ErrNo::TypeMismatch);
     QTest::newRow("letters after digits") << "12a" << 0 << int(ErrNo::TypeMismatch);
     QTest::newRow("empty") << "" << 0 << int(ErrNo::TypeMismatch);
     QTest::newRow("comma is no decimal sign") << "1,5" << 0 << int(ErrNo::TypeMismatch);
@@ -147,7 +139,6 @@ class TestNumText : public QObject {
     QTest::newRow("pad") << 5.0 << "00" << "05";
     QTest::newRow("wider") << 123.0 << "00" << "123";
     QTest::newRow("decimal") << 5.25 << "00.0" << "05.3";
-    QTest::newRow("decimal exact") << 34.5 << "00.0" << "34.5";
     QTest::newRow("negative") << -3.0 << "00" << "-03";
   }
   void formatMask() {
