@@ -28,23 +28,6 @@ int mostGreenOrBlue(const QImage& image) {
 class TestRedScreen : public QObject {
   Q_OBJECT
  private slots:
-  void colorValues_data() {
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("css");
-    QTest::addColumn<int>("red");
-    QTest::addColumn<int>("blue");
-    QTest::newRow("red low byte") << 0x0000FF << "#ff0000" << 255 << 0;
-    QTest::newRow("tool tip yellow") << 0xE1FFFF << "#ffffe1" << 255 << 0xE1;
-    QTest::newRow("mixed") << 0x123456 << "#563412" << 0x56 << 0x12;
-  }
-  void colorValues() {
-    QFETCH(int, value);
-    QTEST(CssColor(value), "css");
-    QTEST(RedOf(value), "red");
-    QTEST(BlueOf(value), "blue");
-    QCOMPARE(RedLowValue(RedOf(value), GreenOf(value), BlueOf(value)), value);
-  }
-
   // On and off again, the toolbar's buttons with a white picture, an old tip, Print disabled
   // and with a style of its own. While on, no picture shines; after, each has its own colours
   // again, none left pink from the red palette.

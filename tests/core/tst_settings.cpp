@@ -1,6 +1,9 @@
 #include <QtTest>
 
 #include "core/apperror.h"
+#include "core/commandline.h"
+#include "core/listdocuments.h"
+#include "core/opendocuments.h"
 #include "core/recordfile.h"
 #include "core/settings.h"
 #include "support/commalocale.h"
@@ -19,35 +22,33 @@ QByteArray sevenRecent() {
   return seven;
 }
 
+QString pathOf(int n) { return QStringLiteral("/home/ann/Data/list%1.tlf").arg(n); }
+
 }  // namespace
 
 class TestSettings : public QObject {
   Q_OBJECT
  private slots:
-  void readerFields_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("number");
-    QTest::addColumn<bool>("flag");
-    QTest::addColumn<int>("error");
-    QTest::newRow("quoted, crlf") << QByteArray("\"a,b\",12,#TRUE#\r\n") << "a,b" << 12 << true
-                                  << 0;
-    QTest::newRow("lf only") << QByteArray("\"x\",-3,#FALSE#\n") << "x" << -3 << false << 0;
-    QTest::newRow("blanks around") << QByteArray(" \"x\" , 7 ,#TRUE#") << "x" << 7 << true << 0;
-    QTest::newRow("past the end") << QByteArray("\"x\",5") << "x" << 5 << false
-                                  << int(ErrNo::InputPastEnd);
+  void initTestCase() {
+    QCoreApplication::setApplicationName(QStringLiteral("tavorine"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("1.2.3"));
   }
+
+  // Fields may stand between blanks, a record may end in a line feed alone, and reading past
+  // the end raises 62.
   void readerFields() {
-    QFETCH(QByteArray, bytes);
-    QFETCH(int, error);
-    RecordReader r(bytes);
+    RecordReader r(QByteArray("\"a,b\",12,#TRUE#\r\n \"x\" , -3 ,#FALSE#\n"));
+    QCOMPARE(r.text(), QStringLiteral("a,b"));
+    QCOMPARE(r.int16(), qint16(12));
+    QVERIFY(r.boolean());
+    QCOMPARE(r.text(), QStringLiteral("x"));
+    QCOMPARE(r.int16(), qint16(-3));
+    QVERIFY(!r.boolean());
     try {
-      QTEST(r.text(), "text");
-      QTEST(int(r.int16()), "number");
-      QTEST(r.boolean(), "flag");
-      QCOMPARE(error, 0);
+      r.text();
+      QFAIL("read past the end");
     } catch (const AppError& e) {
-      QCOMPARE(e.number, error);
+      QCOMPARE(e.number, int(ErrNo::InputPastEnd));
     }
   }
 
@@ -204,23 +205,91 @@ class TestSettings : public QObject {
     RecordRecentFile(*empty.state, QStringLiteral("Messier marathon"), QStringLiteral("/m.tlf"));
     QCOMPARE(empty.readFile("config/TVRNMRU.dat"),
              QByteArray("\"Messier marathon\",\"/m.tlf\"\r\n"));
-    QVERIFY(empty.state->MRUSeparatorShown && empty.state->MRUShown[0]);
-    QVERIFY(!empty.state->MRUShown[1]);
   }
 
-  void initialUserDate_data() {
-    QTest::addColumn<QTime>("now");
-    QTest::addColumn<QTime>("expected");
-    QTest::newRow("05:59 keeps the present") << QTime(5, 59, 59) << QTime(5, 59, 59);
-    QTest::newRow("milliseconds dropped") << QTime(4, 10, 5, 870) << QTime(4, 10, 5);
-    QTest::newRow("06:00 gives 22:00") << QTime(6, 0) << QTime(22, 0);
-    QTest::newRow("23:30 gives 22:00 of the same day") << QTime(23, 30) << QTime(22, 0);
-  }
+  // The observing date starts at the present, to the second, before 06:00; from then on at
+  // 22:00 of the same day.
   void initialUserDate() {
-    QFETCH(QTime, now);
     const QDate d(2026, 11, 21);
-    QTEST(InitialUserDate(QDateTime(d, now)).time(), "expected");
-    QCOMPARE(InitialUserDate(QDateTime(d, now)).date(), d);
+    QCOMPARE(InitialUserDate(QDateTime(d, QTime(5, 59, 59, 870))), QDateTime(d, QTime(5, 59, 59)));
+    QCOMPARE(InitialUserDate(QDateTime(d, QTime(6, 0))), QDateTime(d, QTime(22, 0)));
+  }
+
+  void closeThirdOfFiveThenOpen() {
+    TestEnv env;
+    AppState& state = *env.state;
+    for (int n = 1; n <= 5; ++n)
+      QCOMPARE(RegisterOpen(state, QStringLiteral("list%1.tlf").arg(n), pathOf(n)), n);
+    QVERIFY(!RegisterClose(state, pathOf(3), 3));
+    QCOMPARE(state.OpenFileCount, qint16(4));
+    // Rows stay packed in order of opening; the slot stays free until taken.
+    const QStringList rows = {pathOf(1), pathOf(2), pathOf(4), pathOf(5), QString()};
+    for (int row = 1; row <= 5; ++row) QCOMPARE(state.OpenFiles[row].path, rows[row - 1]);
+    QCOMPARE(state.OpenFiles[3].title, QStringLiteral("list4.tlf"));
+    QCOMPARE(state.OpenSlotFile[4], pathOf(4));
+    // Paths compare as text; a free slot is no document.
+    QVERIFY(!IsAlreadyOpen(state, pathOf(3)) && IsAlreadyOpen(state, pathOf(4)));
+    QVERIFY(!IsAlreadyOpen(state, pathOf(4).toUpper()) && !IsAlreadyOpen(state, QString()));
+    QCOMPARE(RegisterOpen(state, QStringLiteral("new.tlf"), pathOf(6)), 3);
+    QCOMPARE(state.OpenFiles[5].path, pathOf(6));
+    QCOMPARE(state.OpenSlotFile[3], pathOf(6));
+  }
+
+  // A list's folder is its name up to the title in any case, else up to the last separator.
+  void listFolder() {
+    QCOMPARE(ListFolderOf("/home/ann/Data/Messier.TLF", "messier.tlf"), "/home/ann/Data/");
+    QCOMPARE(ListFolderOf("/home/ann/messier.tlf.d/messier.tlf", "messier.tlf"), "/home/ann/");
+    QCOMPARE(ListFolderOf("/home/ann/Data/a.tlf", "b.tlf"), "/home/ann/Data/");
+    QCOMPARE(ListFolderOf("D:\\Lists\\a.tlf", "b.tlf"), "D:\\Lists\\");
+  }
+
+  // The list window is the compact one below 10000 twips of screen.
+  void compactWindow() {
+    QCOMPARE(ScreenHeightTwips(600, 96.0), 9000);
+    QCOMPARE(ScreenHeightTwips(6666, 960.0), 9999);
+    QCOMPARE(ScreenHeightTwips(1000, 144.0), 10000);
+    QVERIFY(UseCompactListWindow(9999) && !UseCompactListWindow(10000));
+  }
+
+  void answers_data() {
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<bool>("refuseOthers");
+    QTest::addColumn<int>("exitCode");  // -1: no answer, the program starts
+    QTest::addColumn<QString>("out");   // "help": the help text
+    QTest::addColumn<QString>("err");
+    const QString tryHelp = QStringLiteral("\nTry 'tavorine --help'.\n");
+    QTest::newRow("nothing starts") << QStringList{} << true << -1 << "" << "";
+    QTest::newRow("-v wins over a bad option") << QStringList{"--bogus", "-v"} << true << 0
+                                               << "tavorine 1.2.3\n" << "";
+    QTest::newRow("--help") << QStringList{"--help"} << false << 0 << "help" << "";
+    QTest::newRow("an option the window system may own waits")
+        << QStringList{"-platform", "xcb"} << false << -1 << "" << "";
+    QTest::newRow("unknown option refused") << QStringList{"--bogus"} << true << 1 << ""
+                                            << "tavorine: Unknown option 'bogus'." + tryHelp;
+    QTest::newRow("argument refused")
+        << QStringList{"night.tlf"} << true << 1 << ""
+        << "tavorine: Unexpected argument 'night.tlf': Tavorine opens lists from its File menu." +
+               tryHelp;
+  }
+  void answers() {
+    QFETCH(QStringList, args);
+    QFETCH(bool, refuseOthers);
+    QFETCH(int, exitCode);
+    QFETCH(QString, out);
+    QFETCH(QString, err);
+    TestEnv env;
+    const auto answer =
+        AnswerCommandLine(QStringList{QStringLiteral("tavorine")} + args, *env.state, refuseOthers);
+    QCOMPARE(answer ? answer->exitCode : -1, exitCode);
+    if (!answer) return;
+    QCOMPARE(answer->err, err);
+    if (out != QLatin1String("help")) {
+      QCOMPARE(answer->out, out);
+      return;
+    }
+    for (const QString& part : {QStringLiteral("--version"), env.state->programFolder,
+                                env.state->configFolder, env.state->defaultDataDir})
+      QVERIFY2(answer->out.contains(part), qPrintable(part));
   }
 };
 
