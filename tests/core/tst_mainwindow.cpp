@@ -10,7 +10,6 @@
 #include <QScreen>
 #include <QTextBrowser>
 #include <QTextDocument>
-#include <QToolBar>
 #include <QToolButton>
 
 #include "catalog/catalogbrowser.h"
@@ -148,56 +147,14 @@ class TestMainWindow : public QObject {
     QCOMPARE(env.readFile("config/TavorineList.ini").count(','), 14);
   }
 
-  // The toolbar button, the menu and Ctrl+R in the help window switch the one mode; the help
-  // headings follow it; Exit while on puts the colours back.
-  void redScreenRoundTrip() {
-    Rig m;
-    QAction* menu = m.action("mnuRedScreen");
-    const QPalette before = QApplication::palette();
-    m.button("cmdRedScreen")->click();
-    QVERIFY(m.env.state->RedScreenOn && menu->isChecked());
-    QVERIFY(m.button("cmdAlignStars")->toolTip().isEmpty());
-    menu->trigger();
-    QVERIFY(!m.env.state->RedScreenOn && !menu->isChecked());
-    QCOMPARE(QApplication::palette(), before);
-    m.trigger("mnuHelpTopics");
-    auto* help = m.main->findChild<QWidget*>(QStringLiteral("HelpWindow"));
-    QVERIFY(help && QTest::qWaitForWindowActive(help));
-    auto* page = help->findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
-    const auto headingColour = [&] {
-      const QTextCursor at = page->document()->find(QStringLiteral("Tavorine Help"));
-      return at.charFormat().foreground().color();
-    };
-    const QColor dayHeading = headingColour();
-    for (bool on : {true, false}) {
-      QTest::keyClick(page, Qt::Key_R, Qt::ControlModifier);
-      QCOMPARE(m.env.state->RedScreenOn && menu->isChecked(), on);
-      QCOMPARE(headingColour(), on ? QColor(255, 0, 0) : dayHeading);
-    }
-    QTest::keyClick(help, Qt::Key_Escape);
-    QVERIFY(!help->isVisible());
-    menu->trigger();
-    m.trigger("mnuExit");
-    QCOMPARE(m.quits, 1);
-    QCOMPARE(QApplication::palette(), before);
-  }
-
-  void fit_data() {
-    QTest::addColumn<QRect>("frame");
-    QTest::addColumn<QSize>("minimum");
-    QTest::addColumn<QRect>("fitted");
-    // The free area is 1024 x 570 below a 30 pixel panel.
-    QTest::newRow("too tall: shrunk, top on the area")
-        << QRect(12, 20, 1000, 720) << QSize(0, 0) << QRect(12, 30, 1000, 570);
-    QTest::newRow("off the right and bottom: moved back")
-        << QRect(900, 500, 300, 200) << QSize(0, 0) << QRect(724, 400, 300, 200);
-    QTest::newRow("smallest size larger than the area: title bar stays on")
-        << QRect(100, 100, 1100, 800) << QSize(1050, 600) << QRect(0, 30, 1050, 600);
-  }
+  // Frames are fitted to the free area, here 1024 x 570 below a 30 pixel panel: a tall one is
+  // shrunk with its top on the area, one off the right and bottom is moved back, and one whose
+  // smallest size is larger than the area keeps its title bar on it.
   void fit() {
-    QFETCH(QRect, frame);
-    QFETCH(QSize, minimum);
-    QTEST(FitFrame(frame, minimum, QRect(0, 30, 1024, 570)), "fitted");
+    const QRect area(0, 30, 1024, 570);
+    QCOMPARE(FitFrame(QRect(12, 20, 1000, 720), {}, area), QRect(12, 30, 1000, 570));
+    QCOMPARE(FitFrame(QRect(900, 500, 300, 200), {}, area), QRect(724, 400, 300, 200));
+    QCOMPARE(FitFrame(QRect(100, 100, 1100, 800), {1050, 600}, area), QRect(0, 30, 1050, 600));
   }
 
   // A window comes back where it was left; each window has its own place.
@@ -219,46 +176,58 @@ class TestMainWindow : public QObject {
     QCOMPARE(other.size(), QSize(300, 150));
   }
 
-  void chartWindowsOpenOnce_data() {
-    QTest::addColumn<QString>("command");
-    QTest::newRow("menu, hand control") << "mnuHHC";
-    QTest::newRow("button, hand control") << "cmdHHC";
-    QTest::newRow("menu, alignment") << "mnuAlignStars";
-    QTest::newRow("button, alignment") << "cmdAlignStars";
-  }
-  // Each opens its one window, or brings it back. F1 twice in the hand control window shows
-  // the one help window; the alignment chart's Print opens "Print Alignment Chart" beside the
-  // chart, without blocking it, and once.
-  void chartWindowsOpenOnce() {
-    QFETCH(QString, command);
+  // The hand control and alignment windows open once, from the menu or the button, and come
+  // back. F1 twice in the hand control window shows the one help window, whose headings follow
+  // Red Screen switched by Ctrl+R there or by the menu. Red Screen from the toolbar turns the
+  // toolbar's Print button red, not the chart's; the chart's Print opens "Print Alignment
+  // Chart" beside it, without blocking it, and once. Exit while on puts the colours back.
+  void chartAndHelpWindows() {
     Rig m;
-    for (int i = 0; i < 2; ++i) {
-      if (QAction* a = m.action(command)) a->trigger();
-      else m.button(command)->click();
-    }
-    if (command.endsWith(QLatin1String("HHC"))) {
-      QCOMPARE(m.main->findChildren<HHC*>().size(), 1);
-      HHC* hhc = m.main->findChild<HHC*>();
-      QVERIFY(hhc->isVisible() && !hhc->firstActivatePending());
-      QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
-      QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
-      QCOMPARE(visibleWindows(QStringLiteral("Tavorine Online Help")), 1);
-      return;
-    }
+    const QPalette before = QApplication::palette();
+    QAction* menu = m.action("mnuRedScreen");
+    m.trigger("mnuHHC");
+    m.button("cmdHHC")->click();
+    QCOMPARE(m.main->findChildren<HHC*>().size(), 1);
+    HHC* hhc = m.main->findChild<HHC*>();
+    QVERIFY(hhc->isVisible() && !hhc->firstActivatePending());
+    QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
+    QTest::keyClick(hhc->browser()->currentSearchBox(), Qt::Key_F1);
+    QCOMPARE(visibleWindows(QStringLiteral("Tavorine Online Help")), 1);
+    auto* help = m.main->findChild<QWidget*>(QStringLiteral("HelpWindow"));
+    QVERIFY(help && QTest::qWaitForWindowActive(help));
+    auto* page = help->findChild<QTextBrowser*>(QStringLiteral("txtHelp"));
+    const auto headingColour = [&] {
+      const QTextCursor at = page->document()->find(QStringLiteral("Tavorine Help"));
+      return at.charFormat().foreground().color();
+    };
+    const QColor dayHeading = headingColour();
+    QTest::keyClick(page, Qt::Key_R, Qt::ControlModifier);
+    QVERIFY(m.env.state->RedScreenOn && menu->isChecked());
+    QCOMPARE(headingColour(), QColor(255, 0, 0));
+    menu->trigger();
+    QVERIFY(!m.env.state->RedScreenOn && !menu->isChecked());
+    QCOMPARE(headingColour(), dayHeading);
+    QCOMPARE(QApplication::palette(), before);
+    QTest::keyClick(help, Qt::Key_Escape);
+    QVERIFY(!help->isVisible());
+
+    m.button("cmdAlignStars")->click();
+    m.trigger("mnuAlignStars");
     QCOMPARE(m.main->findChildren<AlignStars*>().size(), 1);
     auto* chart = m.main->findChild<AlignStars*>();
-    auto* print = chart->findChild<QPushButton*>("cmdPrint");
-    // Red Screen turns the toolbar's Print button red, not the chart's.
-    m.trigger("mnuRedScreen");
-    QVERIFY(m.main->findChild<QToolBar*>()->findChild<QToolButton*>("cmdPrint")->toolTip().isEmpty());
-    QVERIFY(print->styleSheet().isEmpty());
-    m.trigger("mnuRedScreen");
     QCOMPARE(m.main->mdiArea()->activeSubWindow()->widget(), chart);
     QVERIFY(!chart->candidates().empty() || !chart->bestPairsText().empty());
+    auto* print = chart->findChild<QPushButton*>("cmdPrint");
+    m.button("cmdRedScreen")->click();
+    QVERIFY(m.env.state->RedScreenOn && menu->isChecked());
+    QVERIFY(m.button("cmdPrint")->toolTip().isEmpty() && print->styleSheet().isEmpty());
     print->click();
     print->click();
     QCOMPARE(visibleWindows(QStringLiteral("Print Alignment Chart")), 1);
     QVERIFY(m.env.prompter.entries.isEmpty());
+    m.trigger("mnuExit");
+    QCOMPARE(m.quits, 1);
+    QCOMPARE(QApplication::palette(), before);
   }
 
   // New and Open, cancelled, refused and done. The short name "t" also stands earlier in the
@@ -356,7 +325,6 @@ class TestMainWindow : public QObject {
     QVERIFY(rig.commandsEnabled());
     QCOMPARE(rig.action("mnuMRU0")->text(), QStringLiteral("alpha"));
     QVERIFY(rig.action("mnuMRU0")->isVisible());
-    QVERIFY(rig.env.readFile("config/TVRNMRU.dat").contains("alpha"));
     QCOMPARE(rig.window(b)->objectName(), QStringLiteral("CurrentListFixed"));
     rig.window(b)->findChild<QPushButton*>("cmdClose")->click();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
