@@ -6,8 +6,10 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyle>
 #include <QTextBrowser>
 #include <QTextDocument>
 #include <QToolButton>
@@ -17,6 +19,7 @@
 #include "charts/alignstars.h"
 #include "charts/hhc.h"
 #include "core/mainwindow.h"
+#include "core/redscreen.h"
 #include "core/settings.h"
 #include "core/windowfit.h"
 #include "core/windowplacement.h"
@@ -98,6 +101,15 @@ struct Rig {
   }
 };
 
+// The largest green or blue of any pixel.
+int mostGreenOrBlue(const QImage& image) {
+  int most = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x)
+      most = qMax(most, qMax(image.pixelColor(x, y).green(), image.pixelColor(x, y).blue()));
+  return most;
+}
+
 int visibleWindows(const QString& title) {
   int n = 0;
   for (QWidget* top : QApplication::topLevelWidgets())
@@ -152,6 +164,114 @@ class TestMainWindow : public QObject {
     QCOMPARE(FitFrame(QRect(12, 20, 1000, 720), {}, area), QRect(12, 30, 1000, 570));
     QCOMPARE(FitFrame(QRect(900, 500, 300, 200), {}, area), QRect(724, 400, 300, 200));
     QCOMPARE(FitFrame(QRect(100, 100, 1100, 800), {1050, 600}, area), QRect(0, 30, 1050, 600));
+  }
+
+  // Red Screen on and off again from the toolbar: the workspace turns black and the palette
+  // red, our own style sheet stays with the tip colours added, dialogs are our own, the buttons
+  // lose their tips and take a dark red face, and no picture shines, not even disabled Print's.
+  // After, every tip, style and picture is back, none left pink. Exit while off leaves what the
+  // desktop did since start-up.
+  void redScreenRoundTrip() {
+    const QString startSheet = QStringLiteral("QLabel#lblNote { color: blue; }");
+    qApp->setStyleSheet(startSheet);
+    Rig m;
+    QToolButton* print = m.button("cmdPrint");
+    QToolButton* hhc = m.button("cmdHHC");
+    const auto picture = [](QAbstractButton* button, QIcon::Mode mode) {
+      const QPixmap p = button->icon().pixmap(QSize(16, 16), 1.0, mode);
+      return p.toImage().convertToFormat(QImage::Format_RGB32);
+    };
+    const QImage normal = picture(hhc, QIcon::Normal);
+    const QImage disabled = picture(print, QIcon::Disabled);
+    const QString printStyle = print->styleSheet();
+    const QPalette startPalette = QApplication::palette();
+    QPalette changed = startPalette;
+    changed.setColor(QPalette::Window, QColor(1, 2, 3));
+    QApplication::setPalette(changed);
+    m.trigger("mnuExit");
+    QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(1, 2, 3));
+    QApplication::setPalette(startPalette);
+    const auto workspace = [&] { return m.main->mdiArea()->grab().toImage().pixel(10, 10); };
+    const QRgb day = workspace();
+    m.button("cmdRedScreen")->click();
+    QCOMPARE(QColor(workspace()), QColor(0, 0, 0));
+    QCOMPARE(QApplication::palette().color(QPalette::Window), QColor(128, 0, 0));
+    QVERIFY(qApp->styleSheet().startsWith(startSheet));
+    QVERIFY(qApp->styleSheet().contains(QLatin1String("QToolTip")));
+    QVERIFY(QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+    QVERIFY(hhc->toolTip().isEmpty() && print->toolTip().isEmpty());
+    QVERIFY(hhc->styleSheet().contains(QLatin1String("rgb(127, 0, 0)")));
+    for (QIcon::Mode mode : {QIcon::Normal, QIcon::Disabled}) {
+      const QImage image = picture(print, mode);
+      QCOMPARE(mostGreenOrBlue(image), 0);
+      for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+          QVERIFY2(image.pixelColor(x, y).red() <= 0xC0, qPrintable(image.pixelColor(x, y).name()));
+    }
+    m.button("cmdRedScreen")->click();
+    QCOMPARE(workspace(), day);
+    QVERIFY(QApplication::palette() == startPalette);
+    QCOMPARE(qApp->styleSheet(), startSheet);
+    QVERIFY(!QCoreApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+    QCOMPARE(hhc->toolTip(), QStringLiteral("Hyper Hand Control"));
+    QCOMPARE(print->toolTip() + print->styleSheet(), "Print" + printStyle);
+    QCOMPARE(picture(hhc, QIcon::Normal), normal);
+    QCOMPARE(picture(print, QIcon::Disabled), disabled);
+    QVERIFY(m.env.prompter.entries.isEmpty());
+    qApp->setStyleSheet(QString());
+  }
+
+  void titleBarsFollowRedScreen_data() {
+    QTest::addColumn<bool>("maximised");
+    QTest::addColumn<bool>("openedWhileOn");
+    QTest::newRow("side by side") << false << false;
+    QTest::newRow("side by side, opened while on") << false << true;
+    QTest::newRow("maximised") << true << false;
+    QTest::newRow("maximised, opened while on") << true << true;
+  }
+  // While on, no pixel of a title bar, active or not, nor of a maximised list's buttons in the
+  // menu bar, has more than a trace of green or blue; after, once the list windows are done with
+  // the title bars they noted while the styles changed, each looks exactly as before.
+  void titleBarsFollowRedScreen() {
+    QFETCH(bool, maximised);
+    QFETCH(bool, openedWhileOn);
+    Rig m;
+    QPixmap picture(16, 16);
+    picture.fill(QColor(40, 90, 255));
+    const QIcon own(picture);
+    if (openedWhileOn) m.trigger("mnuRedScreen");
+    QList<QMdiSubWindow*> frames;
+    for (int i = 0; i < 2; ++i) {
+      auto* frame = new QMdiSubWindow;
+      frame->setWidget(new QWidget);
+      frame->setWindowTitle(QStringLiteral("List %1").arg(i));
+      frame->setWindowIcon(own);
+      m.main->mdiArea()->addSubWindow(frame);
+      frame->setGeometry(i * 200, i * 100, 300, 200);
+      frame->show();
+      frames << frame;
+    }
+    if (maximised) frames[1]->showMaximized();
+    const auto bars = [&] {
+      QTest::qWait(RedScreen::kTitleBarPauseMs);
+      QList<QImage> out;
+      for (QMdiSubWindow* frame : frames) {
+        const int bar = frame->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame);
+        out << (maximised ? m.main->menuBar()->grab().toImage()
+                          : frame->grab(QRect(0, 0, frame->width(), bar)).toImage());
+      }
+      return out;
+    };
+    QList<QImage> before;
+    if (!openedWhileOn) {
+      before = bars();
+      m.trigger("mnuRedScreen");
+    }
+    for (const QImage& image : bars()) QCOMPARE_LE(mostGreenOrBlue(image), 8);
+    m.trigger("mnuRedScreen");
+    const QList<QImage> after = bars();
+    for (QMdiSubWindow* frame : frames) QCOMPARE(frame->windowIcon().cacheKey(), own.cacheKey());
+    if (!openedWhileOn) QVERIFY(after == before);
   }
 
   // A window comes back where it was left; each window has its own place.
@@ -225,6 +345,7 @@ class TestMainWindow : public QObject {
     m.trigger("mnuExit");
     QCOMPARE(m.quits, 1);
     QCOMPARE(QApplication::palette(), before);
+    QCOMPARE(qApp->styleSheet(), QString());
   }
 
   // New and Open, cancelled, refused and done. The short name "t" also stands earlier in the
