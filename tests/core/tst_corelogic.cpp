@@ -1,5 +1,8 @@
 #include <QtTest>
 
+#include <QDir>
+#include <map>
+
 #include "core/apperror.h"
 #include "core/commandline.h"
 #include "core/listdocuments.h"
@@ -7,6 +10,7 @@
 #include "core/opendocuments.h"
 #include "core/recordfile.h"
 #include "core/settings.h"
+#include "core/setuplogic.h"
 #include "support/commalocale.h"
 #include "support/testenv.h"
 
@@ -24,6 +28,36 @@ QByteArray sevenRecent() {
 }
 
 QString pathOf(int n) { return QStringLiteral("/home/ann/Data/list%1.tlf").arg(n); }
+
+// The opening fields of fresh settings, with edits "field=text" on top ("@" stands for the
+// temporary folder; route is port, hcd or indi).
+SetupFields fieldsWith(const QStringList& edits, const QString& folder) {
+  static const std::map<QString, QString SetupFields::*> texts = {
+      {"commPort", &SetupFields::commPort},     {"longDeg", &SetupFields::longDeg},
+      {"longMin", &SetupFields::longMin},       {"latDeg", &SetupFields::latDeg},
+      {"latMin", &SetupFields::latMin},         {"myTimeZone", &SetupFields::myTimeZone},
+      {"minAlt", &SetupFields::minAlt},         {"maxAlt", &SetupFields::maxAlt},
+      {"dataDir", &SetupFields::dataDir},       {"indiHost", &SetupFields::indiHost},
+      {"indiPort", &SetupFields::indiPort},     {"indiDevice", &SetupFields::indiDevice}};
+  SetupFields f = SetupOpeningFields(ProgramSettings{});
+  f.dataDir = folder;
+  for (QString e : edits) {
+    e.replace(QLatin1Char('@'), folder);
+    const QString key = e.section(QLatin1Char('='), 0, 0), value = e.section(QLatin1Char('='), 1);
+    if (key == QLatin1String("scope")) f.scopeIndex = value.toInt();
+    else if (key == QLatin1String("route")) {
+      f.commPortSelected = value == QLatin1String("port");
+      f.indiSelected = value == QLatin1String("indi");
+    } else if (key == QLatin1String("windowsZone")) f.useWindowsTimeZone = value == QLatin1String("1");
+    else if (key == QLatin1String("altLimit")) f.useAltLimit = value == QLatin1String("1");
+    else f.*texts.at(key) = value;
+  }
+  return f;
+}
+
+QByteArray withFolder(const QString& record, const TestEnv& env) {
+  return record.toUtf8().replace('@', env.dir.path().toUtf8()) + "\r\n";
+}
 
 }  // namespace
 
@@ -360,7 +394,8 @@ class TestCoreLogic : public QObject {
     TestEnv env;
     const auto answer = [&](const QStringList& args, bool refuseOthers) {
       const auto a = AnswerCommandLine(QStringList{"tavorine"} + args, *env.state, refuseOthers);
-      return a ? QStringLiteral("%1|%2|%3").arg(a->exitCode).arg(a->out, a->err) : QString("starts");
+      if (!a) return QStringLiteral("starts");
+      return QStringLiteral("%1|%2|%3").arg(a->exitCode).arg(a->out, a->err);
     };
     const QString tryHelp = QStringLiteral("\nTry 'tavorine --help'.\n");
     QCOMPARE(answer({}, true), QStringLiteral("starts"));
@@ -375,6 +410,113 @@ class TestCoreLogic : public QObject {
     for (const QString& part : {QStringLiteral("--version"), env.state->programFolder,
                                 env.state->configFolder, env.state->defaultDataDir})
       QVERIFY2(help.contains(part), qPrintable(part));
+  }
+
+  // The dialog opens on the family in the settings (the first for one it does not know) and
+  // on the port route with a number or a device path, else on the proxy route; letters before
+  // a number show no port. Hemispheres, degrees and a typed zone show as held.
+  void openingFields() {
+    ProgramSettings s;
+    s.LongHemi = QStringLiteral("W");
+    s.LatDeg = -5;
+    s.UseWindowsTimeZone = false;
+    s.MyTimeZone = -7.5f;
+    const auto opened = [&](const char* scopeType, const char* commPort) {
+      s.ScopeType = QLatin1String(scopeType);
+      s.CommPort = QLatin1String(commPort);
+      const SetupFields f = SetupOpeningFields(s);
+      return QStringLiteral("%1|%2|%3").arg(f.scopeIndex).arg(f.commPortSelected).arg(f.commPort);
+    };
+    QCOMPARE(opened("ULTIMA", "3"), QStringLiteral("8|1|3"));
+    QCOMPARE(opened("XYZ", "2"), QStringLiteral("0|1|2"));
+    QCOMPARE(opened("I", "HCD 127.0.0.1:2001"), QStringLiteral("2|0|HCD 127.0.0.1:2001"));
+    QCOMPARE(opened("GT", "COM3"), QStringLiteral("0|0|"));
+    QCOMPARE(opened("CGE", "/dev/ttyUSB0"), QStringLiteral("4|1|/dev/ttyUSB0"));
+    const SetupFields f = SetupOpeningFields(s);
+    QCOMPARE(QStringList({f.eastWest, f.northSouth, f.longDeg, f.latDeg, f.myTimeZone}),
+             QStringList({"West", "North", "127", "-5", "-7.5"}));
+    s.UseWindowsTimeZone = true;
+    QCOMPARE(SetupOpeningFields(s).myTimeZone, QString());
+  }
+
+  // Choosing the port route keeps a number or a device path, else starts at 1; the arrows step
+  // a number within 1 to 256, or the number that ends a device path.
+  void commPortEditing() {
+    const auto edits = [](const QString& text) {
+      return QStringList{CommPortTextOnSelect(text), StepCommPort(text, 1), StepCommPort(text, -1)};
+    };
+    QCOMPARE(edits("1"), QStringList({"1", "2", "1"}));
+    QCOMPARE(edits("256"), QStringList({"256", "256", "255"}));
+    QCOMPARE(edits(""), QStringList({"1", "1", "1"}));
+    QCOMPARE(edits("HCD"), QStringList({"1", "HCD", "HCD"}));
+    QCOMPARE(edits("/dev/ttyUSB0"), QStringList({"/dev/ttyUSB0", "/dev/ttyUSB1", "/dev/ttyUSB0"}));
+    QCOMPARE(edits("/dev/ttyS9"), QStringList({"/dev/ttyS9", "/dev/ttyS10", "/dev/ttyS8"}));
+    QCOMPARE(edits("/dev/scope"), QStringList(3, "/dev/scope"));
+  }
+
+  // OK writes the whole settings file (and the INDI file for that route), which reads back.
+  void ok_data() {
+    QTest::addColumn<QStringList>("edits");
+    QTest::addColumn<QString>("record");    // "@": the temporary folder
+    QTest::addColumn<QString>("indiFile");  // empty: not the INDI route
+    const QString plain = R"("GT","1","@/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)";
+    QTest::newRow("every field")
+        << QStringList{"scope=3", "commPort=/dev/ttyUSB0", "dataDir=@/lists", "longDeg=2",
+                       "longMin=21", "latDeg=48", "latMin=51", "windowsZone=0", "myTimeZone=1",
+                       "minAlt=15", "maxAlt=80"}
+        << R"("GPS","/dev/ttyUSB0","@/lists/",0,#TRUE#,1,"E",2,21,"N",48,51,15,80,#TRUE#,200)"
+        << "";
+    QTest::newRow("index 9, windows zone clears the typed one")
+        << QStringList{"scope=9", "myTimeZone=5"} << plain << "";
+    QTest::newRow("proxy keeps its address, folder with blanks around")
+        << QStringList{"scope=2", "route=hcd", "commPort= HCD 10.0.0.2:2001 ", "dataDir=  @/l  "}
+        << R"("I","HCD 10.0.0.2:2001","@/l/",0,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#,200)"
+        << "";
+    QTest::newRow("proxy drops a port number, half to even")
+        << QStringList{"scope=2", "route=hcd", "commPort=4", "longMin=41.5", "minAlt=20.5",
+                       "maxAlt=90.5"}
+        << R"("I","HCD","@/",0,#TRUE#,0,"E",127,42,"N",26,20,20,90,#TRUE#,200)" << "";
+    QTest::newRow("typed zone, limits as leading numbers, min above max kept")
+        << QStringList{"windowsZone=0", "myTimeZone=-7.5h", "minAlt=70 deg", "maxAlt=abc"}
+        << R"("GT","1","@/",0,#TRUE#,-7.5,"E",127,40,"N",26,20,70,0,#TRUE#,200)" << "";
+    QTest::newRow("limits off reset, root keeps one separator")
+        << QStringList{"altLimit=0", "minAlt=5", "maxAlt=50", "dataDir=/"}
+        << QString(plain).replace("\"@/\"", "\"/\"") << "";
+    // The INDI route: CommPort "INDI", the server and device in a file of their own.
+    const QString indi = QString(plain).replace("\"1\"", "\"INDI\"");
+    QTest::newRow("INDI typed")
+        << QStringList{"route=indi", "indiHost= scope.local ", "indiPort=7625",
+                       "indiDevice= EQMod Mount "}
+        << indi << R"("scope.local",7625,"EQMod Mount")";
+    QTest::newRow("INDI blank host, port too high")
+        << QStringList{"route=indi", "indiHost=", "indiPort=70000", "indiDevice=Telescope Simulator"}
+        << indi << R"("localhost",7624,"Telescope Simulator")";
+    QTest::newRow("INDI letters in the port")
+        << QStringList{"route=indi", "indiHost=localhost", "indiPort=76a", "indiDevice="} << indi
+        << R"("localhost",7624,"")";
+  }
+  void ok() {
+    QFETCH(QStringList, edits);
+    QFETCH(QString, record);
+    QFETCH(QString, indiFile);
+    TestEnv env;
+    env.state->settings.MyTimeZone = 3;
+    QDir().mkpath(env.path(QStringLiteral("lists")));
+    QDir().mkpath(env.path(QStringLiteral("l")));
+    SetupFields f = fieldsWith(edits, env.dir.path());
+    QVERIFY(SetupOk(*env.state, f));
+    QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")), withFolder(record, env));
+    QCOMPARE(f.dataDir, env.state->settings.DataDir);
+    QVERIFY(env.prompter.entries.isEmpty());
+    if (indiFile.isEmpty()) return;
+    const QByteArray indiRecord = indiFile.toUtf8() + "\r\n";
+    QCOMPARE(env.readFile(QStringLiteral("config/TavorineINDI.ini")), indiRecord);
+    // Read back at the next start.
+    env.state->indi = IndiSettings{};
+    LoadIndiSettings(*env.state);
+    const SetupFields shown = SetupOpeningFields(env.state->settings, env.state->indi);
+    QVERIFY(shown.indiSelected && !shown.commPortSelected);
+    QCOMPARE(IndiRecord(IndiSettingsOf(shown)), indiRecord);
   }
 };
 

@@ -1,6 +1,8 @@
 #include <QtTest>
 
 #include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
 #include <QMdiArea>
@@ -8,6 +10,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScreen>
 #include <QStyle>
 #include <QTextBrowser>
@@ -21,6 +24,7 @@
 #include "core/mainwindow.h"
 #include "core/redscreen.h"
 #include "core/settings.h"
+#include "core/setupdialog.h"
 #include "core/windowfit.h"
 #include "core/windowplacement.h"
 #include "lists/listwindow.h"
@@ -115,6 +119,23 @@ int visibleWindows(const QString& title) {
   for (QWidget* top : QApplication::topLevelWidgets())
     n += top->windowTitle() == title && top->isVisible();
   return n;
+}
+
+template <typename T>
+T* child(QWidget& w, const char* name) {
+  T* c = w.findChild<T*>(QLatin1String(name));
+  if (!c) qFatal("no control %s", name);
+  return c;
+}
+
+void click(QWidget& w, const char* button) {
+  QTest::mouseClick(child<QPushButton>(w, button), Qt::LeftButton);
+}
+
+// Check boxes and options answer clicks on their indicator and text, not on the empty space
+// the layout gives them: click near the left edge.
+void clickBox(QAbstractButton* b) {
+  QTest::mouseClick(b, Qt::LeftButton, {}, QPoint(6, b->height() / 2));
 }
 
 }  // namespace
@@ -467,6 +488,147 @@ class TestMainWindow : public QObject {
     QCOMPARE(rig.state().OpenFileCount, qint16(0));
     QCOMPARE(QSet<QString>({rig.state().MRUFiles[0].title, rig.state().MRUFiles[1].title}),
              QSet<QString>({"alpha", "gamma"}));
+  }
+
+  // A port typed by hand that is not among those found leaves none of them shown as chosen.
+  void foundPortsShowThePortInUse() {
+    TestEnv env;
+    env.state->settings.CommPort = QStringLiteral("/dev/pts/99");
+    Setup typed(*env.state);
+    auto* typedPorts = child<QComboBox>(typed, "cmbFoundPorts");
+    QCOMPARE(child<QLineEdit>(typed, "txtCommPort")->text(), QStringLiteral("/dev/pts/99"));
+    if (typedPorts->itemData(0).toString().isEmpty()) {
+      QCOMPARE(typedPorts->itemText(0), QStringLiteral("(no ports found)"));
+      return;
+    }
+    QCOMPARE(typedPorts->currentIndex(), -1);
+    env.state->settings.CommPort = typedPorts->itemData(0).toString();
+    Setup found(*env.state);
+    QCOMPARE(child<QComboBox>(found, "cmbFoundPorts")->currentIndex(), 0);
+  }
+
+  // One walk through the dialog. The routes enable their fields and the arrows step the port;
+  // the buttons and boxes change the live settings at once; Escape leaves as Cancel does (a
+  // typed field does not reach the settings without OK), and a second time writes nothing.
+  // OK refused keeps the dialog open with the box (an error raised or a box of its own) and
+  // writes nothing; put right, the same OK closes it.
+  void dialogWalk() {
+    TestEnv env;
+    env.state->settings.CommPort = QStringLiteral("HCD 192.168.1.9:2000");
+    env.state->settings.DataDir = QStringLiteral("/srv/lists/");
+    Setup dlg(*env.state);
+    const QString gone = env.path(QStringLiteral("gone"));
+    QString startedAt;
+    dlg.setFolderPicker([&](QWidget*, const QString& start) {
+      startedAt = start;
+      return gone;
+    });
+    qint32 offered = -2, answer = 0x123456;
+    dlg.setColorChooser([&](QWidget*, qint32 initial) {
+      offered = initial;
+      return answer;
+    });
+    dlg.show();
+    auto* port = child<QLineEdit>(dlg, "txtCommPort");
+    QCOMPARE(port->text(), QStringLiteral("HCD 192.168.1.9:2000"));
+    QVERIFY(!port->isEnabled());
+    clickBox(child<QRadioButton>(dlg, "optCommPort"));
+    QVERIFY(port->isEnabled());
+    QCOMPARE(port->text(), QStringLiteral("1"));
+    auto* upDown = child<QWidget>(dlg, "UpDown1");
+    QTest::mouseClick(upDown->findChildren<QToolButton*>().value(0), Qt::LeftButton);
+    QCOMPARE(port->text(), QStringLiteral("2"));
+    clickBox(child<QRadioButton>(dlg, "optHCD"));
+    QVERIFY(!port->isEnabled() && !upDown->isEnabled() && !dlg.fields().commPortSelected);
+    auto* indiHost = child<QLineEdit>(dlg, "txtIndiHost");
+    QVERIFY(!indiHost->isEnabled());
+    clickBox(child<QRadioButton>(dlg, "optIndi"));
+    QVERIFY(indiHost->isEnabled() && child<QComboBox>(dlg, "cmbIndiDevice")->isEnabled());
+    QVERIFY(!port->isEnabled() && dlg.fields().indiSelected);
+    auto* deg = child<QLineEdit>(dlg, "txtLatDeg");
+    dlg.activateWindow();
+    deg->setFocus(Qt::TabFocusReason);
+    QTRY_COMPARE(deg->selectedText(), QStringLiteral("26"));
+
+    auto* ew = child<QPushButton>(dlg, "cmdEastWest");
+    QTest::mouseClick(ew, Qt::LeftButton);
+    QCOMPARE(ew->text() + env.state->settings.LongHemi, QStringLiteral("WestW"));
+    auto* ns = child<QPushButton>(dlg, "cmdNorthSouth");
+    QTest::mouseClick(ns, Qt::LeftButton);
+    QCOMPARE(ns->text() + env.state->settings.LatHemi, QStringLiteral("SouthS"));
+    clickBox(child<QCheckBox>(dlg, "chkUseWindowsTimeZone"));
+    QVERIFY(child<QLineEdit>(dlg, "txtMyTimeZone")->isEnabled());
+    clickBox(child<QCheckBox>(dlg, "chkUseAltLimit"));
+    QVERIFY(!env.state->settings.UseAltLimit);
+    for (const char* n : {"lblMinAlt", "txtMinAlt", "lblMaxAlt", "txtMaxAlt"})
+      QVERIFY2(!child<QWidget>(dlg, n)->isEnabled(), n);
+    click(dlg, "cmdColor");
+    QCOMPARE(offered, 200);
+    QCOMPARE(env.state->settings.ObjectColor, 0x123456);
+    QVERIFY(child<QWidget>(dlg, "shpObjectColor")->styleSheet().contains(QLatin1String("#563412")));
+    answer = -1;  // cancelled
+    click(dlg, "cmdColor");
+    QCOMPARE(env.state->settings.ObjectColor, 0x123456);
+
+    child<QLineEdit>(dlg, "txtLongDeg")->setText(QStringLiteral("3"));
+    QTest::keyClick(&dlg, Qt::Key_Escape);
+    QVERIFY(!dlg.isVisible());
+    QCOMPARE(env.state->settings.LongDeg, qint16(127));
+    const QByteArray file = env.readFile(QStringLiteral("config/TavorineList.ini"));
+    QCOMPARE(file, QByteArray("\"GT\",\"HCD 192.168.1.9:2000\",\"/srv/lists/\",1,#FALSE#,0,\"W\","
+                              "127,40,\"S\",26,20,20,90,#FALSE#\r\n"));
+    dlg.show();
+    QTest::mouseClick(ew, Qt::LeftButton);
+    QTest::keyClick(&dlg, Qt::Key_Escape);
+    QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")), file);
+
+    dlg.show();
+    click(dlg, "cmmdBrowse");
+    QCOMPARE(startedAt, QStringLiteral("/srv/lists/"));
+    // Each step of OK keeps what it stored before a later one fails.
+    const QString held =
+        R"("GT","INDI","/srv/lists/",1,#FALSE#,0,"E",3,40,"S",26,%1,20,90,#FALSE#)";
+    child<QLineEdit>(dlg, "txtLatMin")->setText(QStringLiteral("twenty"));
+    click(dlg, "OKButton");
+    QCOMPARE(SettingsRecord(env.state->settings, false), held.arg(20).toUtf8() + "\r\n");
+    child<QLineEdit>(dlg, "txtLatMin")->setText(QStringLiteral("21"));
+    click(dlg, "OKButton");
+    QCOMPARE(SettingsRecord(env.state->settings, false), held.arg(21).toUtf8() + "\r\n");
+    QCOMPARE(child<QLineEdit>(dlg, "txtDataDir")->text(), gone);
+    QStringList said;
+    for (const auto& e : env.prompter.entries) said << e.title + ": " + e.text;
+    QCOMPARE(said, QStringList({AppTitle() + ": Type mismatch - 13",
+                                "Problem: This folder: \n" + gone + "\ndoes not exist."}));
+    QVERIFY(dlg.isVisible());
+    QCOMPARE(env.state->settings.FirstRun, qint16(1));
+    QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")), file);
+    QDir().mkpath(gone);
+    click(dlg, "OKButton");
+    QVERIFY(!dlg.isVisible());
+    QCOMPARE(dlg.result(), int(QDialog::Accepted));
+    QCOMPARE(child<QLineEdit>(dlg, "txtDataDir")->text(), gone + '/');
+    QCOMPARE(env.state->settings.FirstRun, qint16(0));
+    QCOMPARE(env.readFile(QStringLiteral("config/TavorineINDI.ini")),
+             QByteArray("\"localhost\",7624,\"Telescope Simulator\"\r\n"));
+  }
+
+  // A first run whose settings folder cannot be made: OK and Cancel say which file and why; OK
+  // stays open, Cancel closes.
+  void dialogUnwritableConfigFolder() {
+    TestEnv env;
+    env.writeFile(QStringLiteral("blocker"), "a file where the folder should be");
+    env.state->configFolder = env.path(QStringLiteral("blocker/config"));
+    env.state->settings.DataDir = env.dir.path();
+    Setup dlg(*env.state);
+    dlg.show();
+    child<QPushButton>(dlg, "OKButton")->click();
+    QVERIFY(dlg.isVisible());
+    child<QPushButton>(dlg, "CancelButton")->click();
+    QVERIFY(!dlg.isVisible());
+    const QString text = QStringLiteral("Path/File access error: %1/TavorineList.ini (the folder %1 "
+                                        "cannot be made) - 75")
+                             .arg(env.state->configFolder);
+    QCOMPARE(env.prompter.texts(), QStringList({text, text}));
   }
 };
 
