@@ -72,7 +72,6 @@ class TestCoreLogic : public QObject {
   void val_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<double>("value");
-    QTest::newRow("empty") << "" << 0.0;
     QTest::newRow("letters") << "HCD" << 0.0;
     QTest::newRow("no leading zero") << ".5" << 0.5;
     QTest::newRow("plus") << "+1" << 1.0;
