@@ -445,6 +445,7 @@ class TestCoreLogic : public QObject {
       return QStringList{CommPortTextOnSelect(text), StepCommPort(text, 1), StepCommPort(text, -1)};
     };
     QCOMPARE(edits("1"), QStringList({"1", "2", "1"}));
+    QCOMPARE(edits("3"), QStringList({"3", "4", "2"}));
     QCOMPARE(edits("256"), QStringList({"256", "256", "255"}));
     QCOMPARE(edits(""), QStringList({"1", "1", "1"}));
     QCOMPARE(edits("HCD"), QStringList({"1", "HCD", "HCD"}));
