@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr int kMessier = 0, kUser = 5, kDoubles = 7;
+constexpr int kMessier = 0, kDeepSky = 4, kUser = 5, kDoubles = 7;
 
 // A browser in a host window of its own, shown so that clicks and keys reach it.
 struct Host {
@@ -66,45 +66,28 @@ class TestCatalogBrowser : public QObject {
  private slots:
   // The search's wiring: the page's option and query set, the column it leaves current, and the
   // box and beep of a failed find. The criteria and what they find are the search's own tests.
-  void search_data() {
-    QTest::addColumn<int>("tab");
-    QTest::addColumn<bool>("byName");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QString>("found");  // empty: not found
-    QTest::addColumn<int>("column");
-    QTest::newRow("number") << kMessier << false << "3" << "ObjectNum" << "3" << 0;
-    QTest::newRow("name") << kMessier << true << "ANDR" << "ObjectNum" << "31" << 1;
-    QTest::newRow("exact designation") << kDoubles << false << "STF 122" << "Name"
-                                       << "ADS 1148,WDS 01269+0332,STF 122" << 1;
-    QTest::newRow("deep-sky, not found") << 4 << true << "zzzz" << "Name" << "" << 2;
-  }
   void search() {
-    QFETCH(int, tab);
-    QFETCH(bool, byName);
-    QFETCH(QString, text);
-    QFETCH(QString, field);
-    QFETCH(QString, found);
-    QFETCH(int, column);
     TestEnv env;
     Host host(*env.state, BrowserHost::HHC);
-    host.browser->setCurrentIndex(tab);
-    const CatalogPage& p = PageByTab(tab);
-    control<QRadioButton>(host.browser, byName ? p.nameOption : p.numberOption)->click();
-    host.browser->searchBox(tab)->setText(text);
-    Recordset* rs = host.browser->pageRecordset(tab);
+    auto find = [&](int tab, bool byName, const QString& text) {
+      const CatalogPage& p = PageByTab(tab);
+      host.browser->setCurrentIndex(tab);
+      control<QRadioButton>(host.browser, byName ? p.nameOption : p.numberOption)->click();
+      host.browser->searchBox(tab)->setText(text);
+      control<QPushButton>(host.browser, p.findFirst)->click();
+      return host.browser->pageGrid(tab)->currentColumn();
+    };
+    QCOMPARE(find(kDoubles, false, QStringLiteral("STF 122")), 1);
+    QCOMPARE(host.browser->pageGrid(kDoubles)->columnText(QStringLiteral("Name")),
+             QStringLiteral("ADS 1148,WDS 01269+0332,STF 122"));
+    QVERIFY(env.prompter.entries.isEmpty());
+    Recordset* rs = host.browser->pageRecordset(kDeepSky);
     rs->MoveLast();
     const qint64 before = rs->Bookmark();
-    control<QPushButton>(host.browser, p.findFirst)->click();
-    QCOMPARE(host.browser->pageGrid(tab)->currentColumn(), column);
-    if (found.isEmpty()) {
-      QCOMPARE(boxes(env.prompter), QStringList{": Not Found."});
-      QCOMPARE(env.prompter.beeps, 1);
-      QCOMPARE(rs->Bookmark(), before);
-    } else {
-      QVERIFY(env.prompter.entries.isEmpty());
-      QCOMPARE(host.browser->pageGrid(tab)->columnText(field).trimmed(), found);
-    }
+    QCOMPARE(find(kDeepSky, true, QStringLiteral("zzzz")), 2);
+    QCOMPARE(boxes(env.prompter), QStringList{": Not Found."});
+    QCOMPARE(env.prompter.beeps, 1);
+    QCOMPARE(rs->Bookmark(), before);
   }
 
   void enterFollowsTheDefaultButton_data() {
@@ -121,15 +104,14 @@ class TestCatalogBrowser : public QObject {
     auto* next = host.child<QPushButton>("cmdMessierNext");
     auto* box = host.child<QLineEdit>("txtSearchMessier");
     host.child<QRadioButton>("optMessierName")->click();
-    QVERIFY(first->isDefault());
     box->setFocus();
     QTest::keyClicks(box, QStringLiteral("nebula"));
     QVERIFY(first->isDefault());
     QTest::keyClick(box, Qt::Key_Return);  // Find First
     QVERIFY(next->isDefault() && !first->isDefault());
+    QCOMPARE(host.browser->pageGrid(kMessier)->currentColumn(), 1);
     Recordset* rs = host.browser->pageRecordset(kMessier);
     const QString firstMatch = rs->text(QStringLiteral("ObjectNum"));
-    QVERIFY(rs->text(QStringLiteral("Name")).contains(QStringLiteral("nebula"), Qt::CaseInsensitive));
     DataGrid* grid = host.browser->pageGrid(kMessier);
     QTest::keyClick(grid, Qt::Key_Return);  // Find Next
     QVERIFY(rs->text(QStringLiteral("ObjectNum")).toInt() > firstMatch.toInt());
@@ -177,6 +159,7 @@ class TestCatalogBrowser : public QObject {
     QCOMPARE(grid->selectedBookmarkCount(), 0);
     clickRow(grid, 5, Qt::ShiftModifier);
     QCOMPARE(selection(grid), expected);
+    QVERIFY(grid->model()->index(3, 0).data(RecordsetModel::MarkedRole).toBool());
     QCOMPARE(rs->AbsolutePosition(), 5);
     // A search clears the selection.
     host.child<QLineEdit>("txtSearchMessier")->setText(QStringLiteral("2"));
@@ -194,19 +177,16 @@ class TestCatalogBrowser : public QObject {
     clickRow(grid, 9);
     clickRow(grid, 11, Qt::ControlModifier | Qt::ShiftModifier);
     QCOMPARE(selection(grid), expected);
-  }
 
-  void noSelectionRulesOnTheHandControl() {
-    TestEnv env;
-    Host host(*env.state, BrowserHost::HHC);
-    DataGrid* grid = host.browser->pageGrid(kMessier);
-    QSignalSpy rows(host.browser, &CatalogBrowser::pageRowChanged);
+    // The hand control's browser selects nothing; its clicks only move the row.
+    Host hhc(*env.state, BrowserHost::HHC);
+    grid = hhc.browser->pageGrid(kMessier);
+    QSignalSpy rows(hhc.browser, &CatalogBrowser::pageRowChanged);
     clickRow(grid, 2);
     clickRow(grid, 5, Qt::ShiftModifier);
     clickRow(grid, 7, Qt::ControlModifier);
     QCOMPARE(grid->selectedBookmarkCount(), 0);
     QCOMPARE(rows.count(), 3);
-    QCOMPARE(rows.last().at(0).toInt(), kMessier);
   }
 
   void olderUserTableFallsBackOnTheEditor() {
@@ -228,7 +208,7 @@ class TestCatalogBrowser : public QObject {
     QVERIFY(!editor.browser->pageRecordset(kUser));
     env.prompter.clear();
     emit editor.browser->pageGrid(kUser)->headClicked(7);
-    QCOMPARE(env.prompter.entries.size(), 1);
+    QCOMPARE(boxes(env.prompter).size(), 1);
     QVERIFY(boxes(env.prompter)[0].startsWith(
         QStringLiteral("Alert!: Your User List needs to be updated in order to sort on RA.\n")));
     QCOMPARE(editor.browser->pageRecordset(kUser)->recordSource(), QStringLiteral("UserObjects"));
@@ -263,8 +243,6 @@ class TestCatalogBrowser : public QObject {
   void pagesOpenAndARefusedFilterKeepsThem() {
     TestEnv env;
     Host host(*env.state, BrowserHost::EditList);
-    QCOMPARE(host.browser->count(), 8);
-    QVERIFY(QFileInfo::exists(env.state->userListPath()));
     QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
     QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
     QVERIFY(env.prompter.entries.isEmpty());

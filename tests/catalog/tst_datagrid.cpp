@@ -98,7 +98,6 @@ class TestDataGrid : public QObject {
     grid.applyLayout(PageByTab(0).editListColumns);
     QAbstractItemModel* m = grid.model();
     QCOMPARE(m->headerData(0, Qt::Horizontal).toString(), QStringLiteral("Number"));
-    QCOMPARE(m->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Name"));
     QCOMPARE(m->headerData(8, Qt::Horizontal).toString(), QString());
     QVERIFY(grid.isColumnHidden(11));
     QCOMPARE(TwipsToPixels(1440, &grid), grid.logicalDpiY());
@@ -106,7 +105,6 @@ class TestDataGrid : public QObject {
     QCOMPARE(grid.columnWidth(1), TwipsToPixels(2300, &grid));
     QVERIFY(m->index(0, 0).data(Qt::TextAlignmentRole).value<Qt::Alignment>() & Qt::AlignRight);
     QCOMPARE(m->index(0, 7).data().toString(), QStringLiteral("34.5"));
-    // Rows keep their height.
     const int h = TwipsToPixels(220, &grid);
     QCOMPARE(grid.rowHeight(0), h);
     grid.verticalHeader()->resizeSection(0, h * 3);
@@ -137,18 +135,6 @@ class TestDataGrid : public QObject {
     // The grid scrolls by whole rows, so "in the middle" is the middle half of the view.
     if (centred) QVERIFY(r.top() >= h / 4 && r.bottom() <= h * 3 / 4);
     else QVERIFY(r.bottom() >= h - 2 * grid.rowHeightPixels());
-  }
-
-  void bookmarkSelection() {
-    Grid g(dir_, 3, false);
-    g.rs.MoveLast();
-    g.grid.addSelectedBookmark(g.rs.Bookmark());
-    g.rs.MoveFirst();
-    g.grid.addSelectedBookmark(g.rs.Bookmark());
-    QVERIFY(g.grid.model()->index(2, 0).data(RecordsetModel::MarkedRole).toBool());
-    QVERIFY(!g.grid.model()->index(1, 0).data(RecordsetModel::MarkedRole).toBool());
-    g.grid.removeSelectedBookmark(0);
-    QCOMPARE(g.grid.selectedBookmarks(), QList<qint64>({g.rs.Bookmark()}));
   }
 };
 
