@@ -10,7 +10,6 @@
 #include "catalog/catalogwindowrules.h"
 #include "catalog/database.h"
 #include "catalog/datagrid.h"
-#include "catalog/recordset.h"
 #include "core/paths.h"
 #include "fixturedb.h"
 #include "formtest.h"

@@ -5,7 +5,6 @@
 
 #include "catalog/catalogdialogs.h"
 #include "catalog/catalogpages.h"
-#include "catalog/catalogwindowrules.h"
 #include "catalog/edituserlist.h"
 #include "catalog/recordset.h"
 #include "fixturedb.h"

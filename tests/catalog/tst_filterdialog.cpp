@@ -3,9 +3,7 @@
 #include <QPushButton>
 
 #include "catalog/catalogdialogs.h"
-#include "catalog/catalogwindowrules.h"
 #include "catalog/filterdialog.h"
-#include "core/numtext.h"
 #include "core/widgetkit.h"
 #include "core/twips.h"
 #include "formtest.h"
