@@ -38,8 +38,11 @@ class TestFilterDialog : public QObject {
   Q_OBJECT
 
  private slots:
-  void loadsTheSettingsAndTicksEnableTheirFields() {
+  // The settings in force, ticks enabling their fields, the spin buttons' steps and the top
+  // the caller sets.
+  void loadsTheSettingsTicksAndSteps() {
     TestEnv env;
+    env.state->FilterFormTop = 1500;
     env.state->filter.FltOC = false;
     env.state->filter.FltAlt = false;
     env.state->filter.FltMinAlt = 35;
@@ -57,10 +60,22 @@ class TestFilterDialog : public QObject {
     QVERIFY(!control<UpDownButtons>(&d, "UpDown1")->isEnabled());
     box(&d, "chkOC")->click();
     QVERIFY(field(&d, "txtOCMin")->isEnabled() && field(&d, "txtOCMax")->isEnabled());
-    box(&d, "chkAltFilter")->click();
-    QVERIFY(field(&d, "txtMinAltFilter")->isEnabled());
     box(&d, "chkGal")->click();
     QVERIFY(!field(&d, "txtGalMax")->isEnabled());
+    box(&d, "chkAltFilter")->click();
+    QLineEdit* alt = field(&d, "txtMinAltFilter");
+    QVERIFY(alt->isEnabled());
+    auto* updown = control<UpDownButtons>(&d, "UpDown1");
+    alt->setText(QStringLiteral("78.5"));
+    emit updown->stepped(1);
+    QCOMPARE(alt->text(), QStringLiteral("79.5"));
+    emit updown->stepped(1);
+    QCOMPARE(alt->text(), QStringLiteral("80"));
+    alt->setText(QStringLiteral("0"));
+    emit updown->stepped(-1);
+    QCOMPARE(alt->text(), QStringLiteral("0"));
+    d.show();
+    QCOMPARE(d.y(), TwipsToPixels(1500, &d));
   }
 
   // Cancel and Escape set FilterCancelled; the close box leaves it as it was.
@@ -147,23 +162,6 @@ class TestFilterDialog : public QObject {
 
     click(&d, "OKButton");
     QCOMPARE(env.readFile(kIni), at35);
-  }
-
-  void spinButtonAndPlace() {
-    TestEnv env;
-    env.state->FilterFormTop = 1500;
-    Filter d(*env.state);
-    auto* updown = control<UpDownButtons>(&d, "UpDown1");
-    field(&d, "txtMinAltFilter")->setText(QStringLiteral("78.5"));
-    emit updown->stepped(1);
-    QCOMPARE(field(&d, "txtMinAltFilter")->text(), QStringLiteral("79.5"));
-    emit updown->stepped(1);
-    QCOMPARE(field(&d, "txtMinAltFilter")->text(), QStringLiteral("80"));
-    field(&d, "txtMinAltFilter")->setText(QStringLiteral("0"));
-    emit updown->stepped(-1);
-    QCOMPARE(field(&d, "txtMinAltFilter")->text(), QStringLiteral("0"));
-    d.show();
-    QCOMPARE(d.y(), TwipsToPixels(1500, &d));
   }
 
   // What OK refuses and writes is the filter logic's; this is the dialog around it: a refused
