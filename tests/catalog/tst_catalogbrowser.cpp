@@ -190,15 +190,11 @@ class TestCatalogBrowser : public QObject {
   void olderUserTableFallsBackOnTheEditor() {
     TestEnv env;
     QDir().mkpath(env.state->settings.DataDir);
-    {
-      auto db = fixture::create(env.state->userListPath());
-      db->exec(QStringLiteral(
-          "CREATE TABLE UserObjects (Category TEXT, ObjectNum NUMERIC, Name TEXT, Type TEXT, "
-          "Constellation TEXT, Magnitude TEXT, RAHour REAL, RAMinute REAL, DecSign TEXT, "
-          "DecDeg REAL, DecMinute REAL);"
-          "INSERT INTO UserObjects VALUES ('Mine', 1, 'Old one', 'Galaxy', 'And', '9', 1, 2, "
-          "'+', 3, 4);"));
-    }
+    // An older user list: no Info column.
+    fixture::userList(env.state->userListPath())
+        ->exec(QStringLiteral("ALTER TABLE UserObjects DROP COLUMN Info; INSERT INTO "
+                              "UserObjects VALUES ('Mine', 1, 'Old one', 'Galaxy', 'And', '9', "
+                              "1, 2, '+', 3, 4);"));
     Host editor(*env.state, BrowserHost::EditList);
     // Binding fails like any page whose source fails: the usual box, an empty page.
     QCOMPARE(env.prompter.entries.size(), 1);

@@ -111,7 +111,8 @@ class TestFilterDialog : public QObject {
     d.setOpenChooser(chooser.fn());
     d.setSaveChooser(chooser.fn());
     click(&d, "cmdOpen");  // cancelled: nothing, not even a box
-    QCOMPARE(chooser.asked, (QStringList{"Open filter settings file...", env.state->settings.DataDir,
+    QCOMPARE(chooser.asked, (QStringList{"Open filter settings file...",
+                                         env.state->settings.DataDir,
                                          "Filter Settings Files (*.flt)"}));
     const QString file = env.path(QStringLiteral("lists/night.flt"));
     chooser.answer = file;
