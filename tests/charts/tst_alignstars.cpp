@@ -169,7 +169,7 @@ class TestAlignStars : public QObject {
     QCOMPARE(circles[2].radius, float(20.0 / 90 * 2800));
   }
 
-  // The best pairs' lines on the screen, the window's least size, the band's bounds.
+  // The best pairs' lines on the screen and the window's least size.
   void screenTextAndSize() {
     BestPairs pairs;
     pairs.autoRows = {{"A - B", 50}};
@@ -192,9 +192,6 @@ class TestAlignStars : public QObject {
     const AlignStarsSize small = AlignStarsResize(false, 1, 1, 5000, 8000);
     QCOMPARE(small.restoreNormal, false);
     QCOMPARE(QSize(small.width, small.height), QSize(9300, 8000));
-    QCOMPARE((QList<bool>{InAlignmentBand(19.9), InAlignmentBand(20), InAlignmentBand(70),
-                          InAlignmentBand(70.1)}),
-             (QList<bool>{false, true, true, false}));
   }
 
   // The candidates and the first rows of both tables for a night at the default site, on the
@@ -266,11 +263,8 @@ class TestAlignStars : public QObject {
     red.toggle({});
     QCOMPARE(w.sky()->surface().image(), normal);
 
-    auto* toggle = w.findChild<QPushButton*>("cmdToggleNames");
-    toggle->click();
+    w.findChild<QPushButton*>("cmdToggleNames")->click();
     QVERIFY(!w.showNames());
-    toggle->click();
-    QVERIFY(w.showNames());
 
     // An unchanged date draws nothing, even though the site has moved meanwhile.
     s.settings.LatHemi = QStringLiteral("S");
