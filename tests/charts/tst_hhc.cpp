@@ -157,6 +157,7 @@ class TestHHC : public QObject {
     ProgramSettings& s = rig.state().settings;
     s.ScopeType = QStringLiteral("GT");
     s.CommPort = sim.address;
+    s.UseAltLimit = false;
 
     // A double click on the Crab Nebula's row (RA 5 34.5, Dec +22 0.9).
     DataGrid* grid = rig.hhc->browser()->pageGrid(kMessier);
