@@ -183,13 +183,14 @@ class TestListWindow : public QObject {
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Mizar|0|1"));
   }
 
-  // Every row marked; the dialog answered on the second row (by a button, or its close box).
+  // Every row marked; the dialog answered on the second row (by each button, or its close box).
   void clearGoto_data() {
     QTest::addColumn<QString>("button");
     QTest::addColumn<QString>("choice");
     QTest::addColumn<QString>("marks");
     QTest::newRow("this") << "cmdThis" << "This" << "Y, ,Y,Y";
     QTest::newRow("all") << "Command1" << "All" << " , , , ";
+    QTest::newRow("cancel") << "cmdCancel" << "None" << "Y,Y,Y,Y";
     QTest::newRow("close box") << "" << "None" << "Y,Y,Y,Y";
   }
   void clearGoto() {

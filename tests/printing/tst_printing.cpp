@@ -83,6 +83,7 @@ class TestPrinting : public QObject {
     QTest::newRow("empty list: the header alone") << PrintStyleCompact() << 0 << 1 << 1;
     QTest::newRow("15 compact: one page") << PrintStyleCompact() << 15 << 1 << 1;
     QTest::newRow("16 compact: two") << PrintStyleCompact() << 16 << 1 << 2;
+    QTest::newRow("16 compact, two copies") << PrintStyleCompact() << 16 << 2 << 2;
     QTest::newRow("5 with comments: one page") << PrintStyleComments() << 5 << 1 << 1;
     QTest::newRow("11 with comments: three") << PrintStyleComments() << 11 << 1 << 3;
   }
