@@ -154,7 +154,8 @@ class TestSkyChart : public QObject {
     QCOMPARE(surface.image().pixelColor(5, 5), QColor(0xFF, 0xFF, 0xC0));
   }
 
-  // The compass letters of each chart (the editor's has no S), in a face of fixed pitch.
+  // The compass letters of each chart (the editor's has no S), in a face of fixed pitch; the W
+  // stands against the ring.
   void compassLetters() {
     FakeSky sky;
     for (const auto& [window, letters] : {std::pair{ChartWindow::HHC, "NSEW"},
@@ -167,6 +168,7 @@ class TestSkyChart : public QObject {
         QCOMPARE(m.horizontalAdvance(QLatin1Char('i')), m.horizontalAdvance(QLatin1Char('W')));
       }
       QCOMPARE(found, QLatin1String(letters));
+      QVERIFY(w.findChild<QLabel*>(QStringLiteral("lblCompassW"))->alignment() & Qt::AlignRight);
     }
   }
 

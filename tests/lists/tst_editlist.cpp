@@ -188,7 +188,8 @@ class TestEditList : public QObject {
     QCOMPARE(e->findChild<QLabel*>("lblFilter")->isVisible(), onAfter);
     // The clause itself is the filter logic test's.
     const QString where = s.Pages[4].Where;
-    QVERIFY2(onAfter ? where.startsWith("WHERE (Type = 'Galaxy') and (Atn(") : where == "WHERE True",
+    QVERIFY2(onAfter ? where.startsWith("WHERE (Type = 'Galaxy') and (Atn(")
+                     : where == "WHERE True",
              qPrintable(where));
     if (!filterOn) QVERIFY(s.FilterFormTop != -1);
     QVERIFY(env->prompter.entries.isEmpty());

@@ -86,6 +86,7 @@ class TestEditListLogic : public QObject {
     QTest::newRow("delete on an empty list") << "4" << "del del" << "|||-1";
     QTest::newRow("down from the first") << "1 2 5" << "down@0" << "1 2 5|R2,R1,R5|R1|1";
     QTest::newRow("down across the gap") << "1 2 5" << "down@1" << "1 2 5|R1,R5,R2|R2|2";
+    QTest::newRow("up from the last") << "1 2 5" << "up@2" << "1 2 5|R1,R5,R2|R5|1";
     QTest::newRow("down on the last") << "1 2 5" << "down@2-" << "1 2 5|R1,R2,R5|R5|2";
     QTest::newRow("up on the first") << "1 2 5" << "up@0-" << "1 2 5|R1,R2,R5|R1|0";
     QTest::newRow("moves on an empty list") << "" << "down- up-" << "|||-1";
@@ -174,8 +175,8 @@ class TestEditListLogic : public QObject {
     AutoSortList(state, rows);
     // That evening: from Fomalhaut in the south-west through the west, the high Andromeda,
     // Polaris in the north, then down the eastern sky; identical objects keep their order.
-    QCOMPARE(names(*db),
-             QStringLiteral("Fomalhaut,Vega,Vega twin,Deneb,Andromeda,Polaris,Pleiades,Betelgeuse"));
+    QCOMPARE(names(*db), QStringLiteral("Fomalhaut,Vega,Vega twin,Deneb,Andromeda,Polaris,"
+                                        "Pleiades,Betelgeuse"));
     QCOMPARE(orders(*db), QStringLiteral("1 2 3 4 5 6 7 8"));
     QCOMPARE(rows.AbsolutePosition(), 0);
     QVERIFY(!db->inTransaction());
