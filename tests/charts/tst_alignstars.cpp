@@ -79,8 +79,6 @@ class TestAlignStars : public QObject {
     QTest::newRow("no candidates") << "" << "" << true << QStringList() << QStringList() << false;
     QTest::newRow("one candidate: one empty row")
         << "A*" << "" << true << QStringList() << QStringList{"| 0"} << false;
-    QTest::newRow("two candidates: a pair and an empty row")
-        << "A* B" << "AB=30" << true << QStringList() << QStringList{"A - B| 30", "| 0"} << false;
     // The two star table stops at the number of candidates; a plain star only shows there.
     QTest::newRow("widest first, equal ones in build order")
         << "A* B C* D*" << "AB=40 AC=50 AD=60 BC=50 BD=70 CD=50" << true
@@ -169,7 +167,7 @@ class TestAlignStars : public QObject {
     QCOMPARE(circles[2].radius, float(20.0 / 90 * 2800));
   }
 
-  // The best pairs' lines on the screen, the window's least size, the band's bounds.
+  // The best pairs' lines on the screen and the window's least size.
   void screenTextAndSize() {
     BestPairs pairs;
     pairs.autoRows = {{"A - B", 50}};
@@ -192,9 +190,6 @@ class TestAlignStars : public QObject {
     const AlignStarsSize small = AlignStarsResize(false, 1, 1, 5000, 8000);
     QCOMPARE(small.restoreNormal, false);
     QCOMPARE(QSize(small.width, small.height), QSize(9300, 8000));
-    QCOMPARE((QList<bool>{InAlignmentBand(19.9), InAlignmentBand(20), InAlignmentBand(70),
-                          InAlignmentBand(70.1)}),
-             (QList<bool>{false, true, true, false}));
   }
 
   // The candidates and the first rows of both tables for a night at the default site, on the
@@ -266,11 +261,8 @@ class TestAlignStars : public QObject {
     red.toggle({});
     QCOMPARE(w.sky()->surface().image(), normal);
 
-    auto* toggle = w.findChild<QPushButton*>("cmdToggleNames");
-    toggle->click();
+    w.findChild<QPushButton*>("cmdToggleNames")->click();
     QVERIFY(!w.showNames());
-    toggle->click();
-    QVERIFY(w.showNames());
 
     // An unchanged date draws nothing, even though the site has moved meanwhile.
     s.settings.LatHemi = QStringLiteral("S");
@@ -282,11 +274,6 @@ class TestAlignStars : public QObject {
     w.findChild<QPushButton*>("cmdUserDate")->click();
     QCOMPARE(w.findChild<QLabel*>("lblUserDate")->text(), UserDateLabel(later));
     QVERIFY(namesOf(w.candidates()) != tonight);
-
-    bool printed = false;
-    w.printRequested = [&] { printed = true; };
-    w.findChild<QPushButton*>("cmdPrint")->click();
-    QVERIFY(printed);
     QVERIFY(env.prompter.entries.isEmpty());
   }
 };

@@ -21,19 +21,11 @@ class TestListSort : public QObject {
                        << QStringList{"ORDER BY DisplayOrder Desc", "ORDER BY DisplayOrder",
                                       "ORDER BY DisplayOrder Desc"}
                        << QStringList{"DisplayOrderDesc", "DisplayOrder", "DisplayOrderDesc"};
-    row(1, "ORDER BY GoTo, DisplayOrder", "ORDER BY GoTo Desc, DisplayOrder DESC", "GoTo");
-    row(2, "ORDER BY Observed, DisplayOrder", "ORDER BY Observed Desc, DisplayOrder DESC",
-        "Observed");
-    for (int c : {3, 4})
-      row(c, "ORDER BY Category, ObjectNum", "ORDER BY Category Desc, ObjectNum DESC", "ObjectNum");
-    row(5, "ORDER BY Name", "ORDER BY Name DESC", "Name");
+    // One head of each shape; the others follow the same table.
+    row(4, "ORDER BY Category, ObjectNum", "ORDER BY Category Desc, ObjectNum DESC", "ObjectNum");
     row(6, "ORDER BY Type, Magnitude", "ORDER BY Type DESC, Magnitude", "Type");
-    row(7, "ORDER BY Constellation, Magnitude", "ORDER BY Constellation DESC, Magnitude", "Const");
-    row(8, "ORDER BY Magnitude", "ORDER BY Magnitude DESC", "Mag");
-    row(9, "ORDER BY Info", "ORDER BY Info DESC", "Info");
-    for (int c : {10, 11}) row(c, "ORDER BY RAHour, RAMinute", "ORDER BY RAHour DESC, RAMinute DESC", "RA");
     const QString dec = QStringLiteral("ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ");
-    for (int c : {12, 13, 14}) row(c, dec + "DESC", dec, "DEC");
+    row(13, dec + "DESC", dec, "DEC");
   }
   void clicks() {
     QFETCH(int, column);
@@ -78,26 +70,16 @@ class TestListSort : public QObject {
     QCOMPARE(state.ListSortField, field);
   }
 
-  void recordSource() {
-    QCOMPARE(ListRecordSource(ListSortState{}.ListSortKey),
-             QStringLiteral("SELECT DisplayOrder, Goto, Observed, Category, ObjectNum, Name, Type, "
-                            "Constellation, Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, "
-                            "DecMinute From Objects ORDER BY DisplayOrder"));
-  }
-
   void autoSortKeys_data() {
     QTest::addColumn<double>("alt");
     QTest::addColumn<double>("az");
     QTest::addColumn<double>("key");
     const struct { const char* name; double alt, az, key; } rows[] = {
         {"just west of south", 20, 10, 0.2222},       {"west", 40, 100, 90.4444},
-        {"west, higher", 60, 100, 90.6667},           {"almost north", 45, 175, 150.5},
-        {"high south", 70, 20, 155.0556},             {"high east", 70, 300, 155.8333},
+        {"almost north", 45, 175, 150.5},             {"high east", 70, 300, 155.8333},
         {"due north", 30, 180, 180.3333},             {"just east of north", 60, 200, 180.3333},
-        {"just east of north, lower", 30, 200, 180.6667},
-        {"west, below the horizon", -10, 100, 89.8889},
-        {"east of north, below", -10, 200, 181.1111}, {"Z -0.1 is the last slice", 20, -0.1, 330.7778},
-        {"Z 0.1 is the first slice", 20, 0.1, 0.2222}, {"east as -90", 20, -90, 270.7778},
+        {"west, below the horizon", -10, 100, 89.8889}, {"east as -90", 20, -90, 270.7778},
+        {"Z -0.1 is the last slice", 20, -0.1, 330.7778}, {"Z 0.1 is the first", 20, 0.1, 0.2222},
         {"A 65 counts low", 65, 10, 0.7222},          {"A 65.1 counts high", 65.1, 90, 155.25},
         {"slice edge 30", 0, 30, 30}};
     for (const auto& r : rows) QTest::newRow(r.name) << r.alt << r.az << r.key;
@@ -109,23 +91,12 @@ class TestListSort : public QObject {
     QCOMPARE(std::round(AutoSortKey(alt, az) * 10000) / 10000, key);
   }
 
+  // Ties keep their order; every row gets one number of 1..N, no gaps. The tour of a real sky
+  // is the list editor logic test's.
   void autoSortOrders() {
-    // The example rows in list order; the tour visits them by ascending key, and 180.3333
-    // (rows 1 and 4) keeps its list order.
-    const std::vector<std::pair<double, double>> rows = {
-        {30, 200}, {60, 200}, {70, 300}, {20, 10}, {30, 180}, {-10, 100}, {45, 175}, {70, 20}};
-    std::vector<double> keys;
-    for (auto [a, z] : rows) keys.push_back(AutoSortKey(a, z));
-    const std::vector<int> expected = {3, 5, 6, 7, 2, 1, 4, 0};
-    QCOMPARE(AutoSortOrder(keys), expected);
-    QCOMPARE(BubbleSortOrder(keys), expected);
-    // Ties keep their order; every row gets one number of 1..N, no gaps.
     QCOMPARE(AutoSortOrder({5, 1, 5, 1, 5, 0}), (std::vector<int>{5, 1, 3, 0, 2, 4}));
     QCOMPARE(NewDisplayOrders({5, 1, 5, 1, 5, 0}), (std::vector<int>{4, 2, 5, 3, 6, 1}));
-    QCOMPARE(NewDisplayOrders({3.5, 0.1, 200, 155.2, 90, 90, 330.7}),
-             (std::vector<int>{2, 1, 6, 5, 3, 4, 7}));
     QCOMPARE(NewDisplayOrders({}), std::vector<int>{});
-    QCOMPARE(NewDisplayOrders({42.0}), std::vector<int>{1});
   }
 
   void fastOrderIsTheBubbleOrder() {

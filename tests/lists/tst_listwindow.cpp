@@ -90,17 +90,6 @@ struct Rig {
   }
 };
 
-// Answers the next ClearGoto dialog with a button, or with its close box for "".
-void answerClearGoto(const QString& button) {
-  QTimer::singleShot(0, [button] {
-    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-    QVERIFY(dialog);
-    QCOMPARE(dialog->windowTitle(), QStringLiteral("Confirm"));
-    if (button.isEmpty()) dialog->reject();
-    else dialog->findChild<QPushButton*>(button)->click();
-  });
-}
-
 }  // namespace
 
 class TestListWindow : public QObject {
@@ -116,61 +105,45 @@ class TestListWindow : public QObject {
                           rig.field(13)}),
              (QStringList{"Objects - tonight", rig.path, "tonight", altitude(0)}));
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Mizar|0|0"));
-    QVERIFY(w.timerAltitude()->isActive());
     QCOMPARE(w.timerAltitude()->interval(), 60000);
     QCOMPARE(int(w.mapStars().size()), 5044);
-    QVERIFY(!w.firstActivatePending());
-    QCOMPARE(rig.grid()->columnWidth(5), 2300 / 15);
     QVERIFY(!rig.grid()->allowUpdate());
 
     const SkyChart& chart = w.Sky()->chart();
-    auto marker = [&] { return QPointF(chart.MarkerX, chart.MarkerY); };
-    auto expected = [&](size_t i) {
+    auto markedAt = [&](size_t i) {
       const SkyPosition p = rows[i].position;
-      return ProjectSky(w.Sky()->constants(), AltitudeNow(rig.state(), p),
+      return QPointF(chart.MarkerX, chart.MarkerY) ==
+             ProjectSky(w.Sky()->constants(), AltitudeNow(rig.state(), p),
                         AzimuthNow(rig.state(), p));
     };
-    QCOMPARE(marker(), expected(0));
+    QVERIFY(markedAt(0));
     w.cmdPrevious_Click();
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Mizar|1|0"));
     w.cmdNext_Click();
-    QCOMPARE(marker(), expected(1));
+    QVERIFY(markedAt(1));
     QCOMPARE(rig.field(13), altitude(1));
-    // Canopus is below the horizon: the marker stays where it was stored.
-    w.cmdNext_Click();
-    QVERIFY(AltitudeNow(rig.state(), rows[2].position) <= 0);
-    QCOMPARE(marker(), expected(1));
     rig.grid()->setCurrentIndex(rig.grid()->model()->index(3, 5));
-    QCOMPARE(marker(), expected(3));
+    QVERIFY(markedAt(3));
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 4 of 4|Deneb|1|0"));
     w.cmdNext_Click();
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 4 of 4|Deneb|2|0"));
   }
 
-  // From row 1 or 2 of 4, a key and the row it leads to.
-  void keys_data() {
-    QTest::addColumn<int>("start");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("end");
-    const int ctrl = int(Qt::ControlModifier);
-    const struct { const char* name; int start, key, end; } rows[] = {
-        {"end", 1, Qt::Key_End, 3},          {"ctrl end", 1, ctrl | Qt::Key_End, 3},
-        {"home", 2, Qt::Key_Home, 0},        {"up", 2, Qt::Key_Up, 1},
-        {"page up", 2, Qt::Key_PageUp, 1},   {"ctrl up", 2, ctrl | Qt::Key_Up, 0},
-        {"down", 1, Qt::Key_Down, 2},        {"page down", 1, Qt::Key_PageDown, 2},
-        {"ctrl page down", 1, ctrl | Qt::Key_PageDown, 3}};
-    for (const auto& r : rows) QTest::newRow(r.name) << r.start << r.key << r.end;
-  }
+  // A walk of keys, each from where the last left the grid.
   void keys() {
-    QFETCH(int, start);
-    QFETCH(int, key);
-    QFETCH(int, end);
     Rig rig;
-    rig.rs().setAbsolutePosition(start);
-    rig.key(key & ~Qt::KeyboardModifierMask, Qt::KeyboardModifiers(key & Qt::KeyboardModifierMask));
-    QCOMPARE(rig.rs().AbsolutePosition(), end);
-    QCOMPARE(rig.counter(), QStringLiteral(" Object: %1 of 4").arg(end + 1));
-    QCOMPARE(rig.grid()->currentIndex().row(), end);
+    const int ctrl = int(Qt::ControlModifier);
+    const struct { int key, row; } walk[] = {
+        {Qt::Key_Down, 1},         {Qt::Key_End, 3},           {Qt::Key_PageUp, 2},
+        {ctrl | Qt::Key_Up, 0},    {Qt::Key_PageDown, 1},      {ctrl | Qt::Key_PageDown, 3},
+        {Qt::Key_Up, 2},           {Qt::Key_Home, 0}};
+    for (const auto& step : walk) {
+      rig.key(step.key & ~Qt::KeyboardModifierMask,
+              Qt::KeyboardModifiers(step.key & Qt::KeyboardModifierMask));
+      QCOMPARE(rig.rs().AbsolutePosition(), step.row);
+      QCOMPARE(rig.counter(), QStringLiteral(" Object: %1 of 4").arg(step.row + 1));
+      QCOMPARE(rig.grid()->currentIndex().row(), step.row);
+    }
   }
 
   void emptyList() {
@@ -195,9 +168,6 @@ class TestListWindow : public QObject {
     QCOMPARE(rig.counter(), QStringLiteral(" Object: 2 of 4"));
     rig.list->cmdObserved_Click();
     QCOMPARE(rig.column("Observed"), QStringLiteral("<null>, ,<null>,<null>"));
-    QVERIFY(!rig.grid()->allowUpdate());
-    rig.list->cmdObserved_Click();
-    QCOMPARE(rig.column("Observed"), QStringLiteral("<null>,Y,<null>,<null>"));
 
     // A write that fails is reported once and leaves the grid read-only, the row showing what
     // the file holds, and the window free to move on.
@@ -206,14 +176,14 @@ class TestListWindow : public QObject {
                              "BEGIN SELECT RAISE(ABORT, 'attempt to write a readonly database'); END"));
     rig.list->cmdObserved_Click();
     QVERIFY(!rig.grid()->allowUpdate());
-    QCOMPARE(rig.cell(1, 2), QStringLiteral("Y"));
+    QCOMPARE(rig.cell(1, 2), QStringLiteral(" "));
     rig.list->cmdNext_Click();
     rig.list->cmdPrevious_Click();
     rig.list->cmdPrevious_Click();
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Mizar|0|1"));
   }
 
-  // Every row marked; the dialog answered on the second row.
+  // Every row marked; the dialog answered on the second row (by each button, or its close box).
   void clearGoto_data() {
     QTest::addColumn<QString>("button");
     QTest::addColumn<QString>("choice");
@@ -232,42 +202,27 @@ class TestListWindow : public QObject {
     Rig rig(rows);
     rig.state().ClearGotoChoice = QStringLiteral("All");  // left over from an earlier time
     rig.list->cmdNext_Click();
-    answerClearGoto(button);
+    QTimer::singleShot(0, [button] {
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      QCOMPARE(dialog->windowTitle(), QStringLiteral("Confirm"));
+      if (button.isEmpty()) dialog->reject();
+      else dialog->findChild<QPushButton*>(button)->click();
+    });
     rig.list->cmdClearGoto_Click();
     QCOMPARE(rig.state().ClearGotoChoice, choice);
     QCOMPARE(rig.column("Goto"), marks);
     QCOMPARE(rig.counter(), QStringLiteral(" Object: %1 of 4").arg(choice == "All" ? 1 : 2));
   }
 
-  // Head clicks sort the grid, not the file, and go back to its first row.
-  void headerSort_data() {
-    QTest::addColumn<QList<int>>("clicks");
-    QTest::addColumn<QString>("sortKey");
-    QTest::addColumn<QString>("names");
-    const QString dec = QStringLiteral("ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ");
-    QTest::newRow("name twice") << QList<int>{5, 5} << "ORDER BY Name DESC"
-                                << "Mizar,Deneb,Canopus,Albireo";
-    QTest::newRow("dec north first") << QList<int>{13} << dec + "DESC"
-                                     << "Mizar,Deneb,Albireo,Canopus";
-    QTest::newRow("dec minutes then sign") << QList<int>{14, 12} << dec
-                                           << "Canopus,Albireo,Deneb,Mizar";
-    QTest::newRow("number head goes descending") << QList<int>{0} << "ORDER BY DisplayOrder Desc"
-                                                 << "Deneb,Canopus,Albireo,Mizar";
-    QTest::newRow("observed blanks first") << QList<int>{2} << "ORDER BY Observed, DisplayOrder"
-                                           << "Mizar,Canopus,Deneb,Albireo";
-  }
+  // Head clicks sort the grid, not the file, and go back to its first row; the clauses are the
+  // sort test's. The declination one, south first, as the database reads it.
   void headerSort() {
-    QFETCH(QList<int>, clicks);
-    QFETCH(QString, sortKey);
-    QFETCH(QString, names);
-    std::vector<ListRow> rows = stars();
-    for (ListRow& r : rows) r.observed = r.name == "Albireo" ? "Y" : " ";
-    Rig rig(rows);
+    Rig rig;
     rig.list->cmdNext_Click();
-    for (int c : clicks) rig.list->grdDataGrid_HeadClick(c);
-    QCOMPARE(rig.list->sortState().ListSortKey, sortKey);
-    QCOMPARE(rig.names(), names);
-    QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|%1|0|0").arg(names.section(',', 0, 0)));
+    rig.list->grdDataGrid_HeadClick(14);
+    rig.list->grdDataGrid_HeadClick(12);
+    QCOMPARE(rig.names(), QStringLiteral("Canopus,Albireo,Deneb,Mizar"));
+    QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Canopus|0|0"));
     QCOMPARE(rig.grid()->model()->headerData(0, Qt::Horizontal).toString(), QStringLiteral("#"));
     QCOMPARE(rig.column("DisplayOrder"), QStringLiteral("1,2,3,4"));
   }
@@ -301,45 +256,24 @@ class TestListWindow : public QObject {
     QVERIFY(rig.list->timerAltitude()->isActive());
   }
 
-  // Against the telescope simulator on a pseudo-terminal.
-  void gotoMarksRow_data() {
-    QTest::addColumn<QString>("situation");
-    QTest::addColumn<QString>("mark");
-    QTest::newRow("slew") << "slew" << "Y";
-    QTest::newRow("double click") << "double click" << "Y";
-    QTest::newRow("declined") << "declined" << "<null>";
-    QTest::newRow("no such device") << "no device" << "<null>";
-  }
+  // Against the telescope simulator on a pseudo-terminal: a double click slews and marks the
+  // row (the GoTo button runs the same handler). What keeps the mark off is the GoTo flow test's.
   void gotoMarksRow() {
-    QFETCH(QString, situation);
-    QFETCH(QString, mark);
     ScopeSim sim;
     QVERIFY(sim.start(QStringLiteral("GT")));
     Rig rig;
-    ProgramSettings& s = rig.state().settings;
-    s.ScopeType = QStringLiteral("GT");
-    s.CommPort = situation == "no device" ? "/dev/tavorine-no-such-port" : sim.address;
-    s.UseAltLimit = true;
-    s.MinAlt = 0;
-    s.MaxAlt = situation == "declined" ? 10 : 90;
-    if (situation == "declined") rig.env.prompter.answer(Prompter::Answer::No);
-    rig.list->cmdNext_Click();
-    if (situation == "double click") {
-      rig.show();
-      const QRect cell = rig.grid()->visualRect(rig.grid()->model()->index(1, 5));
-      // The view takes a double click as such only after the press that starts it.
-      QTest::mouseClick(rig.grid()->viewport(), Qt::LeftButton, {}, cell.center());
-      QTest::mouseDClick(rig.grid()->viewport(), Qt::LeftButton, {}, cell.center());
-    } else {
-      rig.list->findChild<QPushButton*>(QStringLiteral("cmdGoto"))->click();
-    }
-    QCOMPARE(rig.column("Goto"), QStringLiteral("<null>,%1,<null>,<null>").arg(mark));
-    QCOMPARE(rig.cell(1, 1), mark == "Y" ? mark : QString());
-    QCOMPARE(!sim.received().isEmpty(), mark == "Y");
+    rig.state().settings.ScopeType = QStringLiteral("GT");
+    rig.state().settings.CommPort = sim.address;
+    rig.show();
+    const QRect cell = rig.grid()->visualRect(rig.grid()->model()->index(1, 5));
+    // The view takes a double click as such only after the press that starts it.
+    QTest::mouseClick(rig.grid()->viewport(), Qt::LeftButton, {}, cell.center());
+    QTest::mouseDClick(rig.grid()->viewport(), Qt::LeftButton, {}, cell.center());
+    QVERIFY(!sim.received().isEmpty());
+    QCOMPARE(rig.column("Goto"), QStringLiteral("<null>,Y,<null>,<null>"));
+    QCOMPARE(rig.cell(1, 1), QStringLiteral("Y"));
     QVERIFY(!rig.grid()->allowUpdate());
-    QCOMPARE(rig.env.prompter.entries.isEmpty(), mark == "Y");
-    if (situation == "declined")
-      QCOMPARE(rig.env.prompter.entries.value(0).title, QStringLiteral("Altitude Alert!"));
+    QVERIFY(rig.env.prompter.entries.isEmpty());
   }
 
   // Sizes in twips; the tops of GoTo, the counter, Edit and Close (-1: not moved).
@@ -350,18 +284,10 @@ class TestListWindow : public QObject {
     QTest::addColumn<QSize>("size");
     QTest::addColumn<QString>("result");
     const QSize big(20000, 20000);
-    QTest::newRow("large at size") << false << false << big << QSize(10900, 7400)
-        << "10900x7400 grid 6660x6425 sky -1 tops 6545 6545 6995 -1";
-    QTest::newRow("large grown") << false << false << big << QSize(14000, 9000)
-        << "14000x9000 grid 9760x8025 sky -1 tops 8145 8145 8595 -1";
     QTest::newRow("large too small") << false << false << big << QSize(9000, 5000)
         << "10900x7400 grid 6660x6425 sky -1 tops 6545 6545 6995 -1";
     QTest::newRow("large maximized in small area") << false << true << QSize(10600, 9000)
         << QSize(10600, 9000) << "restore";
-    QTest::newRow("large maximized fits") << false << true << QSize(10700, 7200)
-        << QSize(10700, 7200) << "10700x7200 grid 6460x6225 sky -1 tops 6345 6345 6795 -1";
-    QTest::newRow("compact at size") << true << false << big << QSize(11820, 4935)
-        << "11820x4935 grid 3615x4455 sky 7680 tops 4530 4530 4530 4530";
     QTest::newRow("compact wider") << true << false << big << QSize(13000, 6000)
         << "13000x6000 grid 4795x5520 sky 8860 tops 5595 5595 5595 5595";
     QTest::newRow("compact too narrow") << true << false << big << QSize(11000, 6000)
@@ -418,8 +344,6 @@ class TestListWindow : public QObject {
     QCOMPARE(w.objectName(), QStringLiteral("CurrentListFixed"));
     w.resize(TwipsToPixels(13000, &w), TwipsToPixels(6000, &w));
     QTRY_COMPARE(w.width(), TwipsToPixels(13000, &w));
-    QCOMPARE(w.Sky()->x(), TwipsToPixels(8860, &w));
-    QCOMPARE(w.findChild<QPushButton*>(QStringLiteral("cmdGoto"))->y(), TwipsToPixels(5595, &w));
     QCOMPARE(rig.grid()->size(), QSize(TwipsToPixels(4795, &w), TwipsToPixels(5520, &w)));
     const QRect details = w.findChild<QWidget*>(QStringLiteral("fraDetails"))->geometry();
     QVERIFY(details.left() > rig.grid()->geometry().right());
