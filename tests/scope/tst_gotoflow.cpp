@@ -26,11 +26,13 @@ struct Rig : SimRig {
   bool slewed() { return sim.received().startsWith('R'); }
 };
 
-struct GuardRow {
-  bool useLimits;
+// A Quick GoTo: typed fields ("" for the zenith), limits (min above max for none), panel.
+struct QuickRow {
+  QString typed;
   int minAlt, maxAlt;
-  bool answerYes;
-  QString question;
+  bool answerYes, mainWindow;
+  int timerError;  // raised where the position timers start
+  QStringList texts;
   bool sent;
 };
 
@@ -42,74 +44,48 @@ class TestGotoFlow : public QObject {
   Q_OBJECT
 
  private slots:
-  void initTestCase() {
-    TestEnv env;
-    QCOMPARE(AltitudeNow(*env.state, nearZenith(*env.state)), 90.0);
-  }
-
-  // What Quick GoTo refuses, and what a panel's trap shows when starting the position timers
-  // fails: nothing goes to the telescope.
-  void quickGotoRefused_data() {
-    QTest::addColumn<QString>("typed");  // RA h m s, sign, Dec d m s
-    QTest::addColumn<bool>("mainWindow");
-    QTest::addColumn<int>("timerError");
-    QTest::addColumn<QString>("text");
+  // The checks, the altitude guard at the zenith (its wording is pinned in tst_scopecodec),
+  // and what a panel's trap shows when starting the position timers fails.
+  void quickGoto_data() {
+    QTest::addColumn<QuickRow>("row");
     const QString fine = QStringLiteral("1|0|0|+|0|0|0");
-    QTest::newRow("RA") << "23|59|60|+|0|0|0" << true << 0
-                        << "Please enter a valid Right Ascension";
-    QTest::newRow("5 on the main window")
-        << fine << true << 5 << kScopeTrap + "Invalid procedure call or argument";
-    QTest::newRow("5 on the hand control") << fine << false << 5 << "";
-    QTest::newRow("6 on the hand control") << fine << false << 6 << kScopeTrap + "Overflow";
-  }
-  void quickGotoRefused() {
-    QFETCH(QString, typed);
-    QFETCH(bool, mainWindow);
-    QFETCH(int, timerError);
-    QFETCH(QString, text);
-    Rig rig;
-    QVERIFY(rig.start(false));
-    const QStringList t = typed.split('|');
-    bool timers = false;
-    QVERIFY(!QuickGoto(rig.s, rig.link, {t[0], t[1], t[2], t[3], t[4], t[5], t[6]},
-                       mainWindow ? GotoPanel::MainWindow : GotoPanel::HandControl, [&] {
-                         timers = true;
-                         throw AppError::of(timerError);
-                       }));
-    QCOMPARE(timers, timerError != 0);
-    QCOMPARE(rig.env.prompter.texts(), text.isEmpty() ? QStringList{} : QStringList{text});
-    for (const auto& e : rig.env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
-    QVERIFY(rig.sim.received().isEmpty());
-  }
-
-  // The guard at the zenith (the alert's wording is pinned in tst_scopecodec).
-  void guard_data() {
-    QTest::addColumn<GuardRow>("row");
     const QString above = AltitudeAlertText(90, 89, false), below = AltitudeAlertText(90, 91, true);
-    QTest::newRow("limits off") << GuardRow{false, 91, 95, true, "", true};
-    QTest::newRow("maximum is inclusive") << GuardRow{true, 0, 90, true, "", true};
-    QTest::newRow("minimum is inclusive") << GuardRow{true, 90, 90, true, "", true};
-    QTest::newRow("above, yes") << GuardRow{true, 0, 89, true, above, true};
-    QTest::newRow("below, no") << GuardRow{true, 91, 95, false, below, false};
+    QTest::newRow("RA") << QuickRow{"23|59|60|+|0|0|0", 1, 0, true, true, 0,
+                                    {"Please enter a valid Right Ascension"}, false};
+    QTest::newRow("5 on the main window") << QuickRow{
+        fine, 1, 0, true, true, 5, {kScopeTrap + "Invalid procedure call or argument"}, false};
+    QTest::newRow("5 on the hand control") << QuickRow{fine, 1, 0, true, false, 5, {}, false};
+    QTest::newRow("6 on the hand control")
+        << QuickRow{fine, 1, 0, true, false, 6, {kScopeTrap + "Overflow"}, false};
+    QTest::newRow("limits off") << QuickRow{"", 1, 0, true, true, 0, {}, true};
+    QTest::newRow("maximum is inclusive") << QuickRow{"", 0, 90, true, true, 0, {}, true};
+    QTest::newRow("minimum is inclusive") << QuickRow{"", 90, 90, true, true, 0, {}, true};
+    QTest::newRow("above, yes") << QuickRow{"", 0, 89, true, true, 0, {above}, true};
+    QTest::newRow("below, no") << QuickRow{"", 91, 95, false, true, 0, {below}, false};
   }
-  void guard() {
-    QFETCH(GuardRow, row);
+  void quickGoto() {
+    QFETCH(QuickRow, row);
     Rig rig;
-    QVERIFY(rig.start(row.useLimits));
+    QVERIFY(rig.start(row.minAlt <= row.maxAlt));
     rig.s.settings.MinAlt = static_cast<qint16>(row.minAlt);
     rig.s.settings.MaxAlt = static_cast<qint16>(row.maxAlt);
     rig.env.prompter.answer(row.answerYes ? Prompter::Answer::Yes : Prompter::Answer::No);
-    int timers = 0;
     const SkyPosition p = nearZenith(rig.s);
-    QCOMPARE(QuickGoto(rig.s, rig.link,
-                       {p.raHours, p.raMinutes, "0", p.decSign, p.decDegrees, p.decMinutes, "0"},
-                       GotoPanel::MainWindow, [&] { ++timers; }),
+    const QStringList t = row.typed.isEmpty() ? QStringList{p.raHours, p.raMinutes, "0", p.decSign,
+                                                            p.decDegrees, p.decMinutes, "0"}
+                                              : row.typed.split('|');
+    int timers = 0;
+    QCOMPARE(QuickGoto(rig.s, rig.link, {t[0], t[1], t[2], t[3], t[4], t[5], t[6]},
+                       row.mainWindow ? GotoPanel::MainWindow : GotoPanel::HandControl,
+                       [&] {
+                         ++timers;
+                         if (row.timerError) throw AppError::of(row.timerError);
+                       }),
              row.sent);
-    QCOMPARE(rig.env.prompter.texts(),
-             row.question.isEmpty() ? QStringList{} : QStringList{row.question});
+    QCOMPARE(rig.env.prompter.texts(), row.texts);
     for (const auto& e : rig.env.prompter.entries)
-      QVERIFY(e.question && e.title == QStringLiteral("Altitude Alert!"));
-    QCOMPARE(timers, row.sent ? 1 : 0);
+      QCOMPARE(e.title, e.question ? QStringLiteral("Altitude Alert!") : QStringLiteral("Error"));
+    QCOMPARE(timers, row.sent || row.timerError ? 1 : 0);
     QCOMPARE(rig.slewed(), row.sent);
   }
 
