@@ -12,13 +12,12 @@
 
 namespace {
 
-// A planetarium server on its own thread: records each line it receives and answers it the
-// way it is told.
+// A planetarium server on its own thread: sends `greeting` to each caller, records each line
+// it receives and answers it with `answer`; a null greeting hangs up at once.
 class ChartServer : public QThread {
  public:
-  enum Style { NotListening = -1, Greet, Refuse, Silent, HangUp, News };
-
-  explicit ChartServer(Style style) : style_(style) {}
+  ChartServer(const QByteArray& greeting, const QByteArray& answer)
+      : greeting_(greeting), answer_(answer) {}
   ~ChartServer() override { lines(); }
 
   quint16 listen() {
@@ -41,11 +40,8 @@ class ChartServer : public QThread {
     while (!stop_) {
       if (!server.waitForNewConnection(50)) continue;
       std::unique_ptr<QTcpSocket> s(server.nextPendingConnection());
-      if (style_ == HangUp) continue;
-      if (style_ == Greet) {
-        s->write("OK! id=1 chart=Chart_1\r\n");
-        s->waitForBytesWritten(1000);
-      }
+      if (greeting_.isNull()) continue;
+      s->write(greeting_);
       QByteArray pending;
       while (!stop_ && s->state() == QAbstractSocket::ConnectedState) {
         // What came in while the greeting was being written is already waiting.
@@ -53,9 +49,7 @@ class ChartServer : public QThread {
         pending += s->readAll();
         for (int eol; (eol = pending.indexOf("\r\n")) >= 0; pending.remove(0, eol + 2)) {
           received_ << QString::fromLatin1(pending.left(eol));
-          if (style_ == Silent) continue;
-          if (style_ == News) s->write(">Chart_1 selected object\r\n");
-          s->write(style_ == Refuse ? "Failed!\r\n" : "OK!\r\n");
+          s->write(answer_);
           s->waitForBytesWritten(1000);
         }
       }
@@ -63,7 +57,7 @@ class ChartServer : public QThread {
   }
 
  private:
-  Style style_;
+  QByteArray greeting_, answer_;
   QSemaphore listening_;
   quint16 port_ = 0;
   std::atomic<bool> stop_{false};
@@ -105,36 +99,39 @@ class TestChartLink : public QObject {
   }
 
   void moveChart_data() {
-    QTest::addColumn<int>("style");
-    QTest::addColumn<bool>("result");
+    QTest::addColumn<QByteArray>("greeting");  // null: hangs up; "-": nothing listens
+    QTest::addColumn<QByteArray>("answer");
     QTest::addColumn<QStringList>("received");
     QTest::addColumn<QString>("message");
     const QString cdc = QStringLiteral("Unable to communicate with CDC -");
-    QTest::newRow("greeted first") << int(ChartServer::Greet) << true << kCentring << "";
-    QTest::newRow("news passed over") << int(ChartServer::News) << true << kCentring << "";
+    const QByteArray ok("OK!\r\n");
+    QTest::newRow("greeted first") << QByteArray("OK! id=1 chart=Chart_1\r\n") << ok << kCentring
+                                   << "";
+    QTest::newRow("news passed over") << QByteArray("") << ">Chart_1 selected object\r\n" + ok
+                                      << kCentring << "";
     QTest::newRow("refused")
-        << int(ChartServer::Refuse) << false << kCentring.mid(0, 1)
+        << QByteArray("") << QByteArray("Failed!\r\n") << kCentring.mid(0, 1)
         << cdc + "Foreign application won't perform DDE method or operation - 285";
-    QTest::newRow("no answer") << int(ChartServer::Silent) << false << kCentring.mid(0, 1)
+    QTest::newRow("no answer") << QByteArray("") << QByteArray() << kCentring.mid(0, 1)
                                << cdc + "Timeout while waiting for DDE response - 286";
-    QTest::newRow("hangs up") << int(ChartServer::HangUp) << false << QStringList{}
+    QTest::newRow("hangs up") << QByteArray() << QByteArray() << QStringList{}
                               << cdc + "Foreign application quit - 291";
-    QTest::newRow("nothing listening") << int(ChartServer::NotListening) << false << QStringList{}
+    QTest::newRow("nothing listening") << QByteArray("-") << QByteArray() << QStringList{}
                                        << "Start CDC before using this feature.";
   }
   void moveChart() {
-    QFETCH(int, style);
-    QFETCH(bool, result);
+    QFETCH(QByteArray, greeting);
+    QFETCH(QByteArray, answer);
     QFETCH(QStringList, received);
     QFETCH(QString, message);
-    ChartServer server(static_cast<ChartServer::Style>(style));
+    ChartServer server(greeting, answer);
     TestEnv env;
     ScopeLink link;
-    link.chartPort = style == ChartServer::NotListening ? UnusedPort() : server.listen();
+    link.chartPort = greeting == "-" ? UnusedPort() : server.listen();
     link.chartTimeoutMs = 500;
     QElapsedTimer t;
     t.start();
-    QCOMPARE(MoveChart(*env.state, link, 5, 34.5, "-", 22, 1, 5), result);
+    QCOMPARE(MoveChart(*env.state, link, 5, 34.5, "-", 22, 1, 5), message.isEmpty());
     QVERIFY(t.elapsed() < 3000);
     QCOMPARE(server.lines(), received);
     QCOMPARE(env.prompter.texts(), message.isEmpty() ? QStringList{} : QStringList{message});
