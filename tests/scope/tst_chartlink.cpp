@@ -75,7 +75,7 @@ class TestChartLink : public QObject {
  private slots:
   // The server's commands; the rounding and the carry are the one-line command's too.
   void commands_data() {
-    QTest::addColumn<QList<double>>("position");  // RA h, m, Dec d, m
+    QTest::addColumn<QList<double>>("p");  // RA h, m, Dec d, m
     QTest::addColumn<QString>("sign");
     QTest::addColumn<QString>("sent");  // SETRA|SETDEC
     QTest::newRow("minutes carry") << QList<double>{12, 59.6, 44, 59.5} << "+"
@@ -86,11 +86,9 @@ class TestChartLink : public QObject {
                                << "SETRA RA:0h0m00.00s|SETDEC DEC:-90d0m00s";
   }
   void commands() {
-    QFETCH(QList<double>, position);
+    QFETCH(QList<double>, p);
     QFETCH(QString, sign);
-    QFETCH(QString, sent);
-    const QList<double>& p = position;
-    QCOMPARE(ChartServerCommands(p[0], p[1], sign, p[2], p[3], 5).mid(0, 2).join('|'), sent);
+    QTEST(ChartServerCommands(p[0], p[1], sign, p[2], p[3], 5).mid(0, 2).join('|'), "sent");
   }
 
   void moveCommand() {

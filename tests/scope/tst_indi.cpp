@@ -14,10 +14,7 @@ const QString kDevice = QStringLiteral("Telescope Simulator");
 const QString kCelestron = QStringLiteral("Celestron GPS");
 
 // A state on the INDI route, pointing at a server (running or not).
-struct Rig {
-  TestEnv env;
-  ScopeLink link;
-  AppState& s = *env.state;
+struct Rig : SimRig {
   Rig(quint16 port, const QString& device) {
     s.settings.CommPort = QStringLiteral("INDI");
     s.settings.UseAltLimit = false;
@@ -60,8 +57,6 @@ class TestIndi : public QObject {
   }
   void celestronDriver() {
     QFETCH(QString, version);
-    QFETCH(QByteArray, slew);
-    QFETCH(QByteArray, polling);
     QFETCH(double, tolerance);
     IndiServer& server = version == "1.6" ? many_ : celestron_;
     const QString coord = kCelestron + QStringLiteral(".EQUATORIAL_EOD_COORD.");
@@ -88,6 +83,8 @@ class TestIndi : public QObject {
 
     const QByteArray received = sim.received();
     QVERIFY2(received.startsWith("Kx"), received.left(20).toHex().constData());
+    QFETCH(QByteArray, slew);
+    QFETCH(QByteArray, polling);
     QVERIFY2(received.contains(slew) && received.contains(polling), received.constData());
   }
 
@@ -152,8 +149,8 @@ class TestIndi : public QObject {
 
     QElapsedTimer t;
     t.start();
-    QVERIFY(!ScopeGoto(rig.s, rig.link, 5, 34.5, QStringLiteral("+"), 22, 1));
-    QCOMPARE(Shown(ReadScopePosition(rig.s, rig.link)), QStringLiteral("nothing"));
+    QVERIFY(!rig.slew(5, 34.5, "+", 22, 1));
+    QCOMPARE(rig.read(), QStringLiteral("nothing"));
     QCOMPARE(rig.env.prompter.texts(), QStringList(2, text));
     for (const auto& e : rig.env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
     QVERIFY2(t.elapsed() < 10000, qPrintable(QString::number(t.elapsed())));

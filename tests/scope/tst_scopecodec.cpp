@@ -103,15 +103,6 @@ class TestScopeCodec : public QObject {
   }
 
   void flipSign() { QCOMPARE(FlipDecSign("-") + FlipDecSign("x"), QStringLiteral("++")); }
-
-  void alertText() {
-    const QString text = QStringLiteral(
-        "This object is at an altitude of %1, %2 your %3 altitude limit of %4.\n"
-        "Override and Goto anyway?");
-    QCOMPARE(AltitudeAlertText(12.5, 20, true), text.arg(" 12.5", "below", "minimum", " 20"));
-    QCOMPARE(AltitudeAlertText(-0.5, 0, true), text.arg("-.5", "below", "minimum", " 0"));
-    QCOMPARE(AltitudeAlertText(85, 80, false), text.arg(" 85", "above", "maximum", " 80"));
-  }
 };
 
 QTEST_GUILESS_MAIN(TestScopeCodec)
