@@ -1,9 +1,7 @@
-#include <QSemaphore>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTest>
 #include <QThread>
-#include <atomic>
 
 #include "scope/chartlink.h"
 #include "scope/scopecontrol.h"
@@ -12,56 +10,25 @@
 
 namespace {
 
-// A planetarium server on its own thread: sends `greeting` to each caller, records each line
-// it receives and answers it with `answer`; a null greeting hangs up at once.
-class ChartServer : public QThread {
- public:
-  ChartServer(const QByteArray& greeting, const QByteArray& answer)
-      : greeting_(greeting), answer_(answer) {}
-  ~ChartServer() override { lines(); }
-
-  quint16 listen() {
-    start();
-    listening_.acquire();
-    return port_;
-  }
-  QStringList lines() {
-    stop_ = true;
-    wait(5000);
-    return received_;
-  }
-
- protected:
-  void run() override {
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost);
-    port_ = server.serverPort();
-    listening_.release();
-    while (!stop_) {
-      if (!server.waitForNewConnection(50)) continue;
-      std::unique_ptr<QTcpSocket> s(server.nextPendingConnection());
-      if (greeting_.isNull()) continue;
-      s->write(greeting_);
-      QByteArray pending;
-      while (!stop_ && s->state() == QAbstractSocket::ConnectedState) {
-        // What came in while the greeting was being written is already waiting.
-        if (s->bytesAvailable() == 0 && !s->waitForReadyRead(50)) continue;
-        pending += s->readAll();
-        for (int eol; (eol = pending.indexOf("\r\n")) >= 0; pending.remove(0, eol + 2)) {
-          received_ << QString::fromLatin1(pending.left(eol));
-          s->write(answer_);
-          s->waitForBytesWritten(1000);
+// A planetarium server on the test's thread (the link runs on one of its own): sends
+// `greeting` to each caller, records each line it receives and answers it with `answer`; a
+// null greeting hangs up at once.
+struct ChartServer : QTcpServer {
+  QStringList lines;
+  ChartServer(const QByteArray& greeting, const QByteArray& answer) {
+    listen(QHostAddress::LocalHost);
+    connect(this, &QTcpServer::newConnection, [=] {
+      QTcpSocket* s = nextPendingConnection();
+      if (greeting.isNull()) return s->close();
+      s->write(greeting);
+      connect(s, &QTcpSocket::readyRead, [=] {
+        while (s->canReadLine()) {
+          lines << QString::fromLatin1(s->readLine()).trimmed();
+          s->write(answer);
         }
-      }
-    }
+      });
+    });
   }
-
- private:
-  QByteArray greeting_, answer_;
-  QSemaphore listening_;
-  quint16 port_ = 0;
-  std::atomic<bool> stop_{false};
-  QStringList received_;
 };
 
 const QStringList kCentring{"SETRA RA:5h34m00.00s", "SETDEC DEC:-22d1m00s", "SETFOV FOV:+5d00m00s",
@@ -120,18 +87,20 @@ class TestChartLink : public QObject {
   void moveChart() {
     QFETCH(QByteArray, greeting);
     QFETCH(QByteArray, answer);
-    QFETCH(QStringList, received);
     QFETCH(QString, message);
     ChartServer server(greeting, answer);
     TestEnv env;
     ScopeLink link;
-    link.chartPort = greeting == "-" ? UnusedPort() : server.listen();
+    link.chartPort = greeting == "-" ? UnusedPort() : server.serverPort();
     link.chartTimeoutMs = 500;
-    QElapsedTimer t;
-    t.start();
-    QCOMPARE(MoveChart(*env.state, link, 5, 34.5, "-", 22, 1, 5), message.isEmpty());
-    QVERIFY(t.elapsed() < 3000);
-    QCOMPARE(server.lines(), received);
+    bool result = false;
+    std::unique_ptr<QThread> client(QThread::create(
+        [&] { result = MoveChart(*env.state, link, 5, 34.5, "-", 22, 1, 5); }));
+    client->start();
+    const auto join = qScopeGuard([&] { client->wait(); });
+    QTRY_VERIFY_WITH_TIMEOUT(client->isFinished(), 3000);
+    QCOMPARE(result, message.isEmpty());
+    QTEST(server.lines, "received");
     QCOMPARE(env.prompter.texts(), message.isEmpty() ? QStringList{} : QStringList{message});
     for (const auto& e : env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
   }
