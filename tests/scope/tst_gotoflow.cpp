@@ -101,8 +101,6 @@ class TestGotoFlow : public QObject {
     QTest::newRow("no record") << "empty" << QStringList{};
     QTest::newRow("text in the fields, no limits") << "text" << QStringList{};
     QTest::newRow("blank minutes under the limits") << "blank" << QStringList{};
-    QTest::newRow("relay down: not marked")
-        << "norelay" << QStringList{"Unable to communicate with hcAnywhere"};
     QTest::newRow("commit fails")
         << "readonly" << QStringList{kScopeTrap + "Cannot update. Database or object is read-only."};
     QTest::newRow("error 5 is silent") << "err5" << QStringList{};
@@ -113,7 +111,6 @@ class TestGotoFlow : public QObject {
     QFETCH(QStringList, texts);
     Rig rig;
     QVERIFY(rig.start(situation != "text"));
-    if (situation == "norelay") rig.s.settings.CommPort = QString("HCD 127.0.0.1:%1").arg(UnusedPort());
     const SkyPosition target = nearZenith(rig.s);
     int marks = 0;
     auto row = [&]() -> std::optional<SkyPosition> {

@@ -90,7 +90,6 @@ class TestScopeCodec : public QObject {
     QTest::newRow("90 00 01") << "0|0|0|+|90|0|1" << dec;
     QTest::newRow("dec minutes 60") << "0|0|0|+|10|60|0" << dec;
     QTest::newRow("RA checked first") << "25|0|0|+|95|0|0" << ra;
-    QTest::newRow("letters and blanks read 0") << "x|y||+|q||s" << "";
     QTest::newRow("Dec seconds") << "5|34|30|-|12|30|30" << "";
   }
   void quickGotoCheck() {
