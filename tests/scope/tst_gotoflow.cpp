@@ -58,8 +58,6 @@ class TestGotoFlow : public QObject {
     QTest::newRow("5 on the main window") << QuickRow{
         fine, 1, 0, true, true, 5, {kScopeTrap + "Invalid procedure call or argument"}, false};
     QTest::newRow("5 on the hand control") << QuickRow{fine, 1, 0, true, false, 5, {}, false};
-    QTest::newRow("6 on the hand control")
-        << QuickRow{fine, 1, 0, true, false, 6, {kScopeTrap + "Overflow"}, false};
     QTest::newRow("limits off") << QuickRow{"", 1, 0, true, true, 0, {}, true};
     QTest::newRow("maximum is inclusive") << QuickRow{"", 0, 90, true, true, 0, {}, true};
     QTest::newRow("minimum is inclusive") << QuickRow{"", 90, 90, true, true, 0, {}, true};
