@@ -4,11 +4,9 @@
 
 #include "core/apperror.h"
 #include "scope/gotoflow.h"
-#include "scope/scopecontrol.h"
 #include "scopetest.h"
 #include "support/commalocale.h"
 #include "support/indiserver.h"
-#include "support/testenv.h"
 
 namespace {
 
@@ -16,10 +14,7 @@ const QString kDevice = QStringLiteral("Telescope Simulator");
 const QString kCelestron = QStringLiteral("Celestron GPS");
 
 // A state on the INDI route, pointing at a server (running or not).
-struct Rig {
-  TestEnv env;
-  ScopeLink link;
-  AppState& s = *env.state;
+struct Rig : SimRig {
   Rig(quint16 port, const QString& device) {
     s.settings.CommPort = QStringLiteral("INDI");
     s.settings.UseAltLimit = false;
@@ -32,13 +27,11 @@ struct Rig {
 
 // INDI's own drivers through indiserver: its Celestron driver against our hand control
 // simulator over a pseudo-terminal (what the simulator answers must satisfy a program we did
-// not write), and Tavorine against its telescope simulator. Two servers serve every case: the
-// Celestron driver remembers the hand control's version across reconnects, so each version
-// has a server of its own.
+// not write), and Tavorine against its telescope simulator.
 class TestIndi : public QObject {
   Q_OBJECT
-  IndiServer many_;       // Celestron GPS (hand control 1.6), Telescope and Focuser Simulator
-  IndiServer celestron_;  // Celestron GPS alone (hand control 4.21)
+  IndiServer many_;       // Celestron GPS, Telescope and Focuser Simulator
+  IndiServer celestron_;  // Celestron GPS alone
 
  private slots:
   void initTestCase() {
@@ -48,74 +41,47 @@ class TestIndi : public QObject {
     QVERIFY(celestron_.start({"indi_celestron_gps"}));
   }
 
-  // A hand control below 2.2 gets the 16-bit commands, one from 2.2 on the precise ones. The
-  // target is the worked position RA 05 34.5, Dec +22 01.
-  void celestronDriver_data() {
-    QTest::addColumn<bool>("precise");
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<QByteArray>("slew");     // what the simulator must receive
-    QTest::addColumn<QByteArray>("polling");  // a position read, then a GoTo-in-progress ask
-    QTest::addColumn<double>("tolerance");    // degrees, the command's resolution
-    QTest::newRow("16-bit 1.6") << false << "1.6" << QByteArray("R3B77,0FA8") << QByteArray("EL")
-                                << 360.0 / 65536;
-    QTest::newRow("precise 4.21") << true << "4.21" << QByteArray("r3B777777,0FA80496")
-                                  << QByteArray("eL") << 1e-6;
-  }
+  // A hand control below 2.2 gets the 16-bit commands the program itself sends. The target is
+  // the worked position RA 05 34.5, Dec +22 01.
   void celestronDriver() {
-    QFETCH(bool, precise);
-    QFETCH(QString, version);
-    QFETCH(QByteArray, slew);
-    QFETCH(QByteArray, polling);
-    QFETCH(double, tolerance);
-    IndiServer& server = precise ? celestron_ : many_;
     const QString coord = kCelestron + QStringLiteral(".EQUATORIAL_EOD_COORD.");
-    auto near = [&](const char* element, double value, double scale, double within) {
-      return std::fabs(server.number(coord + element) - value) * scale < within;
+    auto near = [&](const char* element, double value, double scale, double units) {
+      return std::fabs(many_.number(coord + element) - value) * scale < units * 360.0 / 65536;
     };
 
     ScopeSim sim;  // starts at RA 6h, Dec +11.25
     QVERIFY(sim.start("GPS", "normal", false,
-                      {"--hc-version", version, "--slew-seconds", "2", "--ra-units", "16384",
+                      {"--hc-version", "1.6", "--slew-seconds", "2", "--ra-units", "16384",
                        "--dec-units", "2048"}));
-    QVERIFY(server.waitFor('"' + kCelestron + ".CONNECTION.CONNECT\"==0", 10));
-    QVERIFY(server.set(kCelestron + ".DEVICE_AUTO_SEARCH.INDI_ENABLED=Off;INDI_DISABLED=On"));
-    QVERIFY(server.set(kCelestron + ".DEVICE_PORT.PORT=" + sim.address));
-    QVERIFY(server.set(kCelestron + ".CONNECTION.CONNECT=On"));
+    QVERIFY(many_.waitFor('"' + kCelestron + ".CONNECTION.CONNECT\"==0", 10));
+    QVERIFY(many_.set(kCelestron + ".DEVICE_AUTO_SEARCH.INDI_ENABLED=Off;INDI_DISABLED=On"));
+    QVERIFY(many_.set(kCelestron + ".DEVICE_PORT.PORT=" + sim.address));
+    QVERIFY(many_.set(kCelestron + ".CONNECTION.CONNECT=On"));
     // The 16-bit hand control does not know the variant question: the driver waits it out.
-    QVERIFY2(server.waitFor('"' + coord + "DEC\">11", 30), "the driver did not connect");
-    QVERIFY(near("RA", 6.0, 1, tolerance) && near("DEC", 11.25, 1, tolerance));
+    QVERIFY2(many_.waitFor('"' + coord + "DEC\">11", 30), "the driver did not connect");
+    QVERIFY(near("RA", 6.0, 1, 1) && near("DEC", 11.25, 1, 1));
 
-    QVERIFY(server.set(coord + "RA;DEC=5.575;22.0167"));
-    QVERIFY2(server.waitFor('"' + coord + "_STATE\"==2", 10), "no slew began");
-    QVERIFY2(server.waitFor('"' + coord + "_STATE\"==1", 20), "the slew did not end");
-    QVERIFY(near("RA", 5.575, 15, 2 * tolerance) && near("DEC", 22.0167, 1, 2 * tolerance));
+    QVERIFY(many_.set(coord + "RA;DEC=5.575;22.0167"));
+    QVERIFY2(many_.waitFor('"' + coord + "_STATE\"==2", 10), "no slew began");
+    QVERIFY2(many_.waitFor('"' + coord + "_STATE\"==1", 20), "the slew did not end");
+    QVERIFY(near("RA", 5.575, 15, 2) && near("DEC", 22.0167, 1, 2));
 
+    // A slew, then a position read and a GoTo-in-progress ask.
     const QByteArray received = sim.received();
     QVERIFY2(received.startsWith("Kx"), received.left(20).toHex().constData());
-    QVERIFY2(received.contains(slew) && received.contains(polling), received.constData());
+    QVERIFY2(received.contains("R3B77,0FA8") && received.contains("EL"), received.constData());
   }
 
-  // A declined altitude alert reaches nothing; Quick GoTo connects the device, sends the place
-  // of date, and the read-back turns the mount's place back into J2000. INDI's client library
-  // writes and reads numbers with the C library, so this runs with decimal commas.
+  // Quick GoTo connects the device and sends the place of date, and the read-back turns the
+  // mount's place back into J2000. INDI's client library writes and reads numbers with the C
+  // library, so this runs with decimal commas.
   void quickGotoAndReadBack() {
     CommaLocale comma;
     REQUIRE_COMMA_LOCALE(comma);
     Rig rig(many_.port, kDevice);
-    const QuickGotoFields target{"5", "34", "30", "+", "22", "1", "0"};
     const QString prefix = kDevice + QStringLiteral(".");
-
-    rig.s.settings.UseAltLimit = true;
-    rig.s.settings.MinAlt = 90;
-    rig.env.prompter.answer(Prompter::Answer::No);
-    QVERIFY(!QuickGoto(rig.s, rig.link, target, GotoPanel::MainWindow));
-    QCOMPARE(rig.env.prompter.entries.size(), 1);
-    QCOMPARE(rig.env.prompter.entries[0].title, QStringLiteral("Altitude Alert!"));
-    QCOMPARE(many_.get(prefix + "CONNECTION.CONNECT"), QStringLiteral("Off"));
-
-    rig.env.prompter.clear();
-    rig.s.settings.UseAltLimit = false;
-    QVERIFY(QuickGoto(rig.s, rig.link, target, GotoPanel::MainWindow));
+    QVERIFY(QuickGoto(rig.s, rig.link, {"5", "34", "30", "+", "22", "1", "0"},
+                      GotoPanel::MainWindow));
     QCOMPARE(rig.env.prompter.texts(), QStringList{});
     const EquatorialPlace ofDate = J2000ToOfDate({5.575, 22 + 1 / 60.0}, rig.s.now());
     QVERIFY(std::fabs(many_.number(prefix + "TARGET_EOD_COORD.RA") - ofDate.raHours) < 1e-6);
@@ -167,11 +133,9 @@ class TestIndi : public QObject {
 
     QElapsedTimer t;
     t.start();
-    QVERIFY(!ScopeGoto(rig.s, rig.link, 5, 34.5, QStringLiteral("+"), 22, 1));
-    QCOMPARE(rig.env.prompter.texts(), QStringList{text});
-    rig.env.prompter.clear();
-    QCOMPARE(Shown(ReadScopePosition(rig.s, rig.link)), QStringLiteral("nothing"));
-    QCOMPARE(rig.env.prompter.texts(), QStringList{text});
+    QVERIFY(!rig.slew(5, 34.5, "+", 22, 1));
+    QCOMPARE(rig.read(), QStringLiteral("nothing"));
+    QCOMPARE(rig.env.prompter.texts(), QStringList(2, text));
     for (const auto& e : rig.env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
     QVERIFY2(t.elapsed() < 10000, qPrintable(QString::number(t.elapsed())));
 

@@ -12,36 +12,27 @@
 
 namespace {
 
-const QString kZoneMessage = QStringLiteral(
-    "Unable to determine time zone information from Windows.\n"
-    "Please manually enter the offset from UTC in Tools, Setup.");
 const SkyPosition kVega{"18", "36.939", "+", "38", "47.0217"};
 
-struct Site {
-  QString longHemi;
-  int longDeg, longMin;
-  QString latHemi;
-  int latDeg, latMin;
-  void applyTo(AppState& s) const {
-    s.settings.LongHemi = longHemi;
-    s.settings.LongDeg = qint16(longDeg);
-    s.settings.LongMin = qint16(longMin);
-    s.settings.LatHemi = latHemi;
-    s.settings.LatDeg = qint16(latDeg);
-    s.settings.LatMin = qint16(latMin);
-  }
-};
+// Setup's site from "E 127 40 N 26 20".
+void setSite(AppState& s, const QString& site) {
+  const QStringList f = site.split(' ');
+  s.settings.LongHemi = f[0];
+  s.settings.LongDeg = qint16(f[1].toInt());
+  s.settings.LongMin = qint16(f[2].toInt());
+  s.settings.LatHemi = f[3];
+  s.settings.LatDeg = qint16(f[4].toInt());
+  s.settings.LatMin = qint16(f[5].toInt());
+}
 
 struct SiderealRow {
-  Site site;
-  bool systemZone;
-  double zone;
+  QString site;
   QDateTime userDate;
   double lst;
 };
 
 struct AltAzRow {
-  Site site;
+  QString site;
   double hourAngle;
   QString decSign;
   int decDeg, decMin;
@@ -53,6 +44,19 @@ SkyPosition atHourAngle(const AppState& s, double hourAngle, const QString& sign
                         int decMin) {
   const double ra = std::fmod(SiderealDegreesAtUserDate(s) - hourAngle + 720.0, 360.0);
   return {PlainNumber(ra / 15), "0", sign, QString::number(decDeg), QString::number(decMin)};
+}
+
+// One row for each line of an astropy file of tests/sky/data, named by the given columns.
+void addCsvRows(const char* file, int columns, std::initializer_list<int> name) {
+  QTest::addColumn<QStringList>("row");
+  const QList<QStringList> rows = CsvRows(QFINDTESTDATA(QStringLiteral("data/") + file));
+  QVERIFY(!rows.isEmpty());
+  for (const QStringList& row : rows) {
+    QCOMPARE(row.size(), columns);
+    QStringList parts;
+    for (int i : name) parts << row[i];
+    QTest::newRow(qPrintable(parts.join(' '))) << row;
+  }
 }
 
 double arcsecBetween(const EquatorialPlace& a, const EquatorialPlace& b) {
@@ -71,117 +75,85 @@ class TestSkyCalc : public QObject {
     QTest::addColumn<SiderealRow>("row");
     // The fixed clock is 2026-11-21 20:30; 127 40 E is a westward longitude of 232.3333.
     const QDateTime evening(QDate(2026, 11, 21), QTime(20, 30));
-    const Site home{"E", 127, 40, "N", 26, 20};
-    QTest::newRow("default site") << SiderealRow{home, true, 0, evening, 136.01917794574362};
+    const QString home = QStringLiteral("E 127 40 N 26 20");
+    QTest::newRow("default site") << SiderealRow{home, evening, 136.01917794574362};
     QTest::newRow("0 E is a whole turn west, as Greenwich")
-        << SiderealRow{{"E", 0, 0, "N", 26, 20}, true, 0, evening, 8.352511279077675};
-    QTest::newRow("west longitude")
-        << SiderealRow{{"W", 104, 59, "N", 26, 20}, true, 0, evening, 263.3691779457442};
+        << SiderealRow{"E 0 0 N 26 20", evening, 8.352511279077675};
     // x lies 0.2 below a multiple of 360: the rounded value carries the reduction past it.
     QTest::newRow("just below a whole turn")
-        << SiderealRow{{"W", 8, 33, "N", 26, 20}, true, 0, evening, -0.19748872092222314};
-    QTest::newRow("own zone -7.5") << SiderealRow{home, false, -7.5, evening, 248.8271916957423};
-    QTest::newRow("system zone +5.5") << SiderealRow{home, true, 5.5, evening, 53.2933011957428};
+        << SiderealRow{"W 8 33 N 26 20", evening, -0.19748872092222314};
     QTest::newRow("years ago, not normalised")
-        << SiderealRow{home, true, 0, QDateTime(QDate(2000, 1, 1), QTime(20, 30)),
-                       -183.9905460546288};
+        << SiderealRow{home, QDateTime(QDate(2000, 1, 1), QTime(20, 30)), -183.9905460546288};
   }
   void sidereal() {
     QFETCH(SiderealRow, row);
     TestEnv env;
     AppState& s = *env.state;
-    row.site.applyTo(s);
-    s.settings.UseWindowsTimeZone = row.systemZone;
-    if (row.systemZone) env.fixedOffsetHours = row.zone;
-    else s.settings.MyTimeZone = float(row.zone);
+    setSite(s, row.site);
     s.UserDate = row.userDate;
     QVERIFY(std::fabs(SiderealDegreesAtUserDate(s) - row.lst) < 1e-6);
-    // On the present day the other clock gives the same.
-    if (row.userDate.date() == env.fixedNow.date()) {
-      env.fixedNow = row.userDate;
-      QVERIFY(std::fabs(SiderealDegreesNow(s) - row.lst) < 1e-6);
-    }
     QVERIFY(env.prompter.entries.isEmpty());
   }
 
   // The system zone is read each time: a change while the program runs shows at once in every
-  // altitude and azimuth, and an unknown zone gives 0 and the message at each reading. The
-  // user's own zone never reads the system's.
+  // altitude and azimuth (the same as the user's own zone of that size, which never reads the
+  // system's), and an unknown zone gives 0 and the message at each reading.
   void timeZone() {
     const QByteArray saved = qgetenv("TZ");
     const bool had = qEnvironmentVariableIsSet("TZ");
     const auto restore = qScopeGuard([&] { had ? qputenv("TZ", saved) : qunsetenv("TZ"); });
     if (!QTimeZone(QByteArrayLiteral("Asia/Tokyo")).isValid())
       QSKIP("the zone database is not installed");
-    TestEnv env, own;
+    TestEnv env;
     AppState& s = *env.state;
-    s.systemUtcOffsetHours = own.state->systemUtcOffsetHours =
-        AppState(env.prompter).systemUtcOffsetHours;
-    s.settings.MyTimeZone = 3;
-    own.state->settings.UseWindowsTimeZone = false;
-    const struct {
-      const char* tz;
-      double hours;
-    } zones[] = {{"Asia/Kolkata", 5.5}, {"Asia/Tokyo", 9}, {"Nowhere/Atlantis", 0},
-                 {"Pacific/Marquesas", -9.5}};
-    for (const auto& z : zones) {
-      own.state->settings.MyTimeZone = float(z.hours);
-      qputenv("TZ", z.tz);
-      env.prompter.clear();
-      QCOMPARE(GetTimeZoneHours(s), z.hours);
-      QCOMPARE(AltitudeNow(s, kVega), AltitudeNow(*own.state, kVega));
-      QCOMPARE(AzimuthNow(s, kVega), AzimuthNow(*own.state, kVega));
-      QCOMPARE(env.prompter.texts(), z.hours ? QStringList() : QStringList(3, kZoneMessage));
+    s.systemUtcOffsetHours = AppState(env.prompter).systemUtcOffsetHours;
+    const QString message = QStringLiteral(
+        "Unable to determine time zone information from Windows.\n"
+        "Please manually enter the offset from UTC in Tools, Setup.");
+    const QList<QPair<QByteArray, float>> zones{
+        {"Asia/Tokyo", 9}, {"Nowhere/Atlantis", 0}, {"Pacific/Marquesas", -9.5}};
+    for (const auto& [tz, hours] : zones) {
+      qputenv("TZ", tz);
+      s.settings.UseWindowsTimeZone = false;
+      s.settings.MyTimeZone = hours;
+      const double own = AzimuthNow(s, kVega);
+      QVERIFY(env.prompter.entries.isEmpty());
+      s.settings.UseWindowsTimeZone = true;
+      QCOMPARE(GetTimeZoneHours(s), double(hours));
+      QCOMPARE(AzimuthNow(s, kVega), own);
+      QCOMPARE(env.prompter.texts(), hours ? QStringList() : QStringList(2, message));
       for (const auto& e : env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
-      QVERIFY(own.prompter.entries.isEmpty());
+      env.prompter.clear();
     }
   }
 
+  // Exact values to a tenth; the sky's geometry (azimuth from the south through the west, -90
+  // to 270) is checked against astropy in crossCheck.
   void altitudeAzimuth_data() {
     QTest::addColumn<AltAzRow>("row");
-    // Azimuth counts from the south through the west, -90 to 270.
-    const Site n{"E", 151, 12, "N", 26, 20}, s{"E", 151, 12, "S", 33, 52};
-    QTest::newRow("meridian, south of the zenith") << AltAzRow{n, 0, "+", 10, 0, 73.7, 0};
-    QTest::newRow("meridian, north of the zenith") << AltAzRow{n, 0, "+", 60, 0, 56.3, 180};
-    QTest::newRow("below the pole") << AltAzRow{n, 180, "+", 80, 0, 16.3, 180};
-    QTest::newRow("east, below the horizon") << AltAzRow{n, -90, "-", 10, 0, -4.4, -81};
-    QTest::newRow("northeast is past 180, not negative") << AltAzRow{n, -90, "+", 40, 0, 16.6, 233.1};
-    QTest::newRow("northwest") << AltAzRow{n, 90, "+", 40, 0, 16.6, 126.9};
-    QTest::newRow("south site, south of the zenith") << AltAzRow{s, 0, "-", 60, 0, 63.9, 0};
-    QTest::newRow("south site, north of the zenith") << AltAzRow{s, 0, "+", 10, 0, 46.1, 180};
-    QTest::newRow("south site, east") << AltAzRow{s, -90, "-", 10, 0, 5.6, -81.7};
-    // A "-" sign takes the degrees' size: -10 with "-" is 10 south.
+    const QString n = QStringLiteral("E 151 12 N 26 20");
+    // A "-" sign takes the degrees' size: -10 with "-" is 10 south, below the horizon.
     QTest::newRow("south sign, degrees -10") << AltAzRow{n, -90, "-", -10, 0, -4.4, -81};
     // At the pole the altitude is the declination, and a raw half tenth rounds to even.
-    const Site pole{"W", 0, 0, "N", 90, 0};
+    const QString pole = QStringLiteral("W 0 0 N 90 0");
     QTest::newRow("pole, 1.25") << AltAzRow{pole, 90, "+", 1, 15, 1.2, qQNaN()};
-    QTest::newRow("pole, 12.65") << AltAzRow{pole, 90, "+", 12, 39, 12.6, qQNaN()};
     QTest::newRow("pole, -1.45") << AltAzRow{pole, 90, "-", 1, 27, -1.4, qQNaN()};
-    QTest::newRow("pole, -26.65") << AltAzRow{pole, 90, "-", 26, 39, -26.6, qQNaN()};
   }
   void altitudeAzimuth() {
     QFETCH(AltAzRow, row);
     TestEnv env;
     AppState& s = *env.state;
-    row.site.applyTo(s);
+    setSite(s, row.site);
     s.UserDate = env.fixedNow.addDays(3).addSecs(-5 * 3600);
     const SkyPosition p = atHourAngle(s, row.hourAngle, row.decSign, row.decDeg, row.decMin);
-    env.fixedNow = s.UserDate;
     QCOMPARE(AltitudeAtUserDate(s, p), row.altitude);
-    QCOMPARE(AltitudeNow(s, p), row.altitude);
-    if (!qIsNaN(row.azimuth)) {
-      QCOMPARE(AzimuthAtUserDate(s, p), row.azimuth);
-      QCOMPARE(AzimuthNow(s, p), row.azimuth);
-    }
-    QVERIFY(env.prompter.entries.isEmpty());
+    if (!qIsNaN(row.azimuth)) QCOMPARE(AzimuthAtUserDate(s, p), row.azimuth);
   }
 
   void badCoordinates_data() {
     QTest::addColumn<int>("field");
     QTest::addColumn<QString>("text");
-    QTest::newRow("hours not a number") << 0 << "abc";
     QTest::newRow("minutes empty") << 1 << "";
-    QTest::newRow("degrees with trailing text") << 3 << "12x";
     QTest::newRow("minutes with a comma") << 4 << "1,5";
   }
   void badCoordinates() {
@@ -207,11 +179,8 @@ class TestSkyCalc : public QObject {
     QTest::addColumn<SkyPosition>("first");
     QTest::addColumn<SkyPosition>("second");
     QTest::addColumn<double>("degrees");
-    const SkyPosition polaris{"2", "31.8182", "+", "89", "15.8467"};
-    const SkyPosition canopus{"6", "23.9518", "-", "52", "41.74"};
     QTest::newRow("Vega - Altair") << kVega << SkyPosition{"19", "50.7833", "+", "8", "52.1"}
                                    << 34.19517082898249;
-    QTest::newRow("Polaris - Canopus") << polaris << canopus << 142.3016524737401;
     QTest::newRow("the same star") << kVega << kVega << 0.0;
     QTest::newRow("opposite points") << SkyPosition{"0", "0", "+", "10", "0"}
                                      << SkyPosition{"12", "0", "-", "10", "0"} << 180.0;
@@ -240,20 +209,12 @@ class TestSkyCalc : public QObject {
   // precession, so stars drift up to 0.4 degree from their catalog places; the azimuth is
   // measured along the sky (its difference times the cosine of the altitude) and skipped near
   // the zenith and the nadir, where it turns fast.
-  void crossCheck_data() {
-    QTest::addColumn<QStringList>("row");
-    const QList<QStringList> rows = CsvRows(QFINDTESTDATA("data/crosscheck.csv"));
-    QVERIFY(!rows.isEmpty());
-    for (const QStringList& row : rows) {
-      QCOMPARE(row.size(), 18);
-      QTest::newRow(qPrintable(row[0] + ' ' + row[7] + ' ' + row[10])) << row;
-    }
-  }
+  void crossCheck_data() { addCsvRows("crosscheck.csv", 18, {0, 7, 10}); }
   void crossCheck() {
     QFETCH(QStringList, row);
     TestEnv env;
     AppState& s = *env.state;
-    Site{row[1], row[2].toInt(), row[3].toInt(), row[4], row[5].toInt(), row[6].toInt()}.applyTo(s);
+    setSite(s, row.mid(1, 6).join(' '));
     const QDateTime moment(QDate::fromString(row[7], Qt::ISODate),
                            QTime::fromString(row[8], QStringLiteral("hh:mm")));
     QVERIFY(moment.isValid());
@@ -278,15 +239,7 @@ class TestSkyCalc : public QObject {
   }
 
   // Bright stars at moments from 2000 to 2049 (tools/ofdate_crosscheck.py, astropy's TETE).
-  void ofDate_data() {
-    QTest::addColumn<QStringList>("row");
-    const QList<QStringList> rows = CsvRows(QFINDTESTDATA("data/ofdate.csv"));
-    QVERIFY(!rows.isEmpty());
-    for (const QStringList& row : rows) {
-      QCOMPARE(row.size(), 6);
-      QTest::newRow(qPrintable(row[0] + ' ' + row[1])) << row;
-    }
-  }
+  void ofDate_data() { addCsvRows("ofdate.csv", 6, {0, 1}); }
   void ofDate() {
     QFETCH(QStringList, row);
     QDateTime utc = QDateTime::fromString(row[0], Qt::ISODate);

@@ -44,85 +44,43 @@ struct Dialog {
 class TestUserDateDialog : public QObject {
   Q_OBJECT
  private slots:
-  // The hour and minute fields read by their leading numbers, on any date; what is not a time
-  // of day is refused.
+  // The hour and minute fields read by their leading numbers (tst_numtext has the reading), on
+  // any date; what is not a time of day is refused.
   void fromFields_data() {
     QTest::addColumn<QString>("hour");
     QTest::addColumn<QString>("minute");
     QTest::addColumn<QTime>("time");  // invalid: refused
-    QTest::newRow("plain") << "3" << "07" << QTime(3, 7);
-    QTest::newRow("minute without its zero") << "22" << "5" << QTime(22, 5);
     QTest::newRow("last minute of the day") << "23" << "59" << QTime(23, 59);
-    QTest::newRow("blanks are skipped") << " 9 " << " 3 0" << QTime(9, 30);
     QTest::newRow("leading number only") << "7pm" << "15min" << QTime(7, 15);
-    QTest::newRow("empty fields are midnight") << "" << "" << QTime(0, 0);
     QTest::newRow("fractions round in the two-digit form") << "7.6" << "29.5" << QTime(8, 30);
     QTest::newRow("hour 24") << "24" << "0" << QTime();
     QTest::newRow("minute 60") << "12" << "60" << QTime();
     QTest::newRow("negative hour") << "-1" << "0" << QTime();
-    QTest::newRow("three-digit hour") << "100" << "0" << QTime();
   }
   void fromFields() {
     QFETCH(QString, hour);
     QFETCH(QString, minute);
     QFETCH(QTime, time);
-    for (const QDate date : {QDate(2026, 11, 21), QDate(2027, 2, 28), QDate(2025, 1, 1)}) {
-      try {
-        QCOMPARE(UserDateFromFields(date, hour, minute), QDateTime(date, time));
-        QVERIFY(time.isValid());
-      } catch (const AppError& e) {
-        QVERIFY(!time.isValid());
-        QCOMPARE(e.text(), QStringLiteral("Type mismatch - 13"));
-      }
+    const QDate date(2027, 2, 28);  // a day that cannot be a month
+    try {
+      QCOMPARE(UserDateFromFields(date, hour, minute), QDateTime(date, time));
+      QVERIFY(time.isValid());
+    } catch (const AppError& e) {
+      QVERIFY(!time.isValid());
+      QCOMPARE(e.text(), QStringLiteral("Type mismatch - 13"));
     }
   }
 
-  void fieldsOf_data() {
-    QTest::addColumn<QDateTime>("userDate");
-    QTest::addColumn<QString>("hour");
-    QTest::addColumn<QString>("minute");
-    QTest::newRow("small hours with seconds") << kSmallHours << "3" << "07";
-    QTest::newRow("start value") << QDateTime(QDate(2026, 11, 21), QTime(22, 0)) << "22" << "00";
-    QTest::newRow("midnight") << QDateTime(QDate(2026, 12, 31), QTime(0, 5)) << "0" << "05";
-  }
-  void fieldsOf() {
-    QFETCH(QDateTime, userDate);
-    QFETCH(QString, hour);
-    QFETCH(QString, minute);
-    const UserDateFields f = UserDateFieldsOf(userDate);
-    QCOMPARE(QStringList({f.date.toString(Qt::ISODate), f.hour, f.minute}),
-             QStringList({userDate.date().toString(Qt::ISODate), hour, minute}));
-    // Back through the fields, only the seconds are lost.
-    const QTime t = userDate.time();
-    QCOMPARE(UserDateFromFields(f.date, f.hour, f.minute),
-             QDateTime(userDate.date(), QTime(t.hour(), t.minute())));
-  }
-
-  void step_data() {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("steps");
-    QTest::addColumn<int>("maximum");
-    QTest::addColumn<QString>("mask");
-    QTest::addColumn<QString>("result");
-    QTest::newRow("hour up") << "7" << 1 << 23 << "0" << "8";
-    QTest::newRow("hour stops at 23") << "23" << 1 << 23 << "0" << "23";
-    QTest::newRow("typed past the top comes back in") << "25" << -1 << 23 << "0" << "23";
-    QTest::newRow("minute keeps two digits") << "09" << 1 << 59 << "00" << "10";
-    QTest::newRow("minute stops at 00") << "03" << -10 << 59 << "00" << "00";
-    QTest::newRow("text counts as 0") << "abc" << 1 << 23 << "0" << "1";
-  }
+  // The arrows stop at the ends and count text as 0 (the dialog below steps up and down).
   void step() {
-    QFETCH(QString, text);
-    QFETCH(int, steps);
-    QFETCH(int, maximum);
-    QFETCH(QString, mask);
-    QFETCH(QString, result);
-    QCOMPARE(StepNumberText(text, steps, maximum, mask), result);
+    QCOMPARE(StepNumberText("03", -10, 59, "00"), QStringLiteral("00"));
+    QCOMPARE(StepNumberText("abc", 1, 23, "0"), QStringLiteral("1"));
   }
 
-  // It opens on the observing date. Cancel changes nothing, and opened again the dialog shows
-  // UserDate, not what was left in it; a time that is not one keeps it open with the message;
-  // put right with the arrows, OK takes the picked date and the fields, without seconds.
+  // It opens on the observing date, the hour without a leading zero. Cancel changes nothing,
+  // and opened again the dialog shows UserDate, not what was left in it; a time that is not one
+  // keeps it open with the message; put right with the arrows (a typed 25 steps down to 23), OK
+  // takes the picked date and the fields, without seconds.
   void cancelErrorThenOk() {
     Dialog d;
     QVERIFY(d.date && d.hour && d.minute && d.ok && d.cancel);
@@ -136,13 +94,11 @@ class TestUserDateDialog : public QObject {
     QTest::mouseClick(d.cancel, Qt::LeftButton);
     QCOMPARE(d.env.state->UserDate, kSmallHours);
     QCOMPARE(d.dlg->result(), int(QDialog::Rejected));
-    QVERIFY(!d.dlg->isVisible());
     d.dlg->show();
     QCOMPARE(shown(), QStringLiteral("2026-11-21 3:07"));
 
     d.date->setSelectedDate(QDate(2026, 12, 24));
     d.type(d.hour, QStringLiteral("25"));
-    QCOMPARE(d.hour->text(), QStringLiteral("25"));
     QTest::mouseClick(d.ok, Qt::LeftButton);
     QCOMPARE(d.env.prompter.texts(), QStringList{"Type mismatch - 13"});
     QCOMPARE(d.env.prompter.entries[0].title, QStringLiteral("Tavorine"));
@@ -155,7 +111,6 @@ class TestUserDateDialog : public QObject {
     QTest::mouseClick(d.ok, Qt::LeftButton);
     QCOMPARE(d.env.state->UserDate, QDateTime(QDate(2026, 12, 24), QTime(23, 8)));
     QCOMPARE(d.dlg->result(), int(QDialog::Accepted));
-    QVERIFY(!d.dlg->isVisible());
     QCOMPARE(d.env.prompter.entries.size(), 1);
   }
 
