@@ -8,7 +8,6 @@
 
 #include "catalog/catalogpages.h"
 #include "catalog/filterlogic.h"
-#include "core/apperror.h"
 #include "core/numtext.h"
 #include "core/settings.h"
 #include "fuzzsupport.h"
@@ -27,7 +26,9 @@ QString field(const Recordset& rs, int row, const char* name) {
   return FieldText(rs.rowValue(row, rs.fieldIndex(QLatin1String(name))));
 }
 
-bool sameText(const QString& a, const char* b) { return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0; }
+bool sameText(const QString& a, const char* b) {
+  return a.compare(QLatin1String(b), Qt::CaseInsensitive) == 0;
+}
 
 bool selected(int set, const FilterForm& f, const Recordset& rs, int row) {
   const QString mag = field(rs, row, "Magnitude");
@@ -92,11 +93,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const QString source = PageRecordSource(state, set);
   q.Where = where;
   std::unique_ptr<Recordset> rs;
-  try {
-    rs = std::make_unique<Recordset>(setup.db[set], source);
-  } catch (const AppError& e) {
-    Require(false, "the filter's query runs", source + QLatin1Char('\n') + e.text());
-  }
+  RequireNoError("the filter's query runs",
+                 [&] { rs = std::make_unique<Recordset>(setup.db[set], source); }, source);
   const Recordset& all = *setup.rs[set];
   int expected = 0;
   for (int row = 0; row < all.RecordCount(); ++row) expected += selected(set, f, all, row);
