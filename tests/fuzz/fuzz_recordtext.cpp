@@ -46,13 +46,9 @@ void roundTrip(FuzzedDataProvider& in) {
   RecordReader r(w.bytes());
   const QString detail = Shown(w.bytes());
   RequireNoError("a record the program wrote reads back without an error", [&] {
-    Require(r.text() == a, "a text reads back unchanged", detail);
-    Require(r.int16() == i16, "a 16-bit integer reads back unchanged", detail);
-    Require(r.int32() == i32, "a 32-bit integer reads back unchanged", detail);
-    Require(r.single() == f, "a float reads back unchanged", detail);
-    Require(r.boolean() == t, "a truth value reads back unchanged", detail);
-    Require(r.text() == b, "a second text reads back unchanged", detail);
-    Require(r.atEnd(), "nothing is left after the record", detail);
+    Require(r.text() == a && r.int16() == i16 && r.int32() == i32 && r.single() == f &&
+                r.boolean() == t && r.text() == b && r.atEnd(),
+            "a record the program wrote reads back unchanged, to its end", detail);
   }, detail);
 }
 
