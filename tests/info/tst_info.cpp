@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include <QAbstractButton>
 #include <QLabel>
 #include <QPainter>
 #include <QPlainTextEdit>
@@ -54,6 +55,9 @@ class TestInfo : public QObject {
     QVERIFY(lines.contains(QStringLiteral("Version " TAVORINE_VERSION)));
     QCOMPARE(lines.contains(QStringLiteral("Catalog database:")), !rows.isEmpty());
     for (const QString& row : rows) QVERIFY(lines.contains(QStringLiteral("  ") + row));
+    about.show();
+    QTest::mouseClick(about.findChild<QAbstractButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
+    QVERIFY(!about.isVisible());
   }
 
   // The licence and the help page, and what each window says when its file is missing.
