@@ -1,11 +1,7 @@
 // The CSV and tour import readers, and the exports they read back.
-// - Whatever the bytes of a file, a reader ends with objects or a malformed file, never a crash;
-//   every object holds four finite position numbers; a malformed file gives nothing to store.
-// - A row the general CSV export writes, any texts in the code page and any position, reads
-//   back through the CSV import with the same texts (trimmed where the export trims, an empty
-//   one as a single blank, a number in its printed form) and the same position.
-// - A row the tour export writes reads back through the tour import as one object, at the
-//   position written to a tenth of a second (a sign lost under one degree south aside).
+// - Whatever the bytes, a reader ends with objects of finite positions or a malformed file.
+// - A row the general CSV export writes, any code-page texts and position, reads back through
+//   the CSV import as written; a tour row reads back to a tenth of a second.
 #include <algorithm>
 #include <cmath>
 

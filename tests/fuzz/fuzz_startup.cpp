@@ -1,10 +1,6 @@
-// Start-up over whatever the three small files hold.
-// - It always completes: every bad field ends in the start-up's own trap.
-// - What it leaves in memory is what the next start reads: Filter.ini reads back without an
-//   error as the filter in force, and the settings record written from memory reads back
-//   unchanged.
-// - A list entered in the recent list comes back at the next start with its title and path
-//   unchanged, whatever they hold.
+// Start-up over whatever the three small files hold: it always completes; what it leaves in
+// memory is what the next start reads (Filter.ini, the settings record); a list entered in the
+// recent list comes back at the next start with its title and path unchanged.
 #include <QFile>
 
 #include "core/recordfile.h"
