@@ -8,19 +8,16 @@
 #include "exchange/exchangeobject.h"
 #include "support/listdocument.h"
 
-// The Objects table's columns in the order of the exchange files, DisplayOrder first for it.
-inline QString ExchangeFields(bool order) {
-  QStringList columns;
-  if (order) columns << QStringLiteral("DisplayOrder");
-  for (const ExchangeColumnInfo& c : ExchangeColumns()) columns << c.field;
-  return columns.join(QLatin1Char(','));
-}
-
 // Adds the objects to a list document's Objects with DisplayOrder 1, 2, 3...
 inline void InsertExchangeRows(Database& db, const std::vector<ImportedObject>& objects) {
+  QStringList columns{QStringLiteral("DisplayOrder")}, marks{QStringLiteral("?1")};
+  for (const ExchangeColumnInfo& c : ExchangeColumns()) {
+    columns << c.field;
+    marks << QStringLiteral("?%1").arg(marks.size() + 1);
+  }
   Database::Transaction batch(db);
-  Statement st = db.prepare(QStringLiteral("INSERT INTO Objects (%1) VALUES (?1,?2,?3,?4,?5,?6,"
-                                           "?7,?8,?9,?10,?11,?12,?13)").arg(ExchangeFields(true)));
+  Statement st = db.prepare(QStringLiteral("INSERT INTO Objects (%1) VALUES (%2)")
+                                .arg(columns.join(QLatin1Char(',')), marks.join(QLatin1Char(','))));
   int order = 0;
   for (const ImportedObject& o : objects) {
     st.bind(1, ++order);
@@ -37,22 +34,6 @@ inline void MakeExchangeList(const AppState& state, const QString& path,
   MakeListDocument(state, path, {});
   Database db(path, Database::Mode::ReadWrite);
   InsertExchangeRows(db, objects);
-}
-
-// Every row of a table as "DisplayOrder|Category|ObjectNum|..." in its stored order, Null as
-// "<null>" (no DisplayOrder for UserObjects).
-inline QStringList TableRows(const QString& path, const QString& table = QStringLiteral("Objects")) {
-  Database db(path, Database::Mode::ReadOnly);
-  Statement st = db.prepare(QStringLiteral("SELECT %1 FROM %2 ORDER BY rowid")
-                                .arg(ExchangeFields(table == QLatin1String("Objects")), table));
-  QStringList out;
-  while (st.step()) {
-    QStringList row;
-    for (int i = 0; i < st.columnCount(); ++i)
-      row << (st.isNull(i) ? QStringLiteral("<null>") : st.value(i).toString());
-    out << row.join(QLatin1Char('|'));
-  }
-  return out;
 }
 
 // A small list with an object of every catalog and the awkward values: Nulls, a comma, a

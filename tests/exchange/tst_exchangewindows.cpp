@@ -17,38 +17,13 @@
 
 namespace {
 
-// The main window with one list window, of either form, on the list "Deep".
-struct Rig {
-  TestEnv env;
-  std::unique_ptr<TavorineListMain> main;
-  QString path = env.path(QStringLiteral("lists/Deep.tlf"));
-
-  explicit Rig(bool compact) {
-    ProgramSettings s;
-    s.FirstRun = 0;
-    s.DataDir = env.path(QStringLiteral("lists/"));
-    env.writeFile(QStringLiteral("config/TavorineList.ini"), SettingsRecord(s, true));
-    QDir().mkpath(env.path(QStringLiteral("lists")));
-    MakeExchangeList(*env.state, path, AwkwardObjects());
-    main = std::make_unique<TavorineListMain>(*env.state);
-    main->start();
-    main->chooseListFile = [this](bool, const QString&, const QString&) { return path; };
-    main->screenHeightTwips = [compact] { return compact ? 8000 : 15000; };
-    main->findChild<QAction*>(QStringLiteral("mnuOpen"))->trigger();
-  }
-  CurrentList* list() const {
-    return qobject_cast<CurrentList*>(main->mdiArea()->currentSubWindow()->widget());
-  }
-};
-
 // Presses OK (or Import) in each modal window as it comes up and notes the windows' names;
 // a tour's worker is noted with the text it shows.
 class ModalClicker : public QObject {
  public:
   ModalClicker() {
-    timer_.setInterval(5);
     connect(&timer_, &QTimer::timeout, this, [this] { poll(); });
-    timer_.start();
+    timer_.start(5);
   }
   QStringList seen;
 
@@ -60,9 +35,8 @@ class ModalClicker : public QObject {
       auto* b = w->findChild<QPushButton*>(QString::fromLatin1(name));
       if (!b || !b->isVisible() || b == pending_) continue;
       QString note = w->objectName();
-      if (auto* text = w->findChild<QPlainTextEdit*>(QStringLiteral("Text1"));
-          text && note.endsWith(QLatin1String("Wait")))
-        note += QLatin1Char(':') + text->toPlainText();
+      if (note.endsWith(QLatin1String("Wait")))
+        note += QLatin1Char(':') + w->findChild<QPlainTextEdit*>()->toPlainText();
       seen << note;
       // The click runs the window's own loops, so it must not run inside this timer's slot.
       pending_ = b;
@@ -74,101 +48,102 @@ class ModalClicker : public QObject {
   QPointer<QPushButton> pending_;
 };
 
+// The main window with a list window on the list "Deep" of eight objects.
+struct Rig {
+  TestEnv env;
+  std::unique_ptr<TavorineListMain> main;
+  QString lists = env.path(QStringLiteral("lists/"));
+
+  Rig() {
+    ProgramSettings s;
+    s.FirstRun = 0;
+    s.DataDir = lists;
+    env.writeFile(QStringLiteral("config/TavorineList.ini"), SettingsRecord(s, true));
+    QDir().mkpath(lists);
+    MakeExchangeList(*env.state, lists + QStringLiteral("Deep.tlf"), AwkwardObjects());
+    main = std::make_unique<TavorineListMain>(*env.state);
+    main->start();
+    main->chooseListFile = [this](bool, const QString&, const QString&) {
+      return lists + QStringLiteral("Deep.tlf");
+    };
+    main->findChild<QAction*>(QStringLiteral("mnuOpen"))->trigger();
+  }
+  CurrentList* list() const {
+    return qobject_cast<CurrentList*>(main->mdiArea()->currentSubWindow()->widget());
+  }
+  // Triggers a menu entry, the import's file dialog picking a file of these bytes (none when
+  // empty). Returns the modal windows it went through, then its messages, then what it failed
+  // to put back.
+  QStringList run(const char* entry, const QByteArray& importFile = {}) {
+    env.writeFile(QStringLiteral("import.txt"), importFile);
+    const QString picked = importFile.isEmpty() ? QString() : env.path(QStringLiteral("import.txt"));
+    main->exchange().chooseFile = [&](const QString&, const QString&, const QString&) {
+      return picked;
+    };
+    env.prompter.clear();
+    ModalClicker clicker;
+    main->findChild<QAction*>(QLatin1String(entry))->trigger();
+    QStringList seen = clicker.seen + env.prompter.texts();
+    if (!list()->timerAltitude()->isActive()) seen << QStringLiteral("altitude timer stopped");
+    if (QApplication::overrideCursor()) seen << QStringLiteral("busy pointer left");
+    return seen;
+  }
+  int rows() const { return list()->datPrimary()->RecordCount(); }
+};
+
+const QByteArray csvRow = "\"M\",\"1\",\"\",\"\",\"\",\"\",1,2,\"+\",3,4,\"\"\r\n";
+const QString done = QStringLiteral("Import to current list is complete.");
+
 }  // namespace
 
 class TestExchangeWindows : public QObject {
   Q_OBJECT
  private slots:
-  void menuEntries_data() {
-    QTest::addColumn<QString>("entry");
-    QTest::addColumn<QByteArray>("importFile");     // what the import's file dialog picks
-    QTest::addColumn<QString>("windowsDrive");      // a folder made as the Wine drive C:
-    QTest::addColumn<QStringList>("windows");       // the modal windows, in order
-    QTest::addColumn<QStringList>("messages");
-    QTest::addColumn<QString>("outFile");           // written, relative to the temporary folder
-    QTest::addColumn<QByteArray>("outStart");
-    QTest::addColumn<int>("listRows");
-
-    auto row = [](const QByteArray& tag, const char* entry, const QByteArray& importFile,
-                  const QStringList& windows, const QStringList& messages,
-                  const QString& outFile = {}, const QByteArray& outStart = {}, int listRows = 8,
-                  const QString& windowsDrive = {}) {
-      QTest::newRow(tag) << QString::fromLatin1(entry) << importFile << windowsDrive << windows
-                         << messages << outFile << outStart << listRows;
-    };
+  // Each Export and Import entry in turn on one list: the windows it walks through, what it
+  // says, and the file it writes (its first bytes tell the format).
+  void menuEntries() {
+    Rig rig;
     const QString beside = QStringLiteral(
         "hcTourWait:The file 'Deep.hct' has been placed in the folder '%1'.  You must move the hct "
         "file to the Tour directory then you can select it as a Tour in NexRemote/hcAnywhere.  "
         "Refer to the instuctions of this program and NexRemote/hcAnywhere for further details.");
-    const QByteArray csvRow = "\"M\",\"1\",\"\",\"\",\"\",\"\",1,2,\"+\",3,4,\"\"\r\n";
-    const QString done = QStringLiteral("Import to current list is complete.");
-    for (const QByteArray form : {"", "compact "}) {
-      row(form + "tour export", "mnuExporthcTour", {}, {"hcTourExport", beside}, {},
-          "lists/Deep.hct", "00:42:44.4#+41:16:00#NGC 224#");
-      row(form + "palm export", "mnuExportPlanetarium", {}, {"PalmExport", "ExportComplete"}, {},
-          "lists/Deep.txt", "\"Deep.txt\r\nNGC 224,");
-      row(form + "csv export", "mnuExportCSV", {}, {"CSVExport", "ExportComplete"}, {},
-          "lists/Deep.csv", "\"Category\",");
-      row(form + "brillet export", "mnuExportBRLT", {}, {"BRLTExport", "ExportComplete"}, {},
-          "lists/Deep.csv", "\"BRLT\",\"8\",");
-      row(form + "csv import", "mnuImportCurrent", csvRow, {"frmImportCurrent"}, {done}, {}, {}, 9);
-      row(form + "tour import", "mnuImporthcTour",
-          "00:42:44.4#+41:16:00#NGC 224#d####34####4#######\r\n", {}, {done}, {}, {}, 9);
-    }
-    row("tour into NexRemote's folder", "mnuExporthcTour", {},
-        {"hcTourExport",
-         "hcTourWait:The file 'Deep.hct' has been placed in the NexRemote Tour folder.  You can "
-         "now select it as a Tour in NexRemote.  Refer to the instuctions of NexRemote for "
-         "further details."},
-        {}, "c/Program Files (x86)/Celestron/NexRemote/Tours/Deep.hct", "00:42:44.4#", 8,
-        "Program Files (x86)/Celestron/NexRemote/Tours");
-    row("export that cannot be written", "mnuExportCSV", {}, {"CSVExport"},
-        {"Path/File access error: %1Deep.csv (Filename refers to a directory) - 75"});
-    row("malformed csv leaves the list alone", "mnuImportCurrent", csvRow + "\"extra\"\r\n",
-        {"frmImportCurrent"}, {IncorrectFileFormatText()});
-    row("cancelled file dialog", "mnuImportCurrent", {}, {}, {});
-    row("csv into the user's objects", "mnuImportUser", csvRow + csvRow, {"frmImportUserList"},
-        {"Import to User Supplied List is complete."});
-  }
-  void menuEntries() {
-    QFETCH(QString, entry);
-    QFETCH(QByteArray, importFile);
-    QFETCH(QString, windowsDrive);
-    QFETCH(QStringList, windows);
-    QFETCH(QStringList, messages);
-    QFETCH(QString, outFile);
-    QFETCH(QByteArray, outStart);
-    QFETCH(int, listRows);
-    const bool compact = QByteArray(QTest::currentDataTag()).startsWith("compact");
-    Rig rig(compact);
-    QCOMPARE(rig.list()->objectName(), compact ? "CurrentListFixed" : "CurrentList");
-    if (!windowsDrive.isEmpty()) {
-      rig.env.state->windowsDriveC = rig.env.path(QStringLiteral("c"));
-      QDir().mkpath(rig.env.path(QStringLiteral("c/") + windowsDrive));
-    }
-    if (messages.value(0).startsWith(QLatin1String("Path/File")))
-      QDir().mkpath(rig.env.path(QStringLiteral("lists/Deep.csv")));
-    QString picked;
-    if (!importFile.isEmpty()) {
-      rig.env.writeFile(QStringLiteral("import.txt"), importFile);
-      picked = rig.env.path(QStringLiteral("import.txt"));
-    }
-    rig.main->exchange().chooseFile = [&](const QString&, const QString&, const QString&) {
-      return picked;
-    };
-    rig.env.prompter.clear();
-    ModalClicker clicker;
-    rig.main->findChild<QAction*>(entry)->trigger();
-    QCOMPARE(clicker.seen, QStringList(windows).replaceInStrings(
-                               QStringLiteral("%1"), rig.env.path(QStringLiteral("lists/"))));
-    QCOMPARE(rig.env.prompter.texts(), QStringList(messages).replaceInStrings(
-                                            QStringLiteral("%1"), rig.env.path(QStringLiteral("lists/"))));
-    if (!outFile.isEmpty()) QVERIFY(rig.env.readFile(outFile).startsWith(outStart));
-    QCOMPARE(rig.list()->datPrimary()->RecordCount(), listRows);
-    if (entry == QLatin1String("mnuImportUser"))
-      QCOMPARE(TableRows(rig.env.state->userListPath(), QStringLiteral("UserObjects")).size(), 2);
-    QVERIFY(rig.list()->timerAltitude()->isActive());
-    QVERIFY(!QApplication::overrideCursor());
+    QCOMPARE(rig.run("mnuExporthcTour"), (QStringList{"hcTourExport", beside.arg(rig.lists)}));
+    QVERIFY(rig.env.readFile(QStringLiteral("lists/Deep.hct")).startsWith("00:42:44"));
+    QCOMPARE(rig.run("mnuExportPlanetarium"), (QStringList{"PalmExport", "ExportComplete"}));
+    QVERIFY(rig.env.readFile(QStringLiteral("lists/Deep.txt")).startsWith("\"Deep.txt\r\n"));
+    QCOMPARE(rig.run("mnuExportCSV"), (QStringList{"CSVExport", "ExportComplete"}));
+    QVERIFY(rig.env.readFile(QStringLiteral("lists/Deep.csv")).startsWith("\"Category\","));
+    QCOMPARE(rig.run("mnuExportBRLT"), (QStringList{"BRLTExport", "ExportComplete"}));
+    QVERIFY(rig.env.readFile(QStringLiteral("lists/Deep.csv")).startsWith("\"BRLT\","));
+
+    QCOMPARE(rig.run("mnuImportCurrent", csvRow), (QStringList{"frmImportCurrent", done}));
+    QCOMPARE(rig.run("mnuImporthcTour", "00:42:44.4#+41:16:00#NGC 224#d####34####4#######\r\n"),
+             QStringList{done});
+    QCOMPARE(rig.rows(), 10);
+    QCOMPARE(rig.run("mnuImportCurrent", csvRow + "\"extra\"\r\n"),
+             (QStringList{"frmImportCurrent", IncorrectFileFormatText()}));
+    QCOMPARE(rig.run("mnuImportCurrent"), QStringList());  // the file dialog cancelled
+    QCOMPARE(rig.rows(), 10);
+    QCOMPARE(rig.run("mnuImportUser", csvRow + csvRow),
+             (QStringList{"frmImportUserList", "Import to User Supplied List is complete."}));
+    const auto user = Database::open(rig.env.state->userListPath(), Database::Mode::ReadOnly);
+    QCOMPARE(Recordset(user, QStringLiteral("UserObjects")).RecordCount(), 2);
+
+    QFile::remove(rig.lists + QStringLiteral("Deep.csv"));
+    QDir().mkpath(rig.lists + QStringLiteral("Deep.csv"));
+    QCOMPARE(rig.run("mnuExportCSV"),
+             (QStringList{"CSVExport", QStringLiteral("Path/File access error: %1Deep.csv "
+                                                      "(Filename refers to a directory) - 75")
+                                           .arg(rig.lists)}));
+    const QString tours = QStringLiteral("c/Program Files (x86)/Celestron/NexRemote/Tours/");
+    rig.env.state->windowsDriveC = rig.env.path(QStringLiteral("c"));
+    QDir().mkpath(rig.env.path(tours));
+    QCOMPARE(rig.run("mnuExporthcTour"),
+             (QStringList{"hcTourExport",
+                          "hcTourWait:The file 'Deep.hct' has been placed in the NexRemote Tour "
+                          "folder.  You can now select it as a Tour in NexRemote.  Refer to the "
+                          "instuctions of NexRemote for further details."}));
+    QVERIFY(rig.env.readFile(tours + QStringLiteral("Deep.hct")).startsWith("00:42:44"));
   }
 };
 

@@ -44,19 +44,12 @@ void roundTrip(FuzzedDataProvider& in) {
   RecordWriter w;
   w.text(a).integer(i16).integer(i32).single(f).boolean(t).text(b).endRecord();
   RecordReader r(w.bytes());
-  const QString detail = QString::fromLatin1(w.bytes().toPercentEncoding(" ,\"#"));
-  try {
-    Require(r.text() == a, "a text reads back unchanged", detail);
-    Require(r.int16() == i16, "a 16-bit integer reads back unchanged", detail);
-    Require(r.int32() == i32, "a 32-bit integer reads back unchanged", detail);
-    Require(r.single() == f, "a float reads back unchanged", detail);
-    Require(r.boolean() == t, "a truth value reads back unchanged", detail);
-    Require(r.text() == b, "a second text reads back unchanged", detail);
-    Require(r.atEnd(), "nothing is left after the record", detail);
-  } catch (const AppError& e) {
-    Require(false, "a record the program wrote reads back without an error",
-            e.text() + QLatin1Char('\n') + detail);
-  }
+  const QString detail = Shown(w.bytes());
+  RequireNoError("a record the program wrote reads back without an error", [&] {
+    Require(r.text() == a && r.int16() == i16 && r.int32() == i32 && r.single() == f &&
+                r.boolean() == t && r.text() == b && r.atEnd(),
+            "a record the program wrote reads back unchanged, to its end", detail);
+  }, detail);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
-// Position replies of every telescope family, garbage included.
-// - A reply decodes to display fields within their ranges, or (binary families, too short)
-//   raises error 5; nothing else.
-// - Decoding agrees with the slew encoding: sending the telescope to the decoded position asks
-//   for the units the reply held, within what the display's rounding loses.
+// Position replies of every telescope family, garbage included: a reply decodes to display
+// fields within their ranges, or (binary families, too short) raises error 5; nothing else.
+// What each family's bytes mean is the codec test's.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cmath>
@@ -12,27 +10,6 @@
 #include "scope/scopecodec.h"
 #include "scope/scopetypes.h"
 #include "fuzzsupport.h"
-
-namespace {
-
-// The two 16-bit units a reply holds, read as the family reads them.
-std::pair<double, double> unitsOf(const QString& family, const QByteArray& reply) {
-  auto byte = [&](int pos) { return double(static_cast<unsigned char>(reply.at(pos - 1))); };
-  auto hex = [&](int pos) { return Val(QStringLiteral("&H") + QString::fromLatin1(reply.mid(pos - 1, 2))); };
-  if (family == QLatin1String("BIG")) return {byte(2) * 256 + byte(3), byte(4) * 256 + byte(5)};
-  if (family == QLatin1String("OLDGT") || family == QLatin1String("TASCO"))
-    return {byte(1) * 256 + byte(2), byte(4) * 256 + byte(5)};
-  const int o = family == QLatin1String("ULTIMA") ? 1 : 0;
-  return {hex(1 + o) * 256 + hex(3 + o), hex(6 + o) * 256 + hex(8 + o)};
-}
-
-// Units apart on a circle of 65536.
-double apart(double a, double b) {
-  const double d = std::fabs(a - b);
-  return std::min(d, 65536 - d);
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FuzzedDataProvider in(data, size);
@@ -59,17 +36,5 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Require(raMin >= 0 && raMin < 60, "RA minutes 0 to 59.9", shown);
   Require(f.txtDecSign == QLatin1String("+") || f.txtDecSign == QLatin1String("-"), "a sign", shown);
   Require(decDeg >= 0 && decDeg <= 180 && decMin >= 0 && decMin < 60, "Dec in range", shown);
-
-  // Back to units through the slew encoding, which knows no declination beyond 90 degrees.
-  if (decDeg + decMin / 60 > 90) return 0;
-  const auto [raUnits, decUnits] = unitsOf(family, reply);
-  const double ra = RAUnits(raHour, raMin);
-  const double dec = DecUnits(f.txtDecSign, decDeg, decMin);
-  // RA is shown to a tenth of a minute of time (4.6 units), Dec to a minute of arc (3.0
-  // units); the binary families also carry their scale constant both ways.
-  Require(apart(ra, raUnits) <= 4, "RA encodes back to the units of the reply",
-          shown + QStringLiteral(" gives %1, reply %2").arg(ra).arg(raUnits));
-  Require(apart(dec, decUnits) <= 3, "Dec encodes back to the units of the reply",
-          shown + QStringLiteral(" gives %1, reply %2").arg(dec).arg(decUnits));
   return 0;
 }

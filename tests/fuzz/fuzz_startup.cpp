@@ -1,13 +1,8 @@
-// Start-up over whatever the three small files hold.
-// - It always completes: every bad field ends in the start-up's own trap.
-// - What it leaves in memory is what the next start reads: Filter.ini reads back without an
-//   error as the filter in force, and the settings record written from memory reads back
-//   unchanged.
-// - A list entered in the recent list comes back at the next start with its title and path
-//   unchanged, whatever they hold.
+// Start-up over whatever the three small files hold: it always completes; what it leaves in
+// memory is what the next start reads (Filter.ini, the settings record); a list entered in the
+// recent list comes back at the next start with its title and path unchanged.
 #include <QFile>
 
-#include "core/apperror.h"
 #include "core/recordfile.h"
 #include "core/settings.h"
 #include "fuzzsupport.h"
@@ -47,22 +42,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const ProgramSettings inMemory = state.settings;
     ProgramSettings back;
     RecordReader reader(SettingsRecord(inMemory, true));
-    try {
+    RequireNoError("the settings record reads back without an error", [&] {
       for (auto& step : SettingsFieldReaders(back)) step(reader);
-    } catch (const AppError& e) {
-      Require(false, "the settings record reads back without an error", e.text());
-    }
+    });
     Require(sameSettings(back, inMemory), "the settings record reads back unchanged",
             QString::fromUtf8(SettingsRecord(inMemory, true)));
   }
 
   const QString title = SomeText(in, 48), path = SomeText(in, 48);
   if (!title.isEmpty()) {
-    try {
-      RecordRecentFile(state, title, path);
-    } catch (const AppError& e) {
-      Require(false, "the recent list is written", e.text());
-    }
+    RequireNoError("the recent list is written", [&] { RecordRecentFile(state, title, path); });
     env.prompter.clear();
     LoadStartupState(state);
     Require(state.MRUFiles[0].title == title && state.MRUFiles[0].path == path,

@@ -9,7 +9,6 @@
 
 #include "catalog/catalogpages.h"
 #include "catalog/database.h"
-#include "core/apperror.h"
 #include "core/paths.h"
 #include "core/settings.h"
 
@@ -17,6 +16,10 @@ void Require(bool holds, const char* property, const QString& detail) {
   if (holds) return;
   std::fprintf(stderr, "\nProperty broken: %s\n%s\n", property, detail.toUtf8().constData());
   std::abort();
+}
+
+QString Shown(const QByteArray& bytes) {
+  return QString::fromLatin1(bytes.toPercentEncoding(" ,\"#"));
 }
 
 QString SomeText(FuzzedDataProvider& in, size_t most) {
@@ -27,11 +30,8 @@ QString SomeText(FuzzedDataProvider& in, size_t most) {
 
 void RequireFilterFileInForce(const AppState& state) {
   FilterSettings onDisk;
-  try {
-    ReadFilterFile(state.filterPath(), onDisk);
-  } catch (const AppError& e) {
-    Require(false, "Filter.ini reads back without an error", e.text());
-  }
+  RequireNoError("Filter.ini reads back without an error",
+                 [&] { ReadFilterFile(state.filterPath(), onDisk); });
   Require(FilterRecord(onDisk) == FilterRecord(state.filter), "Filter.ini holds the filter in force",
           QString::fromLatin1(FilterRecord(state.filter)));
 }
@@ -46,37 +46,22 @@ void EnsureCoreApplication() {
 
 namespace {
 
-// Copies the schema of `source` and about `rows` rows of each of its tables into a new
-// database at `path`.
+// A copy of the database file `source` at `path` that keeps about `rows` rows of each table.
 std::shared_ptr<Database> copySample(const QString& source, const QString& path, int rows) {
-  QFile f(path);
-  f.open(QIODevice::WriteOnly);
-  f.close();
+  QFile::copy(source, path);
+  QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
   auto db = Database::open(path, Database::Mode::ReadWrite);
-  db->exec(QStringLiteral("ATTACH DATABASE '%1' AS src")
-               .arg(QString(source).replace(QLatin1Char('\''), QStringLiteral("''"))));
-  Statement schema = db->prepare(QStringLiteral(
-      "SELECT type, name, sql FROM src.sqlite_master WHERE sql IS NOT NULL "
-      "ORDER BY type = 'view', type = 'index'"));
-  QStringList tables, statements;
-  while (schema.step()) {
-    statements << schema.value(2).toString();
-    if (schema.value(0).toString() == QLatin1String("table")) tables << schema.value(1).toString();
-  }
-  schema.reset();
-  for (const QString& sql : statements) db->exec(sql);
+  Statement tables =
+      db->prepare(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"));
+  QStringList names;
+  while (tables.step()) names << QuoteIdentifier(tables.value(0).toString());
+  tables.reset();
   Database::Transaction batch(*db);
-  for (const QString& t : tables) {
-    const QString q = QuoteIdentifier(t);
-    Statement count = db->prepare(QStringLiteral("SELECT count(*) FROM src.%1").arg(q));
-    count.step();
-    const qint64 step = std::max<qint64>(1, count.int64Value(0) / rows);
-    count.reset();
-    db->exec(QStringLiteral("INSERT INTO main.%1 SELECT * FROM src.%1 WHERE rowid % %2 = 0 LIMIT %3")
-                 .arg(q).arg(step).arg(rows));
-  }
+  for (const QString& t : names)
+    db->exec(QStringLiteral("DELETE FROM %1 WHERE rowid NOT IN (SELECT rowid FROM %1 WHERE rowid %"
+                            " max(1, (SELECT count(*) FROM %1) / %2) = 0 LIMIT %2)")
+                 .arg(t).arg(rows));
   batch.commit();
-  db->exec(QStringLiteral("DETACH DATABASE src"));
   return db;
 }
 
