@@ -89,29 +89,23 @@ void Filter::build() {
   og->addWidget(new QLabel(QStringLiteral("Brightest:"), objects), 0, 1);
   og->addWidget(new QLabel(QStringLiteral("Faintest:"), objects), 0, 2);
   struct Row {
-    QCheckBox** chk;
-    const char* chkName;
+    const char* tick;
     const char* caption;
-    QLineEdit** max;
-    const char* maxName;
-    QLineEdit** min;
-    const char* minName;
+    const char* brightest;
+    const char* faintest;
   };
   const Row rows[] = {
-      {&chkGal, "chkGal", "Galaxy:", &txtGalMax, "txtGalMax", &txtGalMin, "txtGalMin"},
-      {&chkGC, "chkGC", "Globular Cluster:", &txtGCMax, "txtGCMax", &txtGCMin, "txtGCMin"},
-      {&chkOC, "chkOC", "Open Cluster:", &txtOCMax, "txtOCMax", &txtOCMin, "txtOCMin"},
-      {&chkPN, "chkPN", "Planetary Nebula:", &txtPNMax, "txtPNMax", &txtPNMin, "txtPNMin"},
-      {&chkNeb, "chkNeb", "Nebula:", &txtNebMax, "txtNebMax", &txtNebMin, "txtNebMin"},
+      {"chkGal", "Galaxy:", "txtGalMax", "txtGalMin"},
+      {"chkGC", "Globular Cluster:", "txtGCMax", "txtGCMin"},
+      {"chkOC", "Open Cluster:", "txtOCMax", "txtOCMin"},
+      {"chkPN", "Planetary Nebula:", "txtPNMax", "txtPNMin"},
+      {"chkNeb", "Nebula:", "txtNebMax", "txtNebMin"},
   };
   int r = 1;
   for (const Row& row : rows) {
-    *row.chk = named(new QCheckBox(QString::fromLatin1(row.caption), objects), row.chkName);
-    *row.max = field(objects, row.maxName);
-    *row.min = field(objects, row.minName);
-    og->addWidget(*row.chk, r, 0);
-    og->addWidget(*row.max, r, 1);
-    og->addWidget(*row.min, r, 2);
+    og->addWidget(named(new QCheckBox(QString::fromLatin1(row.caption), objects), row.tick), r, 0);
+    og->addWidget(field(objects, row.brightest), r, 1);
+    og->addWidget(field(objects, row.faintest), r, 2);
     ++r;
   }
   auto* typeNote = named(new QLabel(QStringLiteral(
@@ -128,30 +122,27 @@ void Filter::build() {
   auto* doubles = named(new QGroupBox(QStringLiteral("Double Stars"), this), "fraDoubles");
   auto* dg = new QGridLayout(doubles);
   auto rangeRow = [&](QGridLayout* g, QWidget* parent, int row, const char* caption,
-                      const char* lowCaption, QLineEdit*& low, const char* lowName,
-                      const char* highCaption, QLineEdit*& high, const char* highName) {
+                      const char* lowCaption, const char* lowName, const char* highCaption,
+                      const char* highName) {
     g->addWidget(new QLabel(QString::fromLatin1(caption), parent), row, 0);
     g->addWidget(new QLabel(QString::fromLatin1(lowCaption), parent), row, 1, Qt::AlignRight);
-    low = field(parent, lowName);
-    g->addWidget(low, row, 2);
+    g->addWidget(field(parent, lowName), row, 2);
     g->addWidget(new QLabel(QString::fromLatin1(highCaption), parent), row, 3, Qt::AlignRight);
-    high = field(parent, highName);
-    g->addWidget(high, row, 4);
+    g->addWidget(field(parent, highName), row, 4);
   };
-  rangeRow(dg, doubles, 0, "Separation:", "Least:", txtDSSepMin, "txtDSSepMin", "Greatest:",
-           txtDSSepMax, "txtDSSepMax");
-  rangeRow(dg, doubles, 1, "Primary's Magnitude:", "Faintest:", txtDSMagMin, "txtDSMagMin",
-           "Brightest:", txtDSMagMax, "txtDSMagMax");
-  rangeRow(dg, doubles, 2, "Mag. Difference:", "Least:", txtDSMagDifMin, "txtDSMagDifMin",
-           "Greatest:", txtDSMagDifMax, "txtDSMagDifMax");
+  rangeRow(dg, doubles, 0, "Separation:", "Least:", "txtDSSepMin", "Greatest:", "txtDSSepMax");
+  rangeRow(dg, doubles, 1, "Primary's Magnitude:", "Faintest:", "txtDSMagMin", "Brightest:",
+           "txtDSMagMax");
+  rangeRow(dg, doubles, 2, "Mag. Difference:", "Least:", "txtDSMagDifMin", "Greatest:",
+           "txtDSMagDifMax");
   dg->addWidget(named(new QLabel(QStringLiteral("(Primary - Secondary)"), doubles), "lblDifNote"),
                 3, 0, 1, 5);
   lower->addWidget(doubles);
 
   auto* user = named(new QGroupBox(QStringLiteral("User Supplied Objects"), this), "fraUser");
   auto* ug = new QGridLayout(user);
-  rangeRow(ug, user, 0, "Magnitude:", "Faintest:", txtUserMagMin, "txtUserMagMin", "Brightest:",
-           txtUserMagMax, "txtUserMagMax");
+  rangeRow(ug, user, 0, "Magnitude:", "Faintest:", "txtUserMagMin", "Brightest:",
+           "txtUserMagMax");
   ug->setRowStretch(1, 1);
   lower->addWidget(user, 0, Qt::AlignTop);
   root->addWidget(objects);
@@ -176,8 +167,9 @@ void Filter::build() {
   buttons->addWidget(cmdCancel);
   root->addLayout(buttons);
 
-  for (QCheckBox* c : {chkAltFilter, chkGal, chkGC, chkOC, chkPN, chkNeb})
-    connect(c, &QCheckBox::toggled, this, [this] { enableFields(); });
+  for (const FilterField& field : FilterFields())
+    if (field.tick)
+      connect(tickBox(field.control), &QCheckBox::toggled, this, [this] { enableFields(); });
   connect(UpDown1, &UpDownButtons::stepped, this, [this](int delta) {
     txtMinAltFilter->setText(FilterUpDownStep(txtMinAltFilter->text(), delta));
   });
@@ -188,75 +180,37 @@ void Filter::build() {
 }
 
 void Filter::enableFields() {
-  txtMinAltFilter->setEnabled(chkAltFilter->isChecked());
   UpDown1->setEnabled(chkAltFilter->isChecked());
-  const std::pair<QCheckBox*, std::pair<QLineEdit*, QLineEdit*>> pairs[] = {
-      {chkGal, {txtGalMin, txtGalMax}}, {chkGC, {txtGCMin, txtGCMax}},
-      {chkOC, {txtOCMin, txtOCMax}},    {chkPN, {txtPNMin, txtPNMax}},
-      {chkNeb, {txtNebMin, txtNebMax}},
-  };
-  for (const auto& [chk, fields] : pairs) {
-    fields.first->setEnabled(chk->isChecked());
-    fields.second->setEnabled(chk->isChecked());
-  }
+  for (const FilterField& field : FilterFields())
+    if (field.enabledBy) box(field)->setEnabled(tickBox(field.enabledBy)->isChecked());
+}
+
+QCheckBox* Filter::tickBox(const char* control) const {
+  return findChild<QCheckBox*>(QLatin1String(control));
+}
+
+QLineEdit* Filter::box(const FilterField& field) const {
+  return findChild<QLineEdit*>(QLatin1String(field.control));
 }
 
 FilterForm Filter::form() const {
   FilterForm f;
-  f.chkAltFilter = chkAltFilter->isChecked();
-  f.txtMinAltFilter = txtMinAltFilter->text();
-  f.chkGal = chkGal->isChecked();
-  f.txtGalMin = txtGalMin->text();
-  f.txtGalMax = txtGalMax->text();
-  f.chkGC = chkGC->isChecked();
-  f.txtGCMin = txtGCMin->text();
-  f.txtGCMax = txtGCMax->text();
-  f.chkOC = chkOC->isChecked();
-  f.txtOCMin = txtOCMin->text();
-  f.txtOCMax = txtOCMax->text();
-  f.chkPN = chkPN->isChecked();
-  f.txtPNMin = txtPNMin->text();
-  f.txtPNMax = txtPNMax->text();
-  f.chkNeb = chkNeb->isChecked();
-  f.txtNebMin = txtNebMin->text();
-  f.txtNebMax = txtNebMax->text();
-  f.txtDSSepMin = txtDSSepMin->text();
-  f.txtDSSepMax = txtDSSepMax->text();
-  f.txtDSMagMin = txtDSMagMin->text();
-  f.txtDSMagMax = txtDSMagMax->text();
-  f.txtDSMagDifMin = txtDSMagDifMin->text();
-  f.txtDSMagDifMax = txtDSMagDifMax->text();
-  f.txtUserMagMin = txtUserMagMin->text();
-  f.txtUserMagMax = txtUserMagMax->text();
+  for (const FilterField& field : FilterFields()) {
+    if (field.tick)
+      f.*field.tick = tickBox(field.control)->isChecked();
+    else
+      f.*field.text = box(field)->text();
+  }
   return f;
 }
 
 void Filter::setForm(const FilterForm& f) {
-  chkAltFilter->setChecked(f.chkAltFilter);
-  txtMinAltFilter->setText(f.txtMinAltFilter);
-  chkGal->setChecked(f.chkGal);
-  txtGalMin->setText(f.txtGalMin);
-  txtGalMax->setText(f.txtGalMax);
-  chkGC->setChecked(f.chkGC);
-  txtGCMin->setText(f.txtGCMin);
-  txtGCMax->setText(f.txtGCMax);
-  chkOC->setChecked(f.chkOC);
-  txtOCMin->setText(f.txtOCMin);
-  txtOCMax->setText(f.txtOCMax);
-  chkPN->setChecked(f.chkPN);
-  txtPNMin->setText(f.txtPNMin);
-  txtPNMax->setText(f.txtPNMax);
-  chkNeb->setChecked(f.chkNeb);
-  txtNebMin->setText(f.txtNebMin);
-  txtNebMax->setText(f.txtNebMax);
-  txtDSSepMin->setText(f.txtDSSepMin);
-  txtDSSepMax->setText(f.txtDSSepMax);
-  txtDSMagMin->setText(f.txtDSMagMin);
-  txtDSMagMax->setText(f.txtDSMagMax);
-  txtDSMagDifMin->setText(f.txtDSMagDifMin);
-  txtDSMagDifMax->setText(f.txtDSMagDifMax);
-  txtUserMagMin->setText(f.txtUserMagMin);
-  txtUserMagMax->setText(f.txtUserMagMax);
+  for (const FilterField& field : FilterFields()) {
+    if (field.tick)
+      tickBox(field.control)->setChecked(f.*field.tick);
+    else
+      box(field)->setText(f.*field.text);
+  }
   enableFields();
 }
 

@@ -42,6 +42,9 @@ class Filter : public QDialog {
  private:
   void build();
   void enableFields();
+  // The controls of the filter values, found by name.
+  QCheckBox* tickBox(const char* control) const;
+  QLineEdit* box(const FilterField& field) const;
   void onOk();
   void onCancel();
   void onOpen();
@@ -55,13 +58,5 @@ class Filter : public QDialog {
   QCheckBox* chkAltFilter = nullptr;
   QLineEdit* txtMinAltFilter = nullptr;
   UpDownButtons* UpDown1 = nullptr;
-  QCheckBox *chkGal = nullptr, *chkGC = nullptr, *chkOC = nullptr, *chkPN = nullptr,
-            *chkNeb = nullptr;
-  QLineEdit *txtGalMin = nullptr, *txtGalMax = nullptr, *txtGCMin = nullptr, *txtGCMax = nullptr,
-            *txtOCMin = nullptr, *txtOCMax = nullptr, *txtPNMin = nullptr, *txtPNMax = nullptr,
-            *txtNebMin = nullptr, *txtNebMax = nullptr;
-  QLineEdit *txtDSSepMin = nullptr, *txtDSSepMax = nullptr, *txtDSMagMin = nullptr,
-            *txtDSMagMax = nullptr, *txtDSMagDifMin = nullptr, *txtDSMagDifMax = nullptr;
-  QLineEdit *txtUserMagMin = nullptr, *txtUserMagMax = nullptr;
   QPushButton *cmdOpen = nullptr, *cmdSave = nullptr, *OKButton = nullptr, *cmdCancel = nullptr;
 };

@@ -7,63 +7,27 @@
 
 FilterForm FilterFormFrom(const FilterSettings& f) {
   FilterForm form;
-  form.chkAltFilter = f.FltAlt;
-  form.txtMinAltFilter = PlainNumber(f.FltMinAlt);
-  form.chkGal = f.FltGal;
-  form.txtGalMin = PlainSingle(f.FltGalMin);
-  form.txtGalMax = PlainSingle(f.FltGalMax);
-  form.chkGC = f.FltGC;
-  form.txtGCMin = PlainSingle(f.FltGCMin);
-  form.txtGCMax = PlainSingle(f.FltGCMax);
-  form.chkOC = f.FltOC;
-  form.txtOCMin = PlainSingle(f.FltOCMin);
-  form.txtOCMax = PlainSingle(f.FltOCMax);
-  form.chkPN = f.FltPN;
-  form.txtPNMin = PlainSingle(f.FltPNMin);
-  form.txtPNMax = PlainSingle(f.FltPNMax);
-  form.chkNeb = f.FltNeb;
-  form.txtNebMin = PlainSingle(f.FltNebMin);
-  form.txtNebMax = PlainSingle(f.FltNebMax);
-  form.txtDSSepMin = PlainSingle(f.FltDSSepMin);
-  form.txtDSSepMax = PlainSingle(f.FltDSSepMax);
-  form.txtDSMagMin = PlainSingle(f.FltDSMagMin);
-  form.txtDSMagMax = PlainSingle(f.FltDSMagMax);
-  form.txtDSMagDifMin = PlainSingle(f.FltDSMagDifMin);
-  form.txtDSMagDifMax = PlainSingle(f.FltDSMagDifMax);
-  form.txtUserMagMin = PlainSingle(f.FltUserMagMin);
-  form.txtUserMagMax = PlainSingle(f.FltUserMagMax);
+  for (const FilterField& field : FilterFields()) {
+    if (field.flag)
+      form.*field.tick = f.*field.flag;
+    else if (field.whole)
+      form.*field.text = PlainNumber(f.*field.whole);
+    else
+      form.*field.text = PlainSingle(f.*field.single);
+  }
   return form;
 }
 
-static float single(const QString& text) { return CSng(Val(text)); }
-
 FilterSettings FilterFormToSettings(const FilterForm& form) {
   FilterSettings f;
-  f.FltAlt = form.chkAltFilter;
-  f.FltMinAlt = CInt(Val(form.txtMinAltFilter));
-  f.FltGal = form.chkGal;
-  f.FltGalMax = single(form.txtGalMax);
-  f.FltGalMin = single(form.txtGalMin);
-  f.FltGC = form.chkGC;
-  f.FltGCMax = single(form.txtGCMax);
-  f.FltGCMin = single(form.txtGCMin);
-  f.FltOC = form.chkOC;
-  f.FltOCMax = single(form.txtOCMax);
-  f.FltOCMin = single(form.txtOCMin);
-  f.FltPN = form.chkPN;
-  f.FltPNMax = single(form.txtPNMax);
-  f.FltPNMin = single(form.txtPNMin);
-  f.FltNeb = form.chkNeb;
-  f.FltNebMax = single(form.txtNebMax);
-  f.FltNebMin = single(form.txtNebMin);
-  f.FltDSSepMax = single(form.txtDSSepMax);
-  f.FltDSSepMin = single(form.txtDSSepMin);
-  f.FltDSMagMax = single(form.txtDSMagMax);
-  f.FltDSMagMin = single(form.txtDSMagMin);
-  f.FltDSMagDifMax = single(form.txtDSMagDifMax);
-  f.FltDSMagDifMin = single(form.txtDSMagDifMin);
-  f.FltUserMagMax = single(form.txtUserMagMax);
-  f.FltUserMagMin = single(form.txtUserMagMin);
+  for (const FilterField& field : FilterFields()) {
+    if (field.flag)
+      f.*field.flag = form.*field.tick;
+    else if (field.whole)
+      f.*field.whole = CInt(Val(form.*field.text));
+    else
+      f.*field.single = CSng(Val(form.*field.text));
+  }
   return f;
 }
 

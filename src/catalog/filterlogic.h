@@ -4,26 +4,7 @@
 #include <array>
 
 #include "core/appstate.h"
-
-// The Filter dialog's controls as the user left them: the ticks and the 19 texts as typed.
-struct FilterForm {
-  bool chkAltFilter = true;
-  QString txtMinAltFilter;
-  bool chkGal = true;
-  QString txtGalMin, txtGalMax;
-  bool chkGC = true;
-  QString txtGCMin, txtGCMax;
-  bool chkOC = true;
-  QString txtOCMin, txtOCMax;
-  bool chkPN = true;
-  QString txtPNMin, txtPNMax;
-  bool chkNeb = true;
-  QString txtNebMin, txtNebMax;
-  QString txtDSSepMin, txtDSSepMax;
-  QString txtDSMagMin, txtDSMagMax;
-  QString txtDSMagDifMin, txtDSMagDifMax;
-  QString txtUserMagMin, txtUserMagMax;
-};
+#include "core/filterfields.h"
 
 // The controls as the dialog fills them at load or after Open: each number as the plain text
 // of its value.

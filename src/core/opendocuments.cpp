@@ -33,7 +33,13 @@ bool RegisterClose(AppState& state, const QString& path, int slot) {
     state.OpenFiles[10] = FileEntry{};
     break;
   }
-  if (slot >= 1 && slot <= MaxOpenLists) state.OpenSlotFile[slot].clear();
+  // The window's own slot when it still holds the document, else the slot that does.
+  if (slot < 1 || slot > MaxOpenLists || state.OpenSlotFile[size_t(slot)] != path) {
+    slot = 0;
+    for (int s = 1; s <= MaxOpenLists && !slot; ++s)
+      if (state.OpenSlotFile[size_t(s)] == path) slot = s;
+  }
+  if (slot) state.OpenSlotFile[size_t(slot)].clear();
   return wasLast;
 }
 

@@ -18,7 +18,8 @@ bool IsAlreadyOpen(const AppState& state, const QString& path);
 // from happening).
 int RegisterOpen(AppState& state, const QString& title, const QString& path);
 
-// A window closes: count - 1, its row removed with the later rows moved up, its slot freed.
+// A window closes: count - 1, its row removed with the later rows moved up, and its slot
+// freed: the given one when it holds the path, else whichever slot holds it.
 // Returns true when it was the last open list.
 bool RegisterClose(AppState& state, const QString& path, int slot);
 

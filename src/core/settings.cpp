@@ -5,6 +5,7 @@
 #include <QFileInfo>
 
 #include "core/apperror.h"
+#include "core/filterfields.h"
 #include "core/numtext.h"
 #include "core/prompter.h"
 #include "core/recordfile.h"
@@ -77,16 +78,14 @@ void LoadIndiSettings(AppState& state) {
 
 QByteArray FilterRecord(const FilterSettings& f) {
   RecordWriter w;
-  w.boolean(f.FltAlt).integer(f.FltMinAlt);
-  w.boolean(f.FltGal).single(f.FltGalMax).single(f.FltGalMin);
-  w.boolean(f.FltGC).single(f.FltGCMax).single(f.FltGCMin);
-  w.boolean(f.FltOC).single(f.FltOCMax).single(f.FltOCMin);
-  w.boolean(f.FltPN).single(f.FltPNMax).single(f.FltPNMin);
-  w.boolean(f.FltNeb).single(f.FltNebMax).single(f.FltNebMin);
-  w.single(f.FltDSSepMax).single(f.FltDSSepMin);
-  w.single(f.FltDSMagMax).single(f.FltDSMagMin);
-  w.single(f.FltDSMagDifMax).single(f.FltDSMagDifMin);
-  w.single(f.FltUserMagMax).single(f.FltUserMagMin);
+  for (const FilterField& field : FilterFields()) {
+    if (field.flag)
+      w.boolean(f.*field.flag);
+    else if (field.whole)
+      w.integer(f.*field.whole);
+    else
+      w.single(f.*field.single);
+  }
   return w.endRecord().bytes();
 }
 
@@ -120,17 +119,16 @@ FieldReaders SettingsFieldReaders(ProgramSettings& s) {
 }
 
 FieldReaders FilterFieldReaders(FilterSettings& f) {
-  auto b = [](bool& v) { return [&v](RecordReader& r) { v = r.boolean(); }; };
-  auto x = [](float& v) { return [&v](RecordReader& r) { v = r.single(); }; };
-  return {b(f.FltAlt),        [&](RecordReader& r) { f.FltMinAlt = r.int16(); },
-          b(f.FltGal),        x(f.FltGalMax),      x(f.FltGalMin),
-          b(f.FltGC),         x(f.FltGCMax),       x(f.FltGCMin),
-          b(f.FltOC),         x(f.FltOCMax),       x(f.FltOCMin),
-          b(f.FltPN),         x(f.FltPNMax),       x(f.FltPNMin),
-          b(f.FltNeb),        x(f.FltNebMax),      x(f.FltNebMin),
-          x(f.FltDSSepMax),   x(f.FltDSSepMin),    x(f.FltDSMagMax),
-          x(f.FltDSMagMin),   x(f.FltDSMagDifMax), x(f.FltDSMagDifMin),
-          x(f.FltUserMagMax), x(f.FltUserMagMin)};
+  FieldReaders steps;
+  for (const FilterField& field : FilterFields()) {
+    if (field.flag)
+      steps.push_back([&f, m = field.flag](RecordReader& r) { f.*m = r.boolean(); });
+    else if (field.whole)
+      steps.push_back([&f, m = field.whole](RecordReader& r) { f.*m = r.int16(); });
+    else
+      steps.push_back([&f, m = field.single](RecordReader& r) { f.*m = r.single(); });
+  }
+  return steps;
 }
 
 void ReadFilterFile(const QString& path, FilterSettings& f) {

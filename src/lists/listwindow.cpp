@@ -512,18 +512,12 @@ void CurrentList::closeEvent(QCloseEvent* event) {
   timer_->stop();
   Hourglass hourglass;
   const QString path = documentPath();
-  int slot = slot_;
-  if (slot < 1 || slot > MaxOpenLists || state_.OpenSlotFile[size_t(slot)] != path) {
-    slot = 0;
-    for (int s = 1; s <= MaxOpenLists && !slot; ++s)
-      if (state_.OpenSlotFile[size_t(s)] == path) slot = s;
-  }
   if (state_.OpenFileCount == 1) main_.setListCommandsEnabled(false);
   RunGuarded(state_.prompter(), [&] {
     RecordRecentFile(state_, documentTitle(), path);
     main_.refreshRecentMenu();
   });
   // The document leaves the open tables even when the recent-file table could not be written.
-  RegisterClose(state_, path, slot);
+  RegisterClose(state_, path, slot_);
   event->accept();
 }
