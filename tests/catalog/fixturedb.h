@@ -30,6 +30,10 @@ inline const char* kListColumns =
     "DecSign TEXT COLLATE NOCASE, DecDeg REAL, DecMinute REAL, Info TEXT COLLATE NOCASE, "
     "Observed TEXT COLLATE NOCASE";
 
+inline const char* kBrightView =
+    "CREATE VIEW \"MapStars to 4_5\" AS SELECT RAHour, RAMinute, DecSign, DecDeg, DecMinute, "
+    "Magnitude, Alignment, AlignmentName, autoalignment FROM MapStars WHERE Magnitude <= 4.5";
+
 inline const char* kCatalogTables[] = {"MessierObjects", "CaldwellObjects", "NGCObjects",
                                        "ICObjects", "DeepSpaceObjects", "StarObjects",
                                        "DoubleStarObjects"};
@@ -70,9 +74,8 @@ inline std::shared_ptr<Database> catalog(const QString& path) {
   auto db = create(path);
   for (const char* t : kCatalogTables)
     db->exec(QStringLiteral("CREATE TABLE %1 (%2)").arg(QLatin1String(t), QLatin1String(kObjectColumns)));
-  db->exec(QStringLiteral("CREATE TABLE MapStars (%1); CREATE VIEW \"MapStars to 4_5\" AS "
-                          "SELECT * FROM MapStars WHERE Magnitude <= 4.5;")
-               .arg(QLatin1String(kMapStarsColumns)));
+  db->exec(QStringLiteral("CREATE TABLE MapStars (%1); %2")
+               .arg(QLatin1String(kMapStarsColumns), QLatin1String(kBrightView)));
   return db;
 }
 

@@ -4,11 +4,13 @@
 
 #include <QHash>
 #include <QRegularExpression>
-#include <cmath>
 #include <tuple>
 
 #include "catalog/database.h"
+#include "core/appstate.h"
 #include "core/paths.h"
+#include "sky/skycalc.h"
+#include "support/scriptedprompter.h"
 #include "fixturedb.h"
 
 namespace {
@@ -94,10 +96,6 @@ const Known kKnown[] = {
     {"SAO 67310", "Epsilon Lyrae", "Star", "4.7", "18 44.3 +39 40", 1},
 };
 
-// Degrees from "h m ±d m" texts.
-double raDegrees(double h, double m) { return (h + m / 60) * 15; }
-double decDegrees(const QString& sign, double d, double m) { return (d + m / 60) * (sign == "-" ? -1 : 1); }
-
 }  // namespace
 
 class TestCatalogData : public QObject {
@@ -153,23 +151,6 @@ class TestCatalogData : public QObject {
                              .arg(t, t.startsWith("NGC") || t.startsWith("IC") ? five + ", 'Cluster Nebulosity'" : five));
     none("double star names once", "SELECT count(*) FROM (SELECT Name FROM DoubleStarObjects "
          "GROUP BY Name HAVING count(*) > 1)");
-    // The star field, its bright view and the alignment stars.
-    none("bright view to 4.5", "SELECT count(*) FROM \"MapStars to 4_5\" WHERE Magnitude > 4.5");
-    none("bright view whole", "SELECT (SELECT count(*) FROM \"MapStars to 4_5\") - "
-         "(SELECT count(*) FROM MapStars WHERE Magnitude <= 4.5)");
-    row("alignment stars", "SELECT count(*) FROM MapStars WHERE Alignment = 1", 45, 65);
-    none("alignment names distinct", "SELECT (SELECT count(*) FROM MapStars WHERE Alignment = 1) "
-         "- (SELECT count(DISTINCT AlignmentName) FROM MapStars WHERE Alignment = 1 AND "
-         "AlignmentName <> '')");
-    none("auto only among alignment stars",
-         "SELECT count(*) FROM MapStars WHERE autoalignment = 1 AND Alignment = 0");
-    none("names only on alignment stars",
-         "SELECT count(*) FROM MapStars WHERE Alignment = 0 AND AlignmentName <> ''");
-    row("auto alignment stars", "SELECT count(*) FROM MapStars WHERE autoalignment = 1", 15, 64);
-    row("fewer auto than alignment stars", "SELECT (SELECT count(*) FROM MapStars WHERE "
-        "Alignment = 1) - (SELECT count(*) FROM MapStars WHERE autoalignment = 1)", 1, 65);
-    row("Polaris", "SELECT count(*) FROM MapStars WHERE AlignmentName = 'Polaris' AND "
-        "Alignment = 1 AND autoalignment = 1 AND RAHour = 2 AND DecDeg = 89", 1, 1);
     row("catalog info", "SELECT count(*) FROM CatalogInfo", 5, 1000);
     // The templates new documents are copied from.
     row("list template empty", "SELECT count(*) FROM Objects", 0, 0, "TavorineTemplate.tmp");
@@ -188,22 +169,26 @@ class TestCatalogData : public QObject {
   void schema_data() {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("table");
-    QTest::addColumn<QString>("columns");
-    const QString typed = "ObjectNum TEXT COLLATE ObjectNumber";
-    for (const char* t : fixture::kCatalogTables)
-      QTest::newRow(t) << "TavorineList.mdb" << t << fixture::kObjectColumns;
-    QTest::newRow("MapStars") << "TavorineList.mdb" << "MapStars" << fixture::kMapStarsColumns;
-    QTest::newRow("user table") << "TavorineUserList.tmp" << "UserObjects"
-                                << QString(fixture::kObjectColumns).replace("ObjectNum NUMERIC", typed);
-    QTest::newRow("list template") << "TavorineTemplate.tmp" << "Objects"
-                                   << QString(fixture::kListColumns).replace("ObjectNum NUMERIC", typed);
+    QTest::addColumn<QString>("sql");
+    // The user table and the list template keep ObjectNum as typed.
+    const auto row = [](const char* file, const QString& table, QString columns) {
+      if (QLatin1String(file) != QLatin1String("TavorineList.mdb"))
+        columns.replace("ObjectNum NUMERIC", "ObjectNum TEXT COLLATE ObjectNumber");
+      QTest::newRow(qPrintable(table))
+          << file << table << QStringLiteral("CREATE TABLE %1 (%2)").arg(table, columns);
+    };
+    for (const char* t : fixture::kCatalogTables) row("TavorineList.mdb", t, fixture::kObjectColumns);
+    row("TavorineList.mdb", "MapStars", fixture::kMapStarsColumns);
+    QTest::newRow("bright view") << "TavorineList.mdb" << "MapStars to 4_5" << fixture::kBrightView;
+    row("TavorineUserList.tmp", "UserObjects", fixture::kObjectColumns);
+    row("TavorineTemplate.tmp", "Objects", fixture::kListColumns);
   }
   void schema() {
     QFETCH(QString, file);
     QFETCH(QString, table);
-    QFETCH(QString, columns);
+    QFETCH(QString, sql);
     QCOMPARE(rowsIn(file, "SELECT sql FROM sqlite_master WHERE name = ?", {table}).value(0).value(0),
-             QStringLiteral("CREATE TABLE %1 (%2)").arg(table, columns));
+             sql);
   }
 
   void magnitudeTexts() {
@@ -236,14 +221,11 @@ class TestCatalogData : public QObject {
       QVERIFY2(qAbs(r[2].toString().toDouble() - QString(k.magnitude).toDouble()) <= (category == "SAO" ? 0.2 : 0.6),
                qPrintable(r[2].toString()));
     const QStringList p = QString::fromLatin1(k.position).split(' ');
-    const double ra = raDegrees(p[0].toDouble(), p[1].toDouble());
-    const double dec = decDegrees(p[2].left(1), p[2].mid(1).toDouble(), p[3].toDouble());
-    const double ra2 = raDegrees(r[3].toDouble(), r[4].toDouble());
-    const double dec2 = decDegrees(r[5].toString(), r[6].toDouble(), r[7].toDouble());
-    const double rad = M_PI / 180;
-    const double cosSep = std::sin(dec * rad) * std::sin(dec2 * rad) +
-                          std::cos(dec * rad) * std::cos(dec2 * rad) * std::cos((ra - ra2) * rad);
-    const double arcmin = std::acos(std::min(1.0, cosSep)) / rad * 60;
+    ScriptedPrompter prompter;
+    const double arcmin = 60 * AngularSeparation(AppState(prompter),
+        SkyPosition::of(p[0].toDouble(), p[1].toDouble(), p[2].left(1), p[2].mid(1).toDouble(),
+                        p[3].toDouble()),
+        SkyCoordinates::of(r[3], r[4], r[5], r[6], r[7]));
     QVERIFY2(arcmin <= k.within, qPrintable(QString::number(arcmin)));
   }
 
