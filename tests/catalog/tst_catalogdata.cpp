@@ -6,8 +6,12 @@
 #include <QRegularExpression>
 #include <tuple>
 
+#include "catalog/catalogpages.h"
 #include "catalog/database.h"
+#include "catalog/filterlogic.h"
+#include "catalog/recordset.h"
 #include "core/appstate.h"
+#include "core/numtext.h"
 #include "core/paths.h"
 #include "sky/skycalc.h"
 #include "support/scriptedprompter.h"
@@ -189,6 +193,24 @@ class TestCatalogData : public QObject {
     QFETCH(QString, sql);
     QCOMPARE(rowsIn(file, "SELECT sql FROM sqlite_master WHERE name = ?", {table}).value(0).value(0),
              sql);
+  }
+
+  // The filter's default clauses keep some rows of every catalog page, all within their
+  // magnitude bounds.
+  void defaultFilterClauses() {
+    ScriptedPrompter prompter;
+    AppState state(prompter);
+    const auto clauses = FilterClauses(FilterFormFrom(FilterSettings{}));
+    const auto db = Database::open(dataFile("TavorineList.mdb"), Database::Mode::ReadOnly);
+    for (const CatalogPage& page : CatalogPages()) {
+      if (page.source == CatalogPage::Source::UserList) continue;
+      state.Pages[page.querySet].Where = clauses[page.querySet];
+      Recordset rs(db, PageRecordSource(state, page.querySet));
+      QVERIFY2(rs.RecordCount() > 0, qPrintable(page.table));
+      for (rs.MoveFirst(); !rs.isEOF(); rs.MoveNext())
+        QVERIFY2(Val(rs.text("Magnitude")) >= -2 && Val(rs.text("Magnitude")) <= 12,
+                 qPrintable(page.table + rs.text("Magnitude")));
+    }
   }
 
   void magnitudeTexts() {
