@@ -65,7 +65,6 @@ class TestPageSort : public QObject {
     row("Messier Number from start", QuerySet::Messier, 0, "ORDER BY ObjectNum DESC",
         "ORDER BY ObjectNum", "ObjectNum", true);
     row("Deep-sky Category from start", QuerySet::DeepSky, 0, byCatDesc, byCat, "ObjectNum", true);
-    row("User Number column from start", QuerySet::User, 1, byCatDesc, byCat, "ObjectNum", true);
     row("Messier Name", QuerySet::Messier, 1, "ORDER BY Name", "ORDER BY Name DESC", "Name");
     const QString type = "ORDER BY Type, Magnitude", typeDesc = "ORDER BY Type DESC, Magnitude";
     row("NGC Type", QuerySet::NGC, 2, type, typeDesc, "Type");
@@ -76,12 +75,9 @@ class TestPageSort : public QObject {
         "ORDER BY Constellation DESC, val(Magnitude)", "Const");
     row("SAO Mag", QuerySet::SAO, 4, "ORDER BY Magnitude", "ORDER BY Magnitude DESC", "Mag");
     row("User Mag", QuerySet::User, 5, "ORDER BY val(Magnitude)", "ORDER BY val(Magnitude) DESC", "Mag");
-    row("Caldwell Info", QuerySet::Caldwell, 5, "ORDER BY Info", "ORDER BY Info DESC", "Info");
-    row("User RA minutes", QuerySet::User, 8, ra, raDesc, "RA");
     // Declination sorts north first under the word "DEC"; its ascending clause keeps the
     // closing blank.
     row("Messier Dec sign", QuerySet::Messier, 8, dec + "DESC", dec, "DEC");
-    row("Messier Dec minutes", QuerySet::Messier, 10, dec + "DESC", dec, "DEC");
     row("User Dec minutes", QuerySet::User, 11, dec + "DESC", dec, "DEC");
     // Name, Mag, Name again start afresh; the two halves of the split RA column are one key.
     QTest::newRow("other column in between")

@@ -19,27 +19,20 @@ class TestUserObjectRules : public QObject {
     QTest::newRow("number padded") << 1 << "12" << "" << "        12" << "";
     QTest::newRow("number trimmed first") << 1 << "  NGC 12  " << "" << "    NGC 12" << "";
     QTest::newRow("number of 10") << 1 << "1234567890" << "" << "1234567890" << "";
-    QTest::newRow("number over 10 kept") << 1 << " 12345678901 " << "" << "12345678901" << "";
     QTest::newRow("number with quote") << 1 << "1\"2" << "" << "        12" << "";
     QTest::newRow("hour 23") << 4 << "23" << "" << "23" << "";
     QTest::newRow("hour 23.5") << 4 << "23.5" << "" << "23.5" << hour;
-    QTest::newRow("hour 24") << 4 << "24" << "" << "24" << hour;
-    QTest::newRow("hour minus dropped") << 4 << "-5" << "" << "5" << "";
     QTest::newRow("hour text") << 4 << "abc" << "" << "0" << "";
     QTest::newRow("ra minute 59.995") << 5 << "59.995" << "" << "59.995" << "";
     QTest::newRow("ra minute 60") << 5 << "60" << "" << "60" << minute;
-    QTest::newRow("ra minute leading number") << 5 << "12.50x" << "" << "12.5" << "";
     QTest::newRow("deg 90") << 7 << "90" << "" << "90" << "";
-    QTest::newRow("deg -45") << 7 << "-45" << "" << "45" << "";
     QTest::newRow("deg 90.5") << 7 << "90.5" << "" << "90.5" << degree;
     QTest::newRow("dec minute 0 at 90") << 8 << "0" << "90" << "0" << "";
     QTest::newRow("dec minute 0.01 at 90") << 8 << "0.01" << "90" << "0.01" << at90;
     QTest::newRow("dec minute 60 at 90") << 8 << "60" << "90" << "60" << at90;
-    QTest::newRow("dec minute 30 at 89") << 8 << "30" << "89" << "30" << "";
     QTest::newRow("dec minute 60") << 8 << "60" << "10" << "60" << decMin;
     QTest::newRow("dec minute 59.99") << 8 << "-59.99" << "10" << "59.99" << "";
     QTest::newRow("name untouched") << 2 << "  Owl  " << "" << "  Owl  " << "";
-    QTest::newRow("magnitude not tested") << 9 << "99" << "" << "99" << "";
     QTest::newRow("info quotes gone") << 11 << "\"\"a\"\"b\"" << "" << "ab" << "";
   }
   void fields() {
@@ -59,7 +52,6 @@ class TestUserObjectRules : public QObject {
     QTest::addColumn<double>("value");
     QTest::addColumn<QString>("text");
     QTest::newRow("42") << "42" << 0.7 << "0.7";
-    QTest::newRow("1") << "1" << 0.02 << "0.02";
     QTest::newRow("0.3 half to even") << "0.3" << 0.0 << "0";      // 0.005 -> 0
     QTest::newRow("0.9 half to even") << "0.9" << 0.02 << "0.02";  // 0.015 -> 0.02
     QTest::newRow("text") << "abc" << 0.0 << "0";
