@@ -152,7 +152,8 @@ class TestCatalogData : public QObject {
       QTest::newRow(qPrintable(table))
           << file << table << QStringLiteral("CREATE TABLE %1 (%2)").arg(table, columns);
     };
-    for (const char* t : fixture::kCatalogTables) row("TavorineList.mdb", t, fixture::kObjectColumns);
+    for (const char* t : fixture::kCatalogTables)
+      row("TavorineList.mdb", t, fixture::kObjectColumns);
     row("TavorineList.mdb", "MapStars", fixture::kMapStarsColumns);
     QTest::newRow("bright view") << "TavorineList.mdb" << "MapStars to 4_5" << fixture::kBrightView;
     row("TavorineUserList.tmp", "UserObjects", fixture::kObjectColumns);
@@ -162,8 +163,8 @@ class TestCatalogData : public QObject {
     QFETCH(QString, file);
     QFETCH(QString, table);
     QFETCH(QString, sql);
-    QCOMPARE(rowsIn(file, "SELECT sql FROM sqlite_master WHERE name = ?", {table}).value(0).value(0),
-             sql);
+    const auto found = rowsIn(file, "SELECT sql FROM sqlite_master WHERE name = ?", {table});
+    QCOMPARE(found.value(0).value(0), sql);
   }
 
   // The filter's default clauses keep some rows of every catalog page, all within their

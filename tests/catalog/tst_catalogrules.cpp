@@ -79,7 +79,6 @@ class TestCatalogRules : public QObject {
     row("Deep-sky Category from start", QuerySet::DeepSky, 0, byCatDesc, byCat, "ObjectNum", true);
     row("Messier Name", QuerySet::Messier, 1, "ORDER BY Name", "ORDER BY Name DESC", "Name");
     const QString type = "ORDER BY Type, Magnitude", typeDesc = "ORDER BY Type DESC, Magnitude";
-    row("NGC Type", QuerySet::NGC, 2, type, typeDesc, "Type");
     row("Double Type keeps plain Magnitude", QuerySet::DoubleStars, 2, type, typeDesc, "Type");
     row("IC Const", QuerySet::IC, 3, "ORDER BY Constellation, Magnitude",
         "ORDER BY Constellation DESC, Magnitude", "Const");
@@ -284,7 +283,8 @@ class TestCatalogRules : public QObject {
       rs.setAbsolutePosition(i);
       selected.insert(rs.value(QStringLiteral("ObjectNum")).toInt());
     }
-    for (Statement st = db->prepare(TranslateQuery(source)); st.step();) written.insert(st.value(0).toInt());
+    for (Statement st = db->prepare(TranslateQuery(source)); st.step();)
+      written.insert(st.value(0).toInt());
     QCOMPARE(selected, written);
     QVERIFY(!selected.isEmpty());
     QCOMPARE(selected.size() == altitudes.size(), minAlt < 0);
