@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "catalog/database.h"
+#include "catalog/recordset.h"
 
 // Small databases with the shipped schema, made in a test's temporary folder.
 namespace fixture {
@@ -90,6 +91,14 @@ inline std::shared_ptr<Database> list(const QString& path, const QList<int>& ord
                             "(%1, 'NGC', %1, 'R%1', ' ', 1, 0, '+', 10, 0)")
                  .arg(o));
   return db;
+}
+
+// One column of every row of a recordset, as text, from the first row.
+inline QStringList column(Recordset& rs, const QString& name) {
+  QStringList out;
+  if (rs.RecordCount() == 0) return out;
+  for (rs.MoveFirst(); !rs.isEOF(); rs.MoveNext()) out << rs.text(name);
+  return out;
 }
 
 }  // namespace fixture

@@ -179,9 +179,8 @@ class TestCatalogData : public QObject {
       state.Pages[page.querySet].Where = clauses[page.querySet];
       Recordset rs(db, PageRecordSource(state, page.querySet));
       QVERIFY2(rs.RecordCount() > 0, qPrintable(page.table));
-      for (rs.MoveFirst(); !rs.isEOF(); rs.MoveNext())
-        QVERIFY2(Val(rs.text("Magnitude")) >= -2 && Val(rs.text("Magnitude")) <= 12,
-                 qPrintable(page.table + rs.text("Magnitude")));
+      for (const QString& m : fixture::column(rs, QStringLiteral("Magnitude")))
+        QVERIFY2(Val(m) >= -2 && Val(m) <= 12, qPrintable(page.table + m));
     }
   }
 

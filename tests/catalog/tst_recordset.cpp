@@ -21,12 +21,7 @@ int errorOf(const std::function<void()>& f) {
   return 0;
 }
 
-QStringList column(Recordset& rs, const QString& name) {
-  QStringList out;
-  if (rs.RecordCount() == 0) return out;
-  for (rs.MoveFirst(); !rs.isEOF(); rs.MoveNext()) out << rs.text(name);
-  return out;
-}
+using fixture::column;
 
 }  // namespace
 
