@@ -135,6 +135,7 @@ class TestCatalogRules : public QObject {
     QTest::newRow("dec minute 0 at 90") << 8 << "0" << "90" << "0" << "";
     QTest::newRow("dec minute 0.01 at 90") << 8 << "0.01" << "90" << "0.01" << at90;
     QTest::newRow("dec minute 60 at 90") << 8 << "60" << "90" << "60" << at90;
+    QTest::newRow("dec minute 30 at 89") << 8 << "30" << "89" << "30" << "";
     QTest::newRow("dec minute 60") << 8 << "60" << "10" << "60" << decMin;
     QTest::newRow("dec minute 59.99") << 8 << "-59.99" << "10" << "59.99" << "";
     QTest::newRow("name untouched") << 2 << "  Owl  " << "" << "  Owl  " << "";

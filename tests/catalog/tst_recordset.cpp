@@ -231,10 +231,10 @@ class TestRecordset : public QObject {
         "ORDER BY DisplayOrder; last; other Objects; last; add; set DisplayOrder=3; set Name=R3; "
         "last; back; set Observed=Y; first; other; first; delete; close; back; requery => "
         "Name[]=R2,R3; first => Observed=Y");
-    // A large source is read in blocks.
+    // A large source is read in blocks of 64 rows.
     row("20000 rows", {}, "open SELECT DisplayOrder, Name From Objects WHERE True ORDER BY "
         "DisplayOrder; => count=20000; last => Name=S20000; findprev trim(DisplayOrder) = '5' => "
-        "pos=4", "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) "
+        "pos=4; goto 63 => Name=S64", "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) "
         "INSERT INTO Objects (DisplayOrder, Name) SELECT i, 'S' || i FROM n");
     row("bad sources", {}, "open NoSuchTable => err=db; open SELECT Nope From Objects => err=db; "
         "open SELECT Name From Objects WHERE Name = 'x => err=db");
