@@ -27,7 +27,7 @@ QString whyNotWritten(const QString& file) {
 
 AppError dbError(sqlite3* db) {
   const char* msg = db ? sqlite3_errmsg(db) : "out of memory";
-  QString text = QString::fromUtf8(msg);
+  AppError e(ErrNo::Database, QString::fromUtf8(msg));
   // An error of the file rather than of the query names the file, and says why when it can.
   const char* file = db ? sqlite3_db_filename(db, "main") : nullptr;
   if (file && *file) {
@@ -36,23 +36,20 @@ AppError dbError(sqlite3* db) {
       case SQLITE_READONLY:
       case SQLITE_CANTOPEN:
       case SQLITE_IOERR:
-      case SQLITE_PERM: {
-        text += QStringLiteral(": ") + path;
-        const QString why = whyNotWritten(path);
-        if (!why.isEmpty()) text += QStringLiteral(" (") + why + QLatin1Char(')');
+      case SQLITE_PERM:
+        e.about(path, whyNotWritten(path));
         break;
-      }
       case SQLITE_BUSY:
       case SQLITE_LOCKED:
       case SQLITE_NOTADB:
       case SQLITE_CORRUPT:
       case SQLITE_FULL:
-        text += QStringLiteral(": ") + path;
+        e.about(path);
         break;
       default: break;
     }
   }
-  return AppError(ErrNo::Database, text);
+  return e;
 }
 
 // ---- the classic query functions -------------------------------------------------------
@@ -428,7 +425,7 @@ Database::Database(const QString& path, Mode mode) : path_(path), mode_(mode) {
   const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db_, flags, nullptr);
   if (rc != SQLITE_OK) {
     AppError e = dbError(db_);
-    if (db_ && !e.description.contains(path)) e.description += QStringLiteral(": ") + path;
+    if (db_ && !e.description.contains(path)) e.about(path);
     sqlite3_close(db_);
     db_ = nullptr;
     throw e;

@@ -24,8 +24,8 @@ QString AppError::describe(int number) {
   }
 }
 
-AppError AppError::ofFile(int number, const QString& path, const QString& why) {
-  QString d = describe(number) + QStringLiteral(": ") + path;
-  if (!why.isEmpty()) d += QStringLiteral(" (") + why + QLatin1Char(')');
-  return AppError(number, d);
+AppError& AppError::about(const QString& path, const QString& why) {
+  description += QStringLiteral(": ") + path;
+  if (!why.isEmpty()) description += QStringLiteral(" (") + why + QLatin1Char(')');
+  return *this;
 }

@@ -50,5 +50,10 @@ struct AppError : std::exception {
   static QString describe(int number);
   static AppError of(int number) { return AppError(number, describe(number)); }
   // The same for a file: "description: path", and the reason in brackets when there is one.
-  static AppError ofFile(int number, const QString& path, const QString& why = QString());
+  static AppError ofFile(int number, const QString& path, const QString& why = QString()) {
+    return of(number).about(path, why);
+  }
+  // Names the file an error is about: ": path" after the description, then the reason in
+  // brackets when there is one.
+  AppError& about(const QString& path, const QString& why = QString());
 };

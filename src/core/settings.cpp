@@ -139,7 +139,7 @@ void ReadFilterFile(const QString& path, FilterSettings& f) {
   try {
     for (auto& step : FilterFieldReaders(read)) step(reader);
   } catch (AppError& e) {
-    e.description += QStringLiteral(": ") + path;
+    e.about(path);
     throw;
   }
   f = read;
@@ -189,7 +189,7 @@ bool readFields(AppState& state, RecordReader& reader, const FieldReaders& steps
       } catch (AppError& e) {
         clean = false;
         if (e.number == ErrNo::InputPastEnd) pastEnd = true;
-        else e.description += QStringLiteral(": ") + path;
+        else e.about(path);
         throw;
       }
     });
