@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "catalog/database.h"
+#include "catalog/recordset.h"
 
 // Small databases with the shipped schema, made in a test's temporary folder.
 namespace fixture {
@@ -16,6 +17,23 @@ inline const char* kObjectColumns =
     "Type TEXT COLLATE NOCASE, Constellation TEXT COLLATE NOCASE, "
     "Magnitude TEXT COLLATE NOCASE, Info TEXT COLLATE NOCASE, RAHour REAL, RAMinute REAL, "
     "DecSign TEXT COLLATE NOCASE, DecDeg REAL, DecMinute REAL";
+
+inline const char* kMapStarsColumns =
+    "RAHour REAL, RAMinute REAL, DecSign TEXT COLLATE NOCASE, DecDeg REAL, DecMinute REAL, "
+    "Magnitude REAL, Alignment INTEGER, AlignmentName TEXT COLLATE NOCASE, autoalignment INTEGER";
+
+// A list document's table as older lists have it: the templates the program ships keep
+// ObjectNum as typed.
+inline const char* kListColumns =
+    "DisplayOrder INTEGER, Goto TEXT COLLATE NOCASE, Category TEXT COLLATE NOCASE, "
+    "ObjectNum NUMERIC, Name TEXT COLLATE NOCASE, Type TEXT COLLATE NOCASE, "
+    "Constellation TEXT COLLATE NOCASE, Magnitude TEXT COLLATE NOCASE, RAHour REAL, RAMinute REAL, "
+    "DecSign TEXT COLLATE NOCASE, DecDeg REAL, DecMinute REAL, Info TEXT COLLATE NOCASE, "
+    "Observed TEXT COLLATE NOCASE";
+
+inline const char* kBrightView =
+    "CREATE VIEW \"MapStars to 4_5\" AS SELECT RAHour, RAMinute, DecSign, DecDeg, DecMinute, "
+    "Magnitude, Alignment, AlignmentName, autoalignment FROM MapStars WHERE Magnitude <= 4.5";
 
 inline const char* kCatalogTables[] = {"MessierObjects", "CaldwellObjects", "NGCObjects",
                                        "ICObjects", "DeepSpaceObjects", "StarObjects",
@@ -57,36 +75,30 @@ inline std::shared_ptr<Database> catalog(const QString& path) {
   auto db = create(path);
   for (const char* t : kCatalogTables)
     db->exec(QStringLiteral("CREATE TABLE %1 (%2)").arg(QLatin1String(t), QLatin1String(kObjectColumns)));
-  db->exec(QStringLiteral(
-      "CREATE TABLE MapStars (RAHour REAL, RAMinute REAL, DecSign TEXT, DecDeg REAL, "
-      "DecMinute REAL, Magnitude REAL, Alignment INTEGER, AlignmentName TEXT COLLATE NOCASE, "
-      "autoalignment INTEGER);"
-      "CREATE VIEW \"MapStars to 4_5\" AS SELECT * FROM MapStars WHERE Magnitude <= 4.5;"));
-  return db;
-}
-
-inline std::shared_ptr<Database> userList(const QString& path) {
-  auto db = create(path);
-  db->exec(QStringLiteral("CREATE TABLE UserObjects (%1)").arg(QLatin1String(kObjectColumns)));
+  db->exec(QStringLiteral("CREATE TABLE MapStars (%1); %2")
+               .arg(QLatin1String(kMapStarsColumns), QLatin1String(kBrightView)));
   return db;
 }
 
 // A list document with rows of the given DisplayOrder values, names "R<order>".
 inline std::shared_ptr<Database> list(const QString& path, const QList<int>& orders = {}) {
   auto db = create(path);
-  db->exec(QStringLiteral(
-      "CREATE TABLE Objects (DisplayOrder INTEGER, Goto TEXT COLLATE NOCASE, "
-      "Category TEXT COLLATE NOCASE, ObjectNum NUMERIC, Name TEXT COLLATE NOCASE, "
-      "Type TEXT COLLATE NOCASE, Constellation TEXT COLLATE NOCASE, Magnitude TEXT COLLATE NOCASE, "
-      "RAHour REAL, RAMinute REAL, DecSign TEXT COLLATE NOCASE, DecDeg REAL, DecMinute REAL, "
-      "Info TEXT COLLATE NOCASE, Observed TEXT COLLATE NOCASE);"
-      "CREATE INDEX ObjectsOrder ON Objects (DisplayOrder);"));
+  db->exec(QStringLiteral("CREATE TABLE Objects (%1); CREATE INDEX ObjectsOrder ON Objects "
+                          "(DisplayOrder);").arg(QLatin1String(kListColumns)));
   for (int o : orders)
     db->exec(QStringLiteral("INSERT INTO Objects (DisplayOrder, Category, ObjectNum, Name, "
                             "Magnitude, RAHour, RAMinute, DecSign, DecDeg, DecMinute) VALUES "
                             "(%1, 'NGC', %1, 'R%1', ' ', 1, 0, '+', 10, 0)")
                  .arg(o));
   return db;
+}
+
+// One column of every row of a recordset, as text, from the first row.
+inline QStringList column(Recordset& rs, const QString& name) {
+  QStringList out;
+  if (rs.RecordCount() == 0) return out;
+  for (rs.MoveFirst(); !rs.isEOF(); rs.MoveNext()) out << rs.text(name);
+  return out;
 }
 
 }  // namespace fixture
