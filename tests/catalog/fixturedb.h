@@ -80,6 +80,13 @@ inline std::shared_ptr<Database> catalog(const QString& path) {
   return db;
 }
 
+// The user's own objects, as an empty UserObjects table.
+inline std::shared_ptr<Database> userList(const QString& path) {
+  auto db = create(path);
+  db->exec(QStringLiteral("CREATE TABLE UserObjects (%1)").arg(QLatin1String(kObjectColumns)));
+  return db;
+}
+
 // A list document with rows of the given DisplayOrder values, names "R<order>".
 inline std::shared_ptr<Database> list(const QString& path, const QList<int>& orders = {}) {
   auto db = create(path);
