@@ -77,28 +77,3 @@ class SkyChart {
   AltAzFunction altitude_;
   AltAzFunction azimuth_;
 };
-
-// A surface that records each call, for tests. kind is "clear", "point", "circle", "line",
-// "width", "style", "textpos" or "text"; colours are kept as given.
-class RecordingChartSurface : public ChartSurface {
- public:
-  struct Op {
-    QString kind;
-    float x = 0, y = 0, x2 = 0, y2 = 0, radius = 0, aspect = 1;
-    quint32 colour = 0;
-    int value = 0;
-    QString text;
-  };
-
-  void clear() override;
-  void point(float x, float y, quint32 colour) override;
-  void circle(float x, float y, float radius, quint32 colour, float aspect = 1) override;
-  void line(float x1, float y1, float x2, float y2, quint32 colour) override;
-  void setLineWidth(int width) override;
-  void setLineStyle(int style) override;
-  void setTextPosition(float x, float y) override;
-  void text(const QString& text, quint32 colour) override;
-
-  std::vector<Op> ops;
-  std::vector<Op> ofKind(const QString& kind) const;
-};

@@ -13,6 +13,7 @@
 #include "core/redscreen.h"
 #include "lists/editlistlogic.h"
 #include "sky/skycalc.h"
+#include "support/recordingchartsurface.h"
 #include "support/testenv.h"
 
 namespace {

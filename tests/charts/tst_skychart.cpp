@@ -3,6 +3,7 @@
 
 #include "charts/qimagechartsurface.h"
 #include "charts/skychart.h"
+#include "support/recordingchartsurface.h"
 #include "charts/skywidget.h"
 #include "core/numtext.h"
 #include "sky/skycalc.h"
