@@ -19,7 +19,7 @@
 
 #include "catalog/catalogdialogs.h"
 #include "catalog/catalogpages.h"
-#include "catalog/catalogwindowrules.h"
+#include "catalog/catalogwindowlogic.h"
 #include "catalog/database.h"
 #include "catalog/datagrid.h"
 #include "catalog/pagesort.h"

@@ -1,4 +1,4 @@
-#include "catalog/catalogwindowrules.h"
+#include "catalog/catalogwindowlogic.h"
 
 #include <algorithm>
 

@@ -15,11 +15,11 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include "catalog/catalogwindowrules.h"
+#include "catalog/catalogwindowlogic.h"
 #include "catalog/database.h"
 #include "catalog/recordset.h"
 #include "catalog/searchcriteria.h"
-#include "catalog/userobjectrules.h"
+#include "catalog/userobjectlogic.h"
 #include "core/appstate.h"
 #include "core/handler.h"
 #include "core/selectall.h"

@@ -13,7 +13,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include "catalog/catalogwindowrules.h"
+#include "catalog/catalogwindowlogic.h"
 #include "core/appstate.h"
 #include "core/handler.h"
 #include "core/selectall.h"

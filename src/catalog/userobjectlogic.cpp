@@ -1,4 +1,4 @@
-#include "catalog/userobjectrules.h"
+#include "catalog/userobjectlogic.h"
 
 #include <cmath>
 

@@ -7,7 +7,7 @@
 
 #include "catalog/catalogbrowser.h"
 #include "catalog/catalogpages.h"
-#include "catalog/catalogwindowrules.h"
+#include "catalog/catalogwindowlogic.h"
 #include "catalog/database.h"
 #include "catalog/datagrid.h"
 #include "core/paths.h"

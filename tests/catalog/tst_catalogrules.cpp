@@ -6,7 +6,7 @@
 #include "catalog/queryset.h"
 #include "catalog/recordset.h"
 #include "catalog/searchcriteria.h"
-#include "catalog/userobjectrules.h"
+#include "catalog/userobjectlogic.h"
 #include "core/apperror.h"
 #include "core/appstate.h"
 #include "core/numtext.h"
