@@ -206,12 +206,7 @@ class TestAlignStars : public QObject {
       const QStringList row = QString::fromUtf8(f.readLine()).trimmed().split(QLatin1Char(','));
       const QString pair = row.value(1) + QLatin1Char('|') + PrintedNumber(row.value(2).toDouble());
       if (row[0] == QLatin1String("site")) {
-        s.settings.LongHemi = row[1];
-        s.settings.LongDeg = qint16(row[2].toInt());
-        s.settings.LongMin = qint16(row[3].toInt());
-        s.settings.LatHemi = row[4];
-        s.settings.LatDeg = qint16(row[5].toInt());
-        s.settings.LatMin = qint16(row[6].toInt());
+        env.setSite(row.mid(1, 6));
         s.UserDate = QDateTime(QDate::fromString(row[7], Qt::ISODate),
                                QTime::fromString(row[8], QStringLiteral("hh:mm")));
         env.fixedOffsetHours = row[9].toDouble();

@@ -14,17 +14,6 @@ namespace {
 
 const SkyPosition kVega{"18", "36.939", "+", "38", "47.0217"};
 
-// Setup's site from "E 127 40 N 26 20".
-void setSite(AppState& s, const QString& site) {
-  const QStringList f = site.split(' ');
-  s.settings.LongHemi = f[0];
-  s.settings.LongDeg = qint16(f[1].toInt());
-  s.settings.LongMin = qint16(f[2].toInt());
-  s.settings.LatHemi = f[3];
-  s.settings.LatDeg = qint16(f[4].toInt());
-  s.settings.LatMin = qint16(f[5].toInt());
-}
-
 struct SiderealRow {
   QString site;
   QDateTime userDate;
@@ -89,7 +78,7 @@ class TestSkyCalc : public QObject {
     QFETCH(SiderealRow, row);
     TestEnv env;
     AppState& s = *env.state;
-    setSite(s, row.site);
+    env.setSite(row.site.split(' '));
     s.UserDate = row.userDate;
     QVERIFY(std::fabs(SiderealDegreesAtUserDate(s) - row.lst) < 1e-6);
     QVERIFY(env.prompter.entries.isEmpty());
@@ -143,7 +132,7 @@ class TestSkyCalc : public QObject {
     QFETCH(AltAzRow, row);
     TestEnv env;
     AppState& s = *env.state;
-    setSite(s, row.site);
+    env.setSite(row.site.split(' '));
     s.UserDate = env.fixedNow.addDays(3).addSecs(-5 * 3600);
     const SkyPosition p = atHourAngle(s, row.hourAngle, row.decSign, row.decDeg, row.decMin);
     QCOMPARE(AltitudeAtUserDate(s, p), row.altitude);
@@ -214,7 +203,7 @@ class TestSkyCalc : public QObject {
     QFETCH(QStringList, row);
     TestEnv env;
     AppState& s = *env.state;
-    setSite(s, row.mid(1, 6).join(' '));
+    env.setSite(row.mid(1, 6));
     const QDateTime moment(QDate::fromString(row[7], Qt::ISODate),
                            QTime::fromString(row[8], QStringLiteral("hh:mm")));
     QVERIFY(moment.isValid());

@@ -19,6 +19,16 @@ TestEnv::TestEnv() {
 
 QString TestEnv::path(const QString& name) const { return dir.filePath(name); }
 
+void TestEnv::setSite(const QStringList& f) const {
+  ProgramSettings& s = state->settings;
+  s.LongHemi = f.value(0);
+  s.LongDeg = qint16(f.value(1).toInt());
+  s.LongMin = qint16(f.value(2).toInt());
+  s.LatHemi = f.value(3);
+  s.LatDeg = qint16(f.value(4).toInt());
+  s.LatMin = qint16(f.value(5).toInt());
+}
+
 void TestEnv::writeFile(const QString& relPath, const QByteArray& bytes) const {
   const QString p = path(relPath);
   QDir().mkpath(QFileInfo(p).absolutePath());

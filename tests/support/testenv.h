@@ -16,6 +16,8 @@ struct TestEnv {
   QString path(const QString& name) const;  // a file in the temporary directory
   void writeFile(const QString& relPath, const QByteArray& bytes) const;
   QByteArray readFile(const QString& relPath) const;
+  // Sets the observer's site from its six fields: "E 127 40 N 26 20".
+  void setSite(const QStringList& fields) const;
 
   QTemporaryDir dir;
   ScriptedPrompter prompter;
