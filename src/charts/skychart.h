@@ -41,9 +41,6 @@ constexpr double MarkerRadius = 60;
 constexpr double MarkerAspect = 0.8;
 constexpr double MarkerStart = 3000;  // MarkerX and MarkerY when a window loads
 
-// Twips per screen pixel: 15 at 96 dots an inch.
-inline double TwipsPerPixel(double dotsPerInch) { return 1440.0 / dotsPerInch; }
-
 // The zenith-centred projection: distance from the centre linear in zenith distance, azimuth
 // from the south through the west, so south is at the bottom and west to the right.
 QPointF ProjectSky(double cx, double cy, double radius, double altitude, double azimuth);

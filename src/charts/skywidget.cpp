@@ -6,23 +6,13 @@
 #include <QPainter>
 
 #include "core/hourglass.h"
-
-namespace {
-
-double screenTwipsPerPixel() {
-  // Logical dpi of the primary screen; 96 gives the usual 15 twips a pixel.
-  const QFont probe;
-  const double dpi = qApp ? QFontMetricsF(probe).fontDpi() : 96.0;
-  return TwipsPerPixel(dpi > 0 ? dpi : 96.0);
-}
-
-}  // namespace
+#include "core/twips.h"
 
 SkyWidget::SkyWidget(ChartWindow window, SkyChart::AltAzFunction altitude,
                      SkyChart::AltAzFunction azimuth, QWidget* parent)
     : QWidget(parent),
       surface_(ChartConstantsFor(window).width, ChartConstantsFor(window).height,
-               screenTwipsPerPixel()) {
+               DeviceUnitsToTwips(1, ScreenDotsPerInch())) {
   setObjectName(QStringLiteral("Sky"));
   chart_ = std::make_unique<SkyChart>(window, surface_, std::move(altitude), std::move(azimuth));
   setAttribute(Qt::WA_OpaquePaintEvent);

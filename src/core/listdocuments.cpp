@@ -9,6 +9,7 @@
 #include "core/handler.h"
 #include "core/opendocuments.h"
 #include "core/prompter.h"
+#include "core/twips.h"
 
 namespace {
 
@@ -107,6 +108,5 @@ std::optional<ListDocumentRequest> RecentListRequest(AppState& state, int index)
 }
 
 int ScreenHeightTwips(int pixels, double logicalDpi) {
-  if (logicalDpi <= 0) logicalDpi = 96;
-  return int(std::lround(1440.0 * pixels / logicalDpi));
+  return int(std::lround(DeviceUnitsToTwips(pixels, logicalDpi > 0 ? logicalDpi : 96)));
 }

@@ -17,7 +17,6 @@
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
-#include <optional>
 
 #include "catalog/catalogdialogs.h"
 #include "charts/alignstars.h"
@@ -396,7 +395,7 @@ void TavorineListMain::openListWindow(const ListDocumentRequest& request) {
   setText("txtFileName", request.path);
   setText("txtFileTitle", request.title);
   const int slot = RegisterOpen(state_, request.title, request.path);
-  std::optional<Hourglass> hourglass(std::in_place);
+  const Hourglass hourglass;
   const ListVariant variant = UseCompactListWindow(screenHeightTwips())
                                   ? ListVariant::CurrentListFixed
                                   : ListVariant::CurrentList;
@@ -428,7 +427,6 @@ void TavorineListMain::openListWindow(const ListDocumentRequest& request) {
   frame->move(0, frame->y());
   mdi_->setActiveSubWindow(frame);
   if (child->firstActivatePending()) child->Form_Activate();
-  hourglass.reset();
   setListCommandsEnabled(true);
 }
 void TavorineListMain::mnuImporthcTour_Click() {

@@ -5,7 +5,7 @@
 #include <QWidget>
 #include <cmath>
 
-static double screenDpi(const QWidget* w) {
+double ScreenDotsPerInch(const QWidget* w) {
   double dpi = 96.0;
   if (w) {
     dpi = w->logicalDpiY();
@@ -16,9 +16,9 @@ static double screenDpi(const QWidget* w) {
 }
 
 int TwipsToPixels(double twips, const QWidget* w) {
-  return int(std::lround(TwipsToDeviceUnits(twips, screenDpi(w))));
+  return int(std::lround(TwipsToDeviceUnits(twips, ScreenDotsPerInch(w))));
 }
 
 int PixelsToTwips(double pixels, const QWidget* w) {
-  return int(std::lround(DeviceUnitsToTwips(pixels, screenDpi(w))));
+  return int(std::lround(DeviceUnitsToTwips(pixels, ScreenDotsPerInch(w))));
 }

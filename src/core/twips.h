@@ -13,6 +13,10 @@ constexpr double DeviceUnitsToTwips(double units, double dotsPerInch) {
   return units * TwipsPerInch / dotsPerInch;
 }
 
+// The logical dots per inch of the widget's screen (or the primary screen's when no widget is
+// given); 96 when the screen does not say.
+double ScreenDotsPerInch(const QWidget* w = nullptr);
+
 // Twips (1/1440 inch) to screen pixels: 15 twips a pixel at 96 dpi, scaled by the logical dpi
 // of the widget's screen (or the primary screen's when no widget is given).
 int TwipsToPixels(double twips, const QWidget* w = nullptr);
