@@ -97,12 +97,12 @@ TavorineListMain::TavorineListMain(AppState& state, QWidget* parent)
     hidden->hide();
   }
   // Two timers kept from the old read-back; they have no action and never start by themselves.
-  timerGetRADec_ = new QTimer(this);
-  timerGetRADec_->setObjectName(QStringLiteral("timerGetRADec"));
-  timerGetRADec_->setInterval(10000);
-  timerRestartGetRADec_ = new QTimer(this);
-  timerRestartGetRADec_->setObjectName(QStringLiteral("timerRestartGetRADec"));
-  timerRestartGetRADec_->setInterval(60000);
+  timerGetRADec = new QTimer(this);
+  timerGetRADec->setObjectName(QStringLiteral("timerGetRADec"));
+  timerGetRADec->setInterval(10000);
+  timerRestartGetRADec = new QTimer(this);
+  timerRestartGetRADec->setObjectName(QStringLiteral("timerRestartGetRADec"));
+  timerRestartGetRADec->setInterval(60000);
 
   resize(1000, 720);
 }
@@ -130,18 +130,18 @@ void TavorineListMain::buildMenus() {
 
   QMenu* import = file->addMenu(QStringLiteral("&Import"));
   import->menuAction()->setObjectName(QStringLiteral("mnuImport"));
-  mnuImporthcTour_ = addAction(import, "mnuImporthcTour",
+  mnuImporthcTour = addAction(import, "mnuImporthcTour",
                                QStringLiteral("from &NexTour/hcTour File to Current List"), {},
                                &TavorineListMain::mnuImporthcTour_Click);
-  mnuImportCurrent_ = addAction(import, "mnuImportCurrent",
+  mnuImportCurrent = addAction(import, "mnuImportCurrent",
                                 QStringLiteral("from &CSV File to Current List"), {},
                                 &TavorineListMain::mnuImportCurrent_Click);
   addAction(import, "mnuImportUser", QStringLiteral("from CSV File to &User Supplied List"), {},
             &TavorineListMain::mnuImportUser_Click);
 
   QMenu* exportMenu = file->addMenu(QStringLiteral("&Export to"));
-  mnuExport_ = exportMenu->menuAction();
-  mnuExport_->setObjectName(QStringLiteral("mnuExport"));
+  mnuExport = exportMenu->menuAction();
+  mnuExport->setObjectName(QStringLiteral("mnuExport"));
   addAction(exportMenu, "mnuExportBRLT", QStringLiteral("&Brillet"), {},
             &TavorineListMain::mnuExportBRLT_Click);
   QAction* hc = addAction(exportMenu, "mnuExportHC", QStringLiteral("NexStar &Hand Control"), {},
@@ -154,18 +154,18 @@ void TavorineListMain::buildMenus() {
   addAction(exportMenu, "mnuExportCSV", QStringLiteral("&CSV (Spreadsheet) File"), {},
             &TavorineListMain::mnuExportCSV_Click);
   file->addSeparator()->setObjectName(QStringLiteral("mnuSep3"));
-  mnuPrint_ = addAction(file, "mnuPrint", QStringLiteral("&Print"),
+  mnuPrint = addAction(file, "mnuPrint", QStringLiteral("&Print"),
                         QKeySequence(Qt::CTRL | Qt::Key_P), &TavorineListMain::mnuPrint_Click);
-  mnuPrint_->setEnabled(false);
-  mnuSepMRU_ = file->addSeparator();
-  mnuSepMRU_->setObjectName(QStringLiteral("mnuSepMRU"));
-  mnuSepMRU_->setVisible(false);
+  mnuPrint->setEnabled(false);
+  mnuSepMRU = file->addSeparator();
+  mnuSepMRU->setObjectName(QStringLiteral("mnuSepMRU"));
+  mnuSepMRU->setVisible(false);
   for (int i = 0; i < 5; ++i) {
     QAction* a = file->addAction(QStringLiteral("File"));
     a->setObjectName(QStringLiteral("mnuMRU%1").arg(i));
     a->setVisible(false);
     connect(a, &QAction::triggered, this, [this, i] { mnuMRU_Click(i); });
-    mnuMRU_[i] = a;
+    mnuMRU[i] = a;
   }
   file->addSeparator()->setObjectName(QStringLiteral("mnuSep1"));
   addAction(file, "mnuExit", QStringLiteral("E&xit"), QKeySequence(Qt::CTRL | Qt::Key_Q),
@@ -179,12 +179,12 @@ void TavorineListMain::buildMenus() {
             &TavorineListMain::mnuEditUserList_Click);
   addAction(tools, "mnuAlignStars", QStringLiteral("&Alignment Star Chart"), {},
             &TavorineListMain::mnuAlignStars_Click);
-  mnuRedScreen_ = addAction(tools, "mnuRedScreen", QStringLiteral("&Red Screen"),
+  mnuRedScreen = addAction(tools, "mnuRedScreen", QStringLiteral("&Red Screen"),
                             QKeySequence(Qt::CTRL | Qt::Key_R),
                             &TavorineListMain::mnuRedScreen_Click);
-  mnuRedScreen_->setCheckable(true);
+  mnuRedScreen->setCheckable(true);
   // At the telescope Ctrl+R must work from whichever window has the focus (the help too).
-  mnuRedScreen_->setShortcutContext(Qt::ApplicationShortcut);
+  mnuRedScreen->setShortcutContext(Qt::ApplicationShortcut);
   tools->addSeparator()->setObjectName(QStringLiteral("mnuSep"));
   addAction(tools, "mnuSetup", QStringLiteral("&Setup"), {}, &TavorineListMain::mnuSetup_Click);
 
@@ -258,11 +258,11 @@ void TavorineListMain::buildToolbar() {
       connect(button, &QToolButton::clicked, this, [this, slot] { (this->*slot)(); });
     } else {
       // The Red Screen button goes through the menu entry, which keeps the check mark.
-      connect(button, &QToolButton::clicked, mnuRedScreen_, &QAction::trigger);
+      connect(button, &QToolButton::clicked, mnuRedScreen, &QAction::trigger);
     }
     bar->addWidget(button);
     if (QByteArray(b.name) == "cmdPrint") {
-      cmdPrint_ = button;
+      cmdPrint = button;
       button->setEnabled(false);
     }
   }
@@ -333,18 +333,18 @@ void TavorineListMain::start() {
 }
 
 void TavorineListMain::setListCommandsEnabled(bool enabled) {
-  mnuPrint_->setEnabled(enabled);
-  cmdPrint_->setEnabled(enabled);
-  mnuExport_->setEnabled(enabled);
-  mnuImportCurrent_->setEnabled(enabled);
-  mnuImporthcTour_->setEnabled(enabled);
+  mnuPrint->setEnabled(enabled);
+  cmdPrint->setEnabled(enabled);
+  mnuExport->setEnabled(enabled);
+  mnuImportCurrent->setEnabled(enabled);
+  mnuImporthcTour->setEnabled(enabled);
 }
 
 void TavorineListMain::refreshRecentMenu() {
-  mnuSepMRU_->setVisible(state_.MRUSeparatorShown);
+  mnuSepMRU->setVisible(state_.MRUSeparatorShown);
   for (int i = 0; i < 5; ++i) {
-    if (state_.MRUShown[i]) mnuMRU_[i]->setText(state_.MRUFiles[i].title);
-    mnuMRU_[i]->setVisible(state_.MRUShown[i]);
+    if (state_.MRUShown[i]) mnuMRU[i]->setText(state_.MRUFiles[i].title);
+    mnuMRU[i]->setVisible(state_.MRUShown[i]);
   }
 }
 
@@ -560,8 +560,8 @@ void TavorineListMain::setText(const char* name, const QString& value) {
 }
 
 void TavorineListMain::switchPositionTimers() {
-  timerGetRADec_->stop();
-  timerRestartGetRADec_->start();
+  timerGetRADec->stop();
+  timerRestartGetRADec->start();
 }
 
 // The position panel's fields are looked for in the panel alone: the child windows have

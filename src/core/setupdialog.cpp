@@ -60,53 +60,53 @@ void Setup::build() {
   auto* comm = named(new QGroupBox(QStringLiteral("Communication Settings"), this), "fraComm");
   auto* commGrid = new QGridLayout(comm);
   commGrid->addWidget(new QLabel(QStringLiteral("Telescope Type:"), comm), 0, 0);
-  cmbScopeType_ = named(new QComboBox(comm), "cmbScopeType");
-  commGrid->addWidget(cmbScopeType_, 0, 1, 1, 3);
-  optCommPort_ = named(new QRadioButton(QStringLiteral("Comm Port:"), comm), "optCommPort");
-  commGrid->addWidget(optCommPort_, 1, 0);
+  cmbScopeType = named(new QComboBox(comm), "cmbScopeType");
+  commGrid->addWidget(cmbScopeType, 0, 1, 1, 3);
+  optCommPort = named(new QRadioButton(QStringLiteral("Comm Port:"), comm), "optCommPort");
+  commGrid->addWidget(optCommPort, 1, 0);
   auto* portRow = new QHBoxLayout;
   portRow->setSpacing(2);
-  txtCommPort_ = numberField(comm, "txtCommPort", 140);
-  txtCommPort_->setToolTip(
+  txtCommPort = numberField(comm, "txtCommPort", 140);
+  txtCommPort->setToolTip(
       QStringLiteral("A port number, a device such as /dev/ttyUSB0, or HCD host:port"));
   upDown1_ = named(new UpDownButtons(comm), "UpDown1");
-  portRow->addWidget(txtCommPort_);
+  portRow->addWidget(txtCommPort);
   portRow->addWidget(upDown1_);
   commGrid->addLayout(portRow, 1, 1);
-  cmbFoundPorts_ = named(new QComboBox(comm), "cmbFoundPorts");
-  cmbFoundPorts_->setMinimumWidth(150);
-  commGrid->addWidget(cmbFoundPorts_, 1, 2, 1, 2);
-  optHCD_ = named(new QRadioButton(QStringLiteral("NexRemote/hcAnywhere Direct"), comm), "optHCD");
-  commGrid->addWidget(optHCD_, 2, 0, 1, 4);
+  cmbFoundPorts = named(new QComboBox(comm), "cmbFoundPorts");
+  cmbFoundPorts->setMinimumWidth(150);
+  commGrid->addWidget(cmbFoundPorts, 1, 2, 1, 2);
+  optHCD = named(new QRadioButton(QStringLiteral("NexRemote/hcAnywhere Direct"), comm), "optHCD");
+  commGrid->addWidget(optHCD, 2, 0, 1, 4);
   // An INDI server's mount: the server, then its telescope device.
-  optIndi_ = named(new QRadioButton(QStringLiteral("INDI server"), comm), "optIndi");
-  commGrid->addWidget(optIndi_, 3, 0);
+  optIndi = named(new QRadioButton(QStringLiteral("INDI server"), comm), "optIndi");
+  commGrid->addWidget(optIndi, 3, 0);
   auto* serverRow = new QHBoxLayout;
   auto* hostLabel = new QLabel(QStringLiteral("Host:"), comm);
-  txtIndiHost_ = named(new QLineEdit(comm), "txtIndiHost");
-  txtIndiHost_->setMinimumWidth(140);
+  txtIndiHost = named(new QLineEdit(comm), "txtIndiHost");
+  txtIndiHost->setMinimumWidth(140);
   auto* portLabel = new QLabel(QStringLiteral("Port:"), comm);
-  txtIndiPort_ = numberField(comm, "txtIndiPort", 56);
-  txtIndiPort_->setValidator(new QIntValidator(1, 65535, txtIndiPort_));
+  txtIndiPort = numberField(comm, "txtIndiPort", 56);
+  txtIndiPort->setValidator(new QIntValidator(1, 65535, txtIndiPort));
   serverRow->addWidget(hostLabel);
-  serverRow->addWidget(txtIndiHost_, 1);
+  serverRow->addWidget(txtIndiHost, 1);
   serverRow->addWidget(portLabel);
-  serverRow->addWidget(txtIndiPort_);
+  serverRow->addWidget(txtIndiPort);
   commGrid->addLayout(serverRow, 3, 1, 1, 3);
   auto* deviceRow = new QHBoxLayout;
   auto* deviceLabel = new QLabel(QStringLiteral("Device:"), comm);
-  cmbIndiDevice_ = named(new QComboBox(comm), "cmbIndiDevice");
-  cmbIndiDevice_->setEditable(true);
-  cmbIndiDevice_->setMinimumWidth(180);
-  cmbIndiDevice_->setToolTip(QStringLiteral("The telescope's device name on the INDI server"));
-  cmdIndiFind_ = named(new QPushButton(QStringLiteral("&Find"), comm), "cmdIndiFind");
-  cmdIndiFind_->setToolTip(QStringLiteral("Ask the server which telescopes it offers"));
+  cmbIndiDevice = named(new QComboBox(comm), "cmbIndiDevice");
+  cmbIndiDevice->setEditable(true);
+  cmbIndiDevice->setMinimumWidth(180);
+  cmbIndiDevice->setToolTip(QStringLiteral("The telescope's device name on the INDI server"));
+  cmdIndiFind = named(new QPushButton(QStringLiteral("&Find"), comm), "cmdIndiFind");
+  cmdIndiFind->setToolTip(QStringLiteral("Ask the server which telescopes it offers"));
   deviceRow->addWidget(deviceLabel);
-  deviceRow->addWidget(cmbIndiDevice_, 1);
-  deviceRow->addWidget(cmdIndiFind_);
+  deviceRow->addWidget(cmbIndiDevice, 1);
+  deviceRow->addWidget(cmdIndiFind);
   commGrid->addLayout(deviceRow, 4, 1, 1, 3);
-  indiControls_ = {hostLabel, txtIndiHost_, portLabel, txtIndiPort_, deviceLabel, cmbIndiDevice_,
-                   cmdIndiFind_};
+  indiControls_ = {hostLabel, txtIndiHost, portLabel, txtIndiPort, deviceLabel, cmbIndiDevice,
+                   cmdIndiFind};
   commGrid->setColumnStretch(3, 1);
   root->addWidget(comm);
 
@@ -129,29 +129,29 @@ void Setup::build() {
     siteGrid->addWidget(minField, row, 4);
     siteGrid->addWidget(new QLabel(QStringLiteral("'"), site), row, 5);
   };
-  siteRow(0, QStringLiteral("Longitude"), "cmdEastWest", "txtLongDeg", "txtLongMin", cmdEastWest_,
-          txtLongDeg_, txtLongMin_);
+  siteRow(0, QStringLiteral("Longitude"), "cmdEastWest", "txtLongDeg", "txtLongMin", cmdEastWest,
+          txtLongDeg, txtLongMin);
   siteRow(1, QStringLiteral("Latitude"), "cmdNorthSouth", "txtLatDeg", "txtLatMin",
-          cmdNorthSouth_, txtLatDeg_, txtLatMin_);
+          cmdNorthSouth, txtLatDeg, txtLatMin);
   siteGrid->setColumnStretch(6, 1);
   middle->addWidget(site);
 
   // Altitude Controls.
   auto* alt = named(new QGroupBox(QStringLiteral("Altitude Controls"), this), "fraAltitude");
   auto* altGrid = new QGridLayout(alt);
-  chkUseAltLimit_ = named(
+  chkUseAltLimit = named(
       new QCheckBox(QStringLiteral("Use Altitude Controls? (Warns you prior to GoTo operations)"),
                     alt),
       "chkUseAltLimit");
-  altGrid->addWidget(chkUseAltLimit_, 0, 0, 1, 3);
-  lblMinAlt_ = named(new QLabel(QStringLiteral("Minimum Altitude:"), alt), "lblMinAlt");
-  txtMinAlt_ = numberField(alt, "txtMinAlt");
-  lblMaxAlt_ = named(new QLabel(QStringLiteral("Maximum Altitude:"), alt), "lblMaxAlt");
-  txtMaxAlt_ = numberField(alt, "txtMaxAlt");
-  altGrid->addWidget(lblMinAlt_, 1, 0);
-  altGrid->addWidget(txtMinAlt_, 1, 1);
-  altGrid->addWidget(lblMaxAlt_, 2, 0);
-  altGrid->addWidget(txtMaxAlt_, 2, 1);
+  altGrid->addWidget(chkUseAltLimit, 0, 0, 1, 3);
+  lblMinAlt = named(new QLabel(QStringLiteral("Minimum Altitude:"), alt), "lblMinAlt");
+  txtMinAlt = numberField(alt, "txtMinAlt");
+  lblMaxAlt = named(new QLabel(QStringLiteral("Maximum Altitude:"), alt), "lblMaxAlt");
+  txtMaxAlt = numberField(alt, "txtMaxAlt");
+  altGrid->addWidget(lblMinAlt, 1, 0);
+  altGrid->addWidget(txtMinAlt, 1, 1);
+  altGrid->addWidget(lblMaxAlt, 2, 0);
+  altGrid->addWidget(txtMaxAlt, 2, 1);
   altGrid->setColumnStretch(2, 1);
   middle->addWidget(alt);
   root->addLayout(middle);
@@ -159,37 +159,37 @@ void Setup::build() {
   // Time Zone Information.
   auto* tz = named(new QGroupBox(QStringLiteral("Time Zone Information"), this), "fraTimeZone");
   auto* tzGrid = new QGridLayout(tz);
-  chkUseWindowsTimeZone_ = named(
+  chkUseWindowsTimeZone = named(
       new QCheckBox(QStringLiteral("Use Windows Time Zone Setting?"), tz), "chkUseWindowsTimeZone");
-  tzGrid->addWidget(chkUseWindowsTimeZone_, 0, 0, 1, 2);
-  lblMyTimeZone_ = named(
+  tzGrid->addWidget(chkUseWindowsTimeZone, 0, 0, 1, 2);
+  lblMyTimeZone = named(
       new QLabel(QStringLiteral(
                      "Enter Hours from UTC (+ for East Hemisphere, - for West Hemisphere):"),
                  tz),
       "lblMyTimeZone");
-  txtMyTimeZone_ = numberField(tz, "txtMyTimeZone");
-  tzGrid->addWidget(lblMyTimeZone_, 1, 0);
-  tzGrid->addWidget(txtMyTimeZone_, 1, 1);
+  txtMyTimeZone = numberField(tz, "txtMyTimeZone");
+  tzGrid->addWidget(lblMyTimeZone, 1, 0);
+  tzGrid->addWidget(txtMyTimeZone, 1, 1);
   tzGrid->setColumnStretch(2, 1);
   root->addWidget(tz);
 
   // Location of Tavorine Lists.
   auto* lists = named(new QGroupBox(QStringLiteral("Location of Tavorine Lists"), this), "fraDataDir");
   auto* listsRow = new QHBoxLayout(lists);
-  txtDataDir_ = named(new QLineEdit(lists), "txtDataDir");
-  cmmdBrowse_ = named(new QPushButton(QStringLiteral("&Browse"), lists), "cmmdBrowse");
-  listsRow->addWidget(txtDataDir_, 1);
-  listsRow->addWidget(cmmdBrowse_);
+  txtDataDir = named(new QLineEdit(lists), "txtDataDir");
+  cmmdBrowse = named(new QPushButton(QStringLiteral("&Browse"), lists), "cmmdBrowse");
+  listsRow->addWidget(txtDataDir, 1);
+  listsRow->addWidget(cmmdBrowse);
   root->addWidget(lists);
 
   // Object colour, then OK and Cancel.
   auto* bottom = new QHBoxLayout;
   bottom->addWidget(new QLabel(QStringLiteral("Object Color in Sky Charts: "), this));
-  shpObjectColor_ = named(new QFrame(this), "shpObjectColor");
-  shpObjectColor_->setFixedSize(24, 24);
-  bottom->addWidget(shpObjectColor_);
-  cmdColor_ = named(new QPushButton(QStringLiteral("Change"), this), "cmdColor");
-  bottom->addWidget(cmdColor_);
+  shpObjectColor = named(new QFrame(this), "shpObjectColor");
+  shpObjectColor->setFixedSize(24, 24);
+  bottom->addWidget(shpObjectColor);
+  cmdColor = named(new QPushButton(QStringLiteral("Change"), this), "cmdColor");
+  bottom->addWidget(cmdColor);
   bottom->addStretch(1);
   OKButton_ = named(new QPushButton(QStringLiteral("OK"), this), "OKButton");
   CancelButton_ = named(new QPushButton(QStringLiteral("Cancel"), this), "CancelButton");
@@ -199,142 +199,142 @@ void Setup::build() {
   root->addLayout(bottom);
 
   // Each text field selects its whole content when it gets the focus.
-  for (QLineEdit* e : {txtCommPort_, txtDataDir_, txtLatDeg_, txtLatMin_, txtLongDeg_, txtLongMin_,
-                       txtMaxAlt_, txtMinAlt_, txtMyTimeZone_})
+  for (QLineEdit* e : {txtCommPort, txtDataDir, txtLatDeg, txtLatMin, txtLongDeg, txtLongMin,
+                       txtMaxAlt, txtMinAlt, txtMyTimeZone})
     e->installEventFilter(this);
 
-  connect(optCommPort_, &QRadioButton::clicked, this, [this] {
+  connect(optCommPort, &QRadioButton::clicked, this, [this] {
     setCommPortRoute(Route::Serial);
-    txtCommPort_->setText(CommPortTextOnSelect(txtCommPort_->text()));
+    txtCommPort->setText(CommPortTextOnSelect(txtCommPort->text()));
   });
-  connect(optHCD_, &QRadioButton::clicked, this, [this] { setCommPortRoute(Route::Relay); });
-  connect(optIndi_, &QRadioButton::clicked, this, [this] { setCommPortRoute(Route::Indi); });
-  connect(cmdIndiFind_, &QPushButton::clicked, this, &Setup::onFindIndiDevices);
+  connect(optHCD, &QRadioButton::clicked, this, [this] { setCommPortRoute(Route::Relay); });
+  connect(optIndi, &QRadioButton::clicked, this, [this] { setCommPortRoute(Route::Indi); });
+  connect(cmdIndiFind, &QPushButton::clicked, this, &Setup::onFindIndiDevices);
   connect(upDown1_, &UpDownButtons::stepped, this,
-          [this](int delta) { txtCommPort_->setText(StepCommPort(txtCommPort_->text(), delta)); });
-  connect(cmbFoundPorts_, qOverload<int>(&QComboBox::activated), this, [this](int index) {
-    const QString location = cmbFoundPorts_->itemData(index).toString();
+          [this](int delta) { txtCommPort->setText(StepCommPort(txtCommPort->text(), delta)); });
+  connect(cmbFoundPorts, qOverload<int>(&QComboBox::activated), this, [this](int index) {
+    const QString location = cmbFoundPorts->itemData(index).toString();
     if (location.isEmpty()) return;
-    optCommPort_->setChecked(true);
+    optCommPort->setChecked(true);
     setCommPortRoute(Route::Serial);
-    txtCommPort_->setText(location);
+    txtCommPort->setText(location);
   });
-  connect(cmdEastWest_, &QPushButton::clicked, this,
-          [this] { cmdEastWest_->setText(ToggleLongHemi(state_.settings)); });
-  connect(cmdNorthSouth_, &QPushButton::clicked, this,
-          [this] { cmdNorthSouth_->setText(ToggleLatHemi(state_.settings)); });
-  connect(chkUseWindowsTimeZone_, &QCheckBox::clicked, this, [this](bool checked) {
+  connect(cmdEastWest, &QPushButton::clicked, this,
+          [this] { cmdEastWest->setText(ToggleLongHemi(state_.settings)); });
+  connect(cmdNorthSouth, &QPushButton::clicked, this,
+          [this] { cmdNorthSouth->setText(ToggleLatHemi(state_.settings)); });
+  connect(chkUseWindowsTimeZone, &QCheckBox::clicked, this, [this](bool checked) {
     state_.settings.UseWindowsTimeZone = checked;
     setTimeZoneControls(checked);
   });
-  connect(chkUseAltLimit_, &QCheckBox::clicked, this, [this](bool checked) {
+  connect(chkUseAltLimit, &QCheckBox::clicked, this, [this](bool checked) {
     state_.settings.UseAltLimit = checked;
     setAltitudeControls(checked);
   });
-  connect(cmmdBrowse_, &QPushButton::clicked, this, &Setup::onBrowse);
-  connect(cmdColor_, &QPushButton::clicked, this, &Setup::onColor);
+  connect(cmmdBrowse, &QPushButton::clicked, this, &Setup::onBrowse);
+  connect(cmdColor, &QPushButton::clicked, this, &Setup::onColor);
   connect(OKButton_, &QPushButton::clicked, this, &Setup::onOk);
   connect(CancelButton_, &QPushButton::clicked, this, &Setup::onCancel);
 }
 
 void Setup::load() {
   const SetupFields f = SetupOpeningFields(state_.settings, state_.indi);
-  cmbScopeType_->clear();
-  cmbScopeType_->addItems(ScopeTypeCaptions());
+  cmbScopeType->clear();
+  cmbScopeType->addItems(ScopeTypeCaptions());
   const Route route = f.indiSelected       ? Route::Indi
                       : f.commPortSelected ? Route::Serial
                                            : Route::Relay;
-  optCommPort_->setChecked(route == Route::Serial);
-  optHCD_->setChecked(route == Route::Relay);
-  optIndi_->setChecked(route == Route::Indi);
-  txtCommPort_->setText(f.commPort);
-  txtIndiHost_->setText(f.indiHost);
-  txtIndiPort_->setText(f.indiPort);
-  cmbIndiDevice_->setEditText(f.indiDevice);
+  optCommPort->setChecked(route == Route::Serial);
+  optHCD->setChecked(route == Route::Relay);
+  optIndi->setChecked(route == Route::Indi);
+  txtCommPort->setText(f.commPort);
+  txtIndiHost->setText(f.indiHost);
+  txtIndiPort->setText(f.indiPort);
+  cmbIndiDevice->setEditText(f.indiDevice);
   setCommPortRoute(route);
   fillFoundPorts();
-  cmbScopeType_->setCurrentIndex(f.scopeIndex);
-  cmdEastWest_->setText(f.eastWest);
-  cmdNorthSouth_->setText(f.northSouth);
-  txtLongDeg_->setText(f.longDeg);
-  txtLongMin_->setText(f.longMin);
-  txtLatDeg_->setText(f.latDeg);
-  txtLatMin_->setText(f.latMin);
-  chkUseWindowsTimeZone_->setChecked(f.useWindowsTimeZone);
-  txtMyTimeZone_->setText(f.myTimeZone);
+  cmbScopeType->setCurrentIndex(f.scopeIndex);
+  cmdEastWest->setText(f.eastWest);
+  cmdNorthSouth->setText(f.northSouth);
+  txtLongDeg->setText(f.longDeg);
+  txtLongMin->setText(f.longMin);
+  txtLatDeg->setText(f.latDeg);
+  txtLatMin->setText(f.latMin);
+  chkUseWindowsTimeZone->setChecked(f.useWindowsTimeZone);
+  txtMyTimeZone->setText(f.myTimeZone);
   setTimeZoneControls(f.useWindowsTimeZone);
-  txtMinAlt_->setText(f.minAlt);
-  txtMaxAlt_->setText(f.maxAlt);
-  chkUseAltLimit_->setChecked(f.useAltLimit);
+  txtMinAlt->setText(f.minAlt);
+  txtMaxAlt->setText(f.maxAlt);
+  chkUseAltLimit->setChecked(f.useAltLimit);
   setAltitudeControls(f.useAltLimit);
-  txtDataDir_->setText(f.dataDir);
+  txtDataDir->setText(f.dataDir);
   showObjectColor();
 }
 
 void Setup::fillFoundPorts() {
-  cmbFoundPorts_->clear();
+  cmbFoundPorts->clear();
   // Only a found port that is the one in use shows as chosen; otherwise the box offers them.
-  cmbFoundPorts_->setPlaceholderText(QStringLiteral("Ports found"));
+  cmbFoundPorts->setPlaceholderText(QStringLiteral("Ports found"));
   int chosen = -1;
   const auto ports = QSerialPortInfo::availablePorts();
   for (const QSerialPortInfo& p : ports) {
     const QString description = p.description().isEmpty() ? p.portName() : p.description();
-    cmbFoundPorts_->addItem(p.systemLocation() + QStringLiteral(" (") + description +
+    cmbFoundPorts->addItem(p.systemLocation() + QStringLiteral(" (") + description +
                                 QLatin1Char(')'),
                             p.systemLocation());
-    if (p.systemLocation() == txtCommPort_->text().trimmed()) chosen = cmbFoundPorts_->count() - 1;
+    if (p.systemLocation() == txtCommPort->text().trimmed()) chosen = cmbFoundPorts->count() - 1;
   }
-  if (cmbFoundPorts_->count() == 0) {
-    cmbFoundPorts_->addItem(QStringLiteral("(no ports found)"));
+  if (cmbFoundPorts->count() == 0) {
+    cmbFoundPorts->addItem(QStringLiteral("(no ports found)"));
     chosen = 0;
   }
-  cmbFoundPorts_->setCurrentIndex(chosen);
+  cmbFoundPorts->setCurrentIndex(chosen);
 }
 
 void Setup::setCommPortRoute(Route route) {
-  txtCommPort_->setEnabled(route == Route::Serial);
+  txtCommPort->setEnabled(route == Route::Serial);
   upDown1_->setEnabled(route == Route::Serial);
   for (QWidget* w : indiControls_) w->setEnabled(route == Route::Indi);
 }
 
 void Setup::setTimeZoneControls(bool useWindows) {
-  lblMyTimeZone_->setEnabled(!useWindows);
-  txtMyTimeZone_->setEnabled(!useWindows);
+  lblMyTimeZone->setEnabled(!useWindows);
+  txtMyTimeZone->setEnabled(!useWindows);
 }
 
 void Setup::setAltitudeControls(bool useLimit) {
-  for (QWidget* w : {static_cast<QWidget*>(lblMinAlt_), static_cast<QWidget*>(txtMinAlt_),
-                     static_cast<QWidget*>(lblMaxAlt_), static_cast<QWidget*>(txtMaxAlt_)})
+  for (QWidget* w : {static_cast<QWidget*>(lblMinAlt), static_cast<QWidget*>(txtMinAlt),
+                     static_cast<QWidget*>(lblMaxAlt), static_cast<QWidget*>(txtMaxAlt)})
     w->setEnabled(useLimit);
 }
 
 void Setup::showObjectColor() {
-  shpObjectColor_->setStyleSheet(QStringLiteral("QFrame#shpObjectColor { background-color: %1; "
+  shpObjectColor->setStyleSheet(QStringLiteral("QFrame#shpObjectColor { background-color: %1; "
                                                 "border: 1px solid black; }")
                                      .arg(CssColor(state_.settings.ObjectColor)));
 }
 
 SetupFields Setup::fields() const {
   SetupFields f;
-  f.scopeIndex = cmbScopeType_->currentIndex();
-  f.commPortSelected = optCommPort_->isChecked();
-  f.commPort = txtCommPort_->text();
-  f.indiSelected = optIndi_->isChecked();
-  f.indiHost = txtIndiHost_->text();
-  f.indiPort = txtIndiPort_->text();
-  f.indiDevice = cmbIndiDevice_->currentText();
-  f.eastWest = cmdEastWest_->text();
-  f.longDeg = txtLongDeg_->text();
-  f.longMin = txtLongMin_->text();
-  f.northSouth = cmdNorthSouth_->text();
-  f.latDeg = txtLatDeg_->text();
-  f.latMin = txtLatMin_->text();
-  f.useWindowsTimeZone = chkUseWindowsTimeZone_->isChecked();
-  f.myTimeZone = txtMyTimeZone_->text();
-  f.useAltLimit = chkUseAltLimit_->isChecked();
-  f.minAlt = txtMinAlt_->text();
-  f.maxAlt = txtMaxAlt_->text();
-  f.dataDir = txtDataDir_->text();
+  f.scopeIndex = cmbScopeType->currentIndex();
+  f.commPortSelected = optCommPort->isChecked();
+  f.commPort = txtCommPort->text();
+  f.indiSelected = optIndi->isChecked();
+  f.indiHost = txtIndiHost->text();
+  f.indiPort = txtIndiPort->text();
+  f.indiDevice = cmbIndiDevice->currentText();
+  f.eastWest = cmdEastWest->text();
+  f.longDeg = txtLongDeg->text();
+  f.longMin = txtLongMin->text();
+  f.northSouth = cmdNorthSouth->text();
+  f.latDeg = txtLatDeg->text();
+  f.latMin = txtLatMin->text();
+  f.useWindowsTimeZone = chkUseWindowsTimeZone->isChecked();
+  f.myTimeZone = txtMyTimeZone->text();
+  f.useAltLimit = chkUseAltLimit->isChecked();
+  f.minAlt = txtMinAlt->text();
+  f.maxAlt = txtMaxAlt->text();
+  f.dataDir = txtDataDir->text();
   return f;
 }
 
@@ -352,7 +352,7 @@ void Setup::onOk() {
   RunGuarded(state_.prompter(), [this] {
     SetupFields f = fields();
     const bool accepted = SetupOk(state_, f);
-    txtDataDir_->setText(f.dataDir);
+    txtDataDir->setText(f.dataDir);
     if (accepted) accept();
   });
 }
@@ -368,7 +368,7 @@ void Setup::reject() { onCancel(); }
 
 void Setup::onBrowse() {
   const QString folder = pickFolder_(this, state_.settings.DataDir);
-  if (!folder.isEmpty()) txtDataDir_->setText(folder);
+  if (!folder.isEmpty()) txtDataDir->setText(folder);
 }
 
 void Setup::onFindIndiDevices() {
@@ -386,10 +386,10 @@ void Setup::onFindIndiDevices() {
           QStringLiteral("The INDI server at %1 offers no telescope.").arg(server.server()));
       return;
     }
-    const QString kept = cmbIndiDevice_->currentText().trimmed();
-    cmbIndiDevice_->clear();
-    cmbIndiDevice_->addItems(found);
-    cmbIndiDevice_->setEditText(found.contains(kept) ? kept : found.first());
+    const QString kept = cmbIndiDevice->currentText().trimmed();
+    cmbIndiDevice->clear();
+    cmbIndiDevice->addItems(found);
+    cmbIndiDevice->setEditText(found.contains(kept) ? kept : found.first());
   };
   // No server is said as it is, without the scope's words around it.
   RunGuarded(body, [this](const AppError& e) {

@@ -60,9 +60,9 @@ ImportWindow::ImportWindow(ImportKind kind, AppState& state, QString dataSource,
   setWindowTitle(QStringLiteral("Importing"));
   setModal(true);
   auto* layout = new QVBoxLayout(this);
-  lblFile_ = label(this, "lblFile", QString());
-  lblFile_->setMinimumWidth(360);
-  layout->addWidget(lblFile_);
+  lblFile = label(this, "lblFile", QString());
+  lblFile->setMinimumWidth(360);
+  layout->addWidget(lblFile);
   Label1_ = label(this, "Label1", QStringLiteral("Importing, please wait..."));
   Label1_->setAlignment(Qt::AlignCenter);
   Label1_->setMinimumHeight(40);
@@ -71,25 +71,25 @@ ImportWindow::ImportWindow(ImportKind kind, AppState& state, QString dataSource,
   Label1_->hide();
   auto* header = new QHBoxLayout;
   Label2_ = label(this, "Label2", QStringLiteral("Import File has header line:"));
-  chkImportHasHeader_ = new QCheckBox(this);
-  chkImportHasHeader_->setObjectName(QStringLiteral("chkImportHasHeader"));
-  Label2_->setBuddy(chkImportHasHeader_);
+  chkImportHasHeader = new QCheckBox(this);
+  chkImportHasHeader->setObjectName(QStringLiteral("chkImportHasHeader"));
+  Label2_->setBuddy(chkImportHasHeader);
   header->addWidget(Label2_);
-  header->addWidget(chkImportHasHeader_);
+  header->addWidget(chkImportHasHeader);
   header->addStretch();
   layout->addLayout(header);
   auto* buttons = new QHBoxLayout;
   buttons->addStretch();
-  cmdOK_ = new QPushButton(QStringLiteral("Import"), this);
-  cmdOK_->setObjectName(QStringLiteral("cmdOK"));
-  cmdOK_->setDefault(true);
-  cmdCancel_ = new QPushButton(QStringLiteral("Cancel"), this);
-  cmdCancel_->setObjectName(QStringLiteral("cmdCancel"));
-  buttons->addWidget(cmdOK_);
-  buttons->addWidget(cmdCancel_);
+  cmdOK = new QPushButton(QStringLiteral("Import"), this);
+  cmdOK->setObjectName(QStringLiteral("cmdOK"));
+  cmdOK->setDefault(true);
+  cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
+  cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+  buttons->addWidget(cmdOK);
+  buttons->addWidget(cmdCancel);
   layout->addLayout(buttons);
-  connect(cmdOK_, &QPushButton::clicked, this, &ImportWindow::cmdOK_Click);
-  connect(cmdCancel_, &QPushButton::clicked, this, &QDialog::reject);
+  connect(cmdOK, &QPushButton::clicked, this, &ImportWindow::cmdOK_Click);
+  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 ImportWindow::~ImportWindow() = default;
@@ -109,14 +109,14 @@ bool ImportWindow::load(const ImportFileChooser& choose) {
         if (form.tour) {
           folder = TourImportFolder(FindTourFolders(state_.windowsDriveC), folder);
         } else {
-          chkImportHasHeader_->setChecked(state_.ImportHasHeader);
+          chkImportHasHeader->setChecked(state_.ImportHasHeader);
         }
         file_ = choose(QStringLiteral("Select file to import from..."), folder,
                        form.tour ? QStringLiteral("hcAnywhere Tour Files (*.hct)")
                                  : QStringLiteral("Comma Separated File (*.csv *.txt);;"
                                                   "All Files (*)"));
         if (file_.isEmpty()) throw AppError::of(ErrNo::DialogCancelled);
-        lblFile_->setText(QDir::toNativeSeparators(file_));
+        lblFile->setText(QDir::toNativeSeparators(file_));
       },
       [](const AppError&) {});
 }
@@ -131,10 +131,10 @@ void ImportWindow::showEvent(QShowEvent* event) {
 void ImportWindow::cmdOK_Click() {
   const ImportForm& form = formOf(kind_);
   if (!form.tour) {
-    for (QWidget* w : std::initializer_list<QWidget*>{cmdOK_, cmdCancel_, Label2_,
-                                                       chkImportHasHeader_})
+    for (QWidget* w : std::initializer_list<QWidget*>{cmdOK, cmdCancel, Label2_,
+                                                       chkImportHasHeader})
       w->hide();
-    state_.ImportHasHeader = chkImportHasHeader_->isChecked();
+    state_.ImportHasHeader = chkImportHasHeader->isChecked();
   }
   Label1_->show();
   repaint();

@@ -50,10 +50,10 @@ class ImportWindow : public QDialog {
   bool started_ = false;
   QLabel* Label1_ = nullptr;
   QLabel* Label2_ = nullptr;
-  QLabel* lblFile_ = nullptr;
-  QCheckBox* chkImportHasHeader_ = nullptr;
-  QPushButton* cmdOK_ = nullptr;
-  QPushButton* cmdCancel_ = nullptr;
+  QLabel* lblFile = nullptr;
+  QCheckBox* chkImportHasHeader = nullptr;
+  QPushButton* cmdOK = nullptr;
+  QPushButton* cmdCancel = nullptr;
 };
 
 // Shows an import window modally when its load succeeds; true when it was shown.

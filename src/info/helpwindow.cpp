@@ -53,12 +53,12 @@ HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::W
   row->addStretch(1);
   root->addLayout(row);
 
-  txtHelp_ = new HelpBrowser(state_, this);
-  txtHelp_->setObjectName(QStringLiteral("txtHelp"));
-  txtHelp_->setOpenExternalLinks(true);
-  root->addWidget(txtHelp_);
-  connect(back, &QPushButton::clicked, txtHelp_, &QTextBrowser::backward);
-  connect(txtHelp_, &QTextBrowser::backwardAvailable, back, &QPushButton::setEnabled);
+  txtHelp = new HelpBrowser(state_, this);
+  txtHelp->setObjectName(QStringLiteral("txtHelp"));
+  txtHelp->setOpenExternalLinks(true);
+  root->addWidget(txtHelp);
+  connect(back, &QPushButton::clicked, txtHelp, &QTextBrowser::backward);
+  connect(txtHelp, &QTextBrowser::backwardAvailable, back, &QPushButton::setEnabled);
   back->setEnabled(false);
   connect(home, &QPushButton::clicked, this, [this] { showSection(QStringLiteral("contents")); });
   connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this,
@@ -67,9 +67,9 @@ HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::W
   redScreen_ = state_.RedScreenOn;
   const QString path = state_.helpPath();
   if (QFileInfo::exists(path))
-    txtHelp_->setSource(QUrl::fromLocalFile(path));
+    txtHelp->setSource(QUrl::fromLocalFile(path));
   else
-    txtHelp_->setPlainText(QStringLiteral("The help file was not found at ") + path +
+    txtHelp->setPlainText(QStringLiteral("The help file was not found at ") + path +
                            QLatin1Char('.'));
 }
 
@@ -81,7 +81,7 @@ void HelpWindow::showAndRaise() {
 }
 
 void HelpWindow::showSection(const QString& anchor) {
-  if (!anchor.isEmpty()) txtHelp_->scrollToAnchor(anchor);
+  if (!anchor.isEmpty()) txtHelp->scrollToAnchor(anchor);
 }
 
 void HelpWindow::changeEvent(QEvent* event) {
@@ -90,7 +90,7 @@ void HelpWindow::changeEvent(QEvent* event) {
       event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange;
   if (!recoloured || redScreen_ == state_.RedScreenOn) return;
   redScreen_ = state_.RedScreenOn;
-  const int scrolled = txtHelp_->verticalScrollBar()->value();
-  txtHelp_->reload();
-  txtHelp_->verticalScrollBar()->setValue(scrolled);
+  const int scrolled = txtHelp->verticalScrollBar()->value();
+  txtHelp->reload();
+  txtHelp->verticalScrollBar()->setValue(scrolled);
 }

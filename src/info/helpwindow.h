@@ -23,6 +23,6 @@ class HelpWindow : public QWidget {
 
  private:
   AppState& state_;
-  HelpBrowser* txtHelp_ = nullptr;
+  HelpBrowser* txtHelp = nullptr;
   bool redScreen_ = false;
 };

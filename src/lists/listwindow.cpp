@@ -99,9 +99,9 @@ CurrentList::CurrentList(ListVariant variant, AppState& state, TavorineListMain&
   sort_ = ListSortState{};
   const QString path = main_.findChild<QLineEdit*>(QStringLiteral("txtFileName"))->text();
   const QString title = main_.findChild<QLineEdit*>(QStringLiteral("txtFileTitle"))->text();
-  txtDataSource_->setText(path);
-  txtObserverTitle_->setText(title);
-  txtShortFileName_->setText(QFileInfo(path).fileName());
+  txtDataSource->setText(path);
+  txtObserverTitle->setText(title);
+  txtShortFileName->setText(QFileInfo(path).fileName());
   document_ = Database::open(path, Database::Mode::ReadWrite);
   bindPrimary();
   const auto catalog = Database::open(state_.catalogPath(), Database::Mode::ReadOnly);
@@ -124,8 +124,8 @@ CurrentList::~CurrentList() {
   if (grid_) grid_->setRecordset(nullptr);
 }
 
-QString CurrentList::documentPath() const { return txtDataSource_->text(); }
-QString CurrentList::documentTitle() const { return txtObserverTitle_->text(); }
+QString CurrentList::documentPath() const { return txtDataSource->text(); }
+QString CurrentList::documentTitle() const { return txtObserverTitle->text(); }
 
 void CurrentList::buildControls() {
   const bool compact = variant_ == ListVariant::CurrentListFixed;
@@ -135,9 +135,9 @@ void CurrentList::buildControls() {
     e->hide();
     return e;
   };
-  txtDataSource_ = hiddenField("txtDataSource");
-  txtObserverTitle_ = hiddenField("txtObserverTitle");
-  txtShortFileName_ = hiddenField("txtShortFileName");
+  txtDataSource = hiddenField("txtDataSource");
+  txtObserverTitle = hiddenField("txtObserverTitle");
+  txtShortFileName = hiddenField("txtShortFileName");
 
   sky_ = new SkyWidget(compact ? ChartWindow::CurrentListFixed : ChartWindow::CurrentList,
                        [this](const SkyCoordinates& p) { return AltitudeNow(state_, p); },
@@ -156,10 +156,10 @@ void CurrentList::buildControls() {
 
   details_ = buildDetails();
 
-  txtRecordCounter_ = new QLineEdit(this);
-  txtRecordCounter_->setObjectName(QStringLiteral("txtRecordCounter"));
-  txtRecordCounter_->setReadOnly(true);
-  txtRecordCounter_->setFocusPolicy(Qt::NoFocus);
+  txtRecordCounter = new QLineEdit(this);
+  txtRecordCounter->setObjectName(QStringLiteral("txtRecordCounter"));
+  txtRecordCounter->setReadOnly(true);
+  txtRecordCounter->setFocusPolicy(Qt::NoFocus);
 
   struct Button {
     const char* name;
@@ -254,7 +254,7 @@ void CurrentList::PlotObject() {
 }
 
 void CurrentList::writeCounter() {
-  txtRecordCounter_->setText(
+  txtRecordCounter->setText(
       RecordCounterText(datPrimary_->AbsolutePosition(), datPrimary_->RecordCount()));
 }
 
@@ -277,7 +277,7 @@ void CurrentList::Form_Activate() {
         FirstCount_ = false;
       }
     } else {
-      txtRecordCounter_->clear();
+      txtRecordCounter->clear();
     }
   });
 }
@@ -297,7 +297,7 @@ void CurrentList::showCurrentRow() {
     writeCounter();
     PlotObject();
   } else {
-    txtRecordCounter_->clear();
+    txtRecordCounter->clear();
   }
 }
 

@@ -122,8 +122,8 @@ class CurrentList : public QWidget {
   QTimer* timer_ = nullptr;
   QWidget* details_ = nullptr;
   std::vector<QLineEdit*> texts_;  // Text1..Text13
-  QLineEdit* txtRecordCounter_ = nullptr;
-  QLineEdit* txtDataSource_ = nullptr;
-  QLineEdit* txtObserverTitle_ = nullptr;
-  QLineEdit* txtShortFileName_ = nullptr;
+  QLineEdit* txtRecordCounter = nullptr;
+  QLineEdit* txtDataSource = nullptr;
+  QLineEdit* txtObserverTitle = nullptr;
+  QLineEdit* txtShortFileName = nullptr;
 };
