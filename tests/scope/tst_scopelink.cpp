@@ -1,6 +1,11 @@
 #include <QElapsedTimer>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
+#include <QThread>
 
+#include "core/apperror.h"
+#include "scope/chartlink.h"
 #include "scopetest.h"
 
 namespace {
@@ -18,45 +23,132 @@ struct FailureRow {
   QStringList readTexts;
 };
 
+// A planetarium server on the test's thread (the link runs on one of its own): sends
+// `greeting` to each caller, records each line it receives and answers it with `answer`; a
+// null greeting hangs up at once.
+struct ChartServer : QTcpServer {
+  QStringList lines;
+  ChartServer(const QByteArray& greeting, const QByteArray& answer) {
+    listen(QHostAddress::LocalHost);
+    connect(this, &QTcpServer::newConnection, [=] {
+      QTcpSocket* s = nextPendingConnection();
+      if (greeting.isNull()) return s->close();
+      s->write(greeting);
+      connect(s, &QTcpSocket::readyRead, [=] {
+        while (s->canReadLine()) {
+          lines << QString::fromLatin1(s->readLine()).trimmed();
+          s->write(answer);
+        }
+      });
+    });
+  }
+};
+
+const QStringList kCentring{"SETRA RA:5h34m00.00s", "SETDEC DEC:-22d1m00s", "SETFOV FOV:+5d00m00s",
+                            "REDRAW"};
+
 }  // namespace
 
+// The link to the telescope, its encoding's edges that neither the simulator runs below nor
+// the reply fuzz harness reach, and the link to the planetarium.
 class TestScopeLink : public QObject {
   Q_OBJECT
 
  private slots:
+  void units() {
+    QCOMPARE(DecUnits("+", 90, 0), 16383.0);  // one below a quarter
+    QCOMPARE(DecUnits("", 10, 0), 1820.0);  // a blank sign is north
+    QCOMPARE(DecUnits("-", -22, 1), 61527.0);  // south takes the degrees' size
+  }
+
+  // An unknown family, the BIG family's waits, a reply in lower case.
+  void encoding() {
+    QCOMPARE(EncodeGoto("XYZ", 5, 34.5, "+", 22, 1), (QList<ScopeWrite>{{"R3B77,0FA8", 0}}));
+    QCOMPARE(PositionRequest("XYZ"), (QList<ScopeWrite>{{"E", 0}}));
+    const QList<ScopeWrite> big{{"?", 250}, {"R" + QByteArray::fromHex("3B770FA8"), 0}};
+    QCOMPARE(EncodeGoto("BIG", 5, 34.5, "+", 22, 1), big);
+    QCOMPARE(PositionRequest("BIG"), (QList<ScopeWrite>{{"?", 250}, {"E", 0}}));
+    // The edge units go out whole; nothing a byte cannot hold goes out.
+    QCOMPARE(EncodeGoto("GT", 23, 59.9999, "-", 0, 0), (QList<ScopeWrite>{{"RFFFF,FFFF", 0}}));
+    QVERIFY_THROWS_EXCEPTION(AppError, EncodeGoto("GT", 0, 0, "+", -5, 0));
+    QCOMPARE(Shown(ReplyDecode("ASC", "34ab,12cd#")), QStringLiteral("4|56.3|+|26|26"));
+  }
+
+  // Position fields from RA and Dec minutes (Dec south from 21600 down).
+  void display_data() {
+    QTest::addColumn<double>("raMinutes");
+    QTest::addColumn<double>("decMinutes");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("59.96 rounds up to the hour") << 59.96 << 0.0 << "1|0|+|0|0";
+    QTest::newRow("1439.96 wraps to 0") << 1439.96 << 0.0 << "0|0|+|0|0";
+    QTest::newRow("half tenth to even") << 60.25 << 0.0 << "1|0.2|+|0|0";
+    QTest::newRow("half circle is still north") << 0.0 << 10800.0 << "0|0|+|180|0";
+    QTest::newRow("past half circle is south") << 0.0 << 10800.5 << "0|0|-|180|0";
+    QTest::newRow("just south of 0") << 0.0 << 21599.9 << "0|0|-|0|0";
+    QTest::newRow("dec minute 59.6 carries") << 0.0 << 659.6 << "0|0|+|11|0";
+  }
+  void display() {
+    QFETCH(double, raMinutes);
+    QFETCH(double, decMinutes);
+    QTEST(Shown(DisplayPosition(raMinutes, decMinutes)), "shown");
+  }
+
+  void route_data() {
+    QTest::addColumn<QString>("commPort");
+    QTest::addColumn<QString>("target");  // serial device, relay host:port, or INDI
+    QTest::newRow("port 3 with letters after") << "3abc" << "/dev/ttyS2";
+    QTest::newRow("HCD :port") << "HCD :4030" << "127.0.0.1:4030";
+    QTest::newRow("zero") << "0" << "127.0.0.1:2000";
+    QTest::newRow("INDI") << " indi " << "INDI";
+  }
+  void route() {
+    QFETCH(QString, commPort);
+    const ScopeRoute r = ScopeRoute::of(commPort);
+    QTEST(r.indi     ? QStringLiteral("INDI")
+          : r.serial ? r.device
+                     : r.proxyHost + ':' + QString::number(r.proxyPort),
+          "target");
+  }
+
   // For each family, a slew then a read-back over a real pseudo-terminal (or the relay): the
-  // telescope gets exactly the family's bytes and the read-back shows the target again.
+  // telescope gets exactly the family's bytes and the read-back shows the target again. A
+  // serial read waits (with the hourglass) for the reply; a relay read returns on the reply's
+  // "#", with no fixed wait and long before its time limit.
   void gotoThenReadBack_data() {
     QTest::addColumn<QString>("family");
     QTest::addColumn<QString>("sign");
     QTest::addColumn<bool>("relay");
+    QTest::addColumn<int>("waits");
     QTest::addColumn<QByteArray>("expectedBytes");
-    QTest::newRow("GT") << "GT" << "+" << false << QByteArray("R3B77,0FA8E");
-    QTest::newRow("GPS over the relay") << "GPS" << "+" << true << QByteArray("R3B77,0FA8E");
-    QTest::newRow("ULTIMA") << "ULTIMA" << "-" << false << QByteArray("R3B77,F057\rE\r");
-    QTest::newRow("BIG") << "BIG" << "+" << false << "?R" + QByteArray::fromHex("3B770FA8") + "?E";
-    QTest::newRow("OLDGT") << "OLDGT" << "-" << false
+    QTest::newRow("GT") << "GT" << "+" << false << 1 << QByteArray("R3B77,0FA8E");
+    QTest::newRow("GPS over the relay") << "GPS" << "+" << true << 0 << QByteArray("R3B77,0FA8E");
+    QTest::newRow("ULTIMA") << "ULTIMA" << "-" << false << 1 << QByteArray("R3B77,F057\rE\r");
+    QTest::newRow("BIG") << "BIG" << "+" << false << 2
+                         << "?R" + QByteArray::fromHex("3B770FA8") + "?E";
+    QTest::newRow("OLDGT") << "OLDGT" << "-" << false << 1
                            << "R" + QByteArray::fromHex("3B7700F05700") + "E";
-    QTest::newRow("TASCO") << "TASCO" << "+" << false
+    QTest::newRow("TASCO") << "TASCO" << "+" << false << 1
                            << "R" + QByteArray::fromHex("3B77000FA800") + "E";
   }
   void gotoThenReadBack() {
     QFETCH(QString, family);
     QFETCH(QString, sign);
     QFETCH(bool, relay);
+    QFETCH(int, waits);
     QFETCH(QByteArray, expectedBytes);
     SimRig rig;
     QVERIFY(rig.start(family, QStringLiteral("normal"), relay));
+    rig.link.proxyTimeoutMs = 20000;
     QVERIFY(rig.slew(5, 34.5, qPrintable(sign), 22, 1));
-    const bool reminder = family == "OLDGT" || family == "TASCO";
-    QCOMPARE(rig.env.prompter.texts(), reminder ? QStringList{kReminder} : QStringList{});
-    if (reminder) QCOMPARE(rig.env.prompter.entries[0].title, QStringLiteral("Reminder"));
-
+    QString hourglass;
+    rig.link.busy = [&](bool on) { hourglass += on ? '[' : ']'; };
     QElapsedTimer t;
     t.start();
     QCOMPARE(rig.read(), QStringLiteral("5|34.5|%1|22|1").arg(sign));
-    if (relay) QVERIFY2(t.elapsed() < 900, "the relay read has no one-second wait");
-    QCOMPARE(rig.env.prompter.entries.size(), reminder ? 1 : 0);
+    QVERIFY2(t.elapsed() < 10000, "a read waited out its time limit");
+    QCOMPARE(hourglass, QStringLiteral("[]").repeated(waits));
+    const bool reminder = family == "OLDGT" || family == "TASCO";
+    QCOMPARE(rig.env.prompter.texts(), reminder ? QStringList{kReminder} : QStringList{});
     QCOMPARE(rig.sim.received(), expectedBytes);
     QCOMPARE(rig.sim.stop(), 0);
   }
@@ -104,12 +196,10 @@ class TestScopeLink : public QObject {
     t.start();
     QCOMPARE(rig.slew(1, 2, "+", 3, 4), row.gotoResult);
     QCOMPARE(rig.env.prompter.texts(), row.gotoTexts);
+    QCOMPARE(rig.read(), row.shown);
+    QCOMPARE(rig.env.prompter.texts(), row.gotoTexts + row.readTexts);
     for (const auto& e : rig.env.prompter.entries)
       QCOMPARE(e.title, e.text == kReminder ? QStringLiteral("Reminder") : QStringLiteral("Error"));
-    rig.env.prompter.clear();
-    QCOMPARE(rig.read(), row.shown);
-    QCOMPARE(rig.env.prompter.texts(), row.readTexts);
-    for (const auto& e : rig.env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
     QVERIFY2(t.elapsed() < 5000, qPrintable(QString::number(t.elapsed())));
   }
 
@@ -154,13 +244,64 @@ class TestScopeLink : public QObject {
                  {PortOpenProblem::Busy, rig.sim.address, {}, {}, {}, false, {}}))});
   }
 
-  void waitIsTimedAndReportsBusy() {
-    QList<bool> calls;
-    QElapsedTimer t;
-    t.start();
-    WaitMs(120.4, [&](bool on) { calls << on; });
-    QVERIFY(t.elapsed() >= 115 && t.elapsed() < 1000);
-    QCOMPARE(calls, (QList<bool>{true, false}));
+  // The rounded minutes carry into the next unit, RA wraps at 24h, a blank sign is left out.
+  void chartCommands_data() {
+    QTest::addColumn<QList<double>>("p");  // RA h, m, Dec d, m
+    QTest::addColumn<QString>("sign");
+    QTest::addColumn<QString>("sent");  // SETRA|SETDEC
+    QTest::newRow("minutes carry") << QList<double>{12, 59.6, 44, 59.5} << "+"
+                                   << "SETRA RA:13h0m00.00s|SETDEC DEC:+45d0m00s";
+    QTest::newRow("blank sign") << QList<double>{12, 58.6, 0, 35.5} << " "
+                                << "SETRA RA:12h59m00.00s|SETDEC DEC:0d36m00s";
+    QTest::newRow("24h wraps") << QList<double>{23, 59.7, 89, 59.9} << "-"
+                               << "SETRA RA:0h0m00.00s|SETDEC DEC:-90d0m00s";
+  }
+  void chartCommands() {
+    QFETCH(QList<double>, p);
+    QFETCH(QString, sign);
+    QTEST(ChartServerCommands(p[0], p[1], sign, p[2], p[3], 5).mid(0, 2).join('|'), "sent");
+  }
+
+  void moveChart_data() {
+    QTest::addColumn<QByteArray>("greeting");  // null: hangs up; "-": nothing listens
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QStringList>("received");
+    QTest::addColumn<QString>("message");
+    const QString cdc = QStringLiteral("Unable to communicate with CDC -");
+    const QByteArray ok("OK!\r\n");
+    QTest::newRow("greeted first") << QByteArray("OK! id=1 chart=Chart_1\r\n") << ok << kCentring
+                                   << "";
+    QTest::newRow("news passed over") << QByteArray("") << ">Chart_1 selected object\r\n" + ok
+                                      << kCentring << "";
+    QTest::newRow("refused")
+        << QByteArray("") << QByteArray("Failed!\r\n") << kCentring.mid(0, 1)
+        << cdc + "Foreign application won't perform DDE method or operation - 285";
+    QTest::newRow("no answer") << QByteArray("") << QByteArray() << kCentring.mid(0, 1)
+                               << cdc + "Timeout while waiting for DDE response - 286";
+    QTest::newRow("hangs up") << QByteArray() << QByteArray() << QStringList{}
+                              << cdc + "Foreign application quit - 291";
+    QTest::newRow("nothing listening") << QByteArray("-") << QByteArray() << QStringList{}
+                                       << "Start CDC before using this feature.";
+  }
+  void moveChart() {
+    QFETCH(QByteArray, greeting);
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, message);
+    ChartServer server(greeting, answer);
+    TestEnv env;
+    ScopeLink link;
+    link.chartPort = greeting == "-" ? UnusedPort() : server.serverPort();
+    link.chartTimeoutMs = 500;
+    bool result = false;
+    std::unique_ptr<QThread> client(QThread::create(
+        [&] { result = MoveChart(*env.state, link, 5, 34.5, "-", 22, 1, 5); }));
+    client->start();
+    const auto join = qScopeGuard([&] { client->wait(); });
+    QTRY_VERIFY_WITH_TIMEOUT(client->isFinished(), 3000);
+    QCOMPARE(result, message.isEmpty());
+    QTEST(server.lines, "received");
+    QCOMPARE(env.prompter.texts(), message.isEmpty() ? QStringList{} : QStringList{message});
+    for (const auto& e : env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
   }
 };
 
