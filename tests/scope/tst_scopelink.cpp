@@ -193,6 +193,7 @@ class TestScopeLink : public QObject {
     if (row.bytes.isNull()) return;
     const int waits = row.target != "normal" ? 0 : row.family == "BIG" ? 2 : 1;
     QCOMPARE(hourglass, QStringLiteral("[]").repeated(waits));
+    QVERIFY(t.elapsed() >= (waits ? 1250 : 250));  // the slew's wait, and a serial read's
     QCOMPARE(rig.sim.received(), row.bytes);
     QCOMPARE(rig.sim.stop(), 0);
   }
