@@ -3,7 +3,6 @@
 #include <QStringList>
 #include <optional>
 
-#include "scope/scopecodec.h"
 #include "scope/scopecontrol.h"
 #include "support/scopesim.h"
 #include "support/testenv.h"
