@@ -62,18 +62,12 @@ class TestCatalogBrowser : public QObject {
   Q_OBJECT
 
  private slots:
-  // Enter presses the page's default find button, in a dialog and in a plain window host:
-  // Find First, then Find Next until the text or the option changes. A failed find says so and
-  // leaves the row. The criteria and what they find are the search's own tests.
-  void search_data() {
-    QTest::addColumn<bool>("dialog");
-    QTest::newRow("dialog host") << true;
-    QTest::newRow("plain window host") << false;
-  }
+  // Enter presses the page's default find button, here in a dialog host (the walk below has a
+  // plain window): Find First, then Find Next until the text or the option changes. A failed
+  // find says so and leaves the row. The criteria and what they find are the search's own tests.
   void search() {
-    QFETCH(bool, dialog);
     TestEnv env;
-    Host host(*env.state, BrowserHost::EditList, dialog);
+    Host host(*env.state, BrowserHost::EditList);
     QApplication::setActiveWindow(host.window.get());
     auto* first = host.child<QPushButton>("cmdFindMessier");
     auto* next = host.child<QPushButton>("cmdMessierNext");
@@ -91,8 +85,6 @@ class TestCatalogBrowser : public QObject {
     QVERIFY(rs->text(QStringLiteral("ObjectNum")).toInt() > firstMatch.toInt());
     host.child<QPushButton>("cmdMessierPrev")->click();
     QCOMPARE(rs->text(QStringLiteral("ObjectNum")), firstMatch);
-    QVERIFY(env.prompter.entries.isEmpty());
-
     host.child<QRadioButton>("optMessierNum")->click();
     QVERIFY(first->isDefault());
     box->setText(QStringLiteral("999"));
@@ -106,13 +98,14 @@ class TestCatalogBrowser : public QObject {
   }
 
   // One walk of the list editor's browser, then the hand control's. Shift and Ctrl clicks select
-  // in the editor; a search clears the selection. The page's order lives in the shared state, so
+  // in the editor; a search, by Enter, clears the selection. The page's order lives in the shared state, so
   // a header click holds in the next browser. The hand control's clicks only move the row; its
   // Edit button requeries the user page. A filter the engine refuses leaves the pages as they
   // were, with one box for each different error.
   void walk() {
     TestEnv env;
-    Host host(*env.state, BrowserHost::EditList);
+    Host host(*env.state, BrowserHost::EditList, false);
+    QApplication::setActiveWindow(host.window.get());
     QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
     QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
     DataGrid* grid = host.browser->pageGrid(kMessier);
@@ -124,13 +117,14 @@ class TestCatalogBrowser : public QObject {
     clickRow(grid, 5, Qt::ShiftModifier);
     QCOMPARE(selection(grid), expected);
     QVERIFY(grid->model()->index(3, 0).data(RecordsetModel::MarkedRole).toBool());
-    host.child<QLineEdit>("txtSearchMessier")->setText(QStringLiteral("2"));
-    host.child<QPushButton>("cmdFindMessier")->click();
+    auto* box = host.child<QLineEdit>("txtSearchMessier");
+    box->setText(QStringLiteral("2"));
+    QTest::keyClick(box, Qt::Key_Return);
+    QCOMPARE(rs->text(QStringLiteral("ObjectNum")), QStringLiteral("2"));
     QCOMPARE(grid->selectedBookmarkCount(), 0);
     clickRow(grid, 5);
     clickRow(grid, 2, Qt::ShiftModifier);
     QCOMPARE(selection(grid), expected);
-    QCOMPARE(rs->AbsolutePosition(), 2);
     clickRow(grid, 8, Qt::ControlModifier);
     expected.insert(rs->bookmarkAt(8));
     QCOMPARE(selection(grid), expected);
