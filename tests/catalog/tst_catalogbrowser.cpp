@@ -18,10 +18,11 @@ namespace {
 
 constexpr int kMessier = 0, kUser = 5;
 
-// A browser in a host window of its own, shown so that clicks and keys reach it.
+// A browser in a host window of its own, a dialog as the list editor's or a plain window as the
+// hand control's, shown and active so that clicks and keys reach it.
 struct Host {
-  Host(AppState& state, BrowserHost kind, bool dialog = true) {
-    window.reset(dialog ? new QDialog : new QWidget);
+  Host(AppState& state, BrowserHost kind) {
+    window.reset(kind == BrowserHost::EditList ? new QDialog : new QWidget);
     auto* layout = new QVBoxLayout(window.get());
     browser = new CatalogBrowser(state, kind, window.get());
     layout->addWidget(browser);
@@ -29,6 +30,7 @@ struct Host {
     browser->bindPages();
     browser->applyLayouts();
     window->show();
+    QApplication::setActiveWindow(window.get());
   }
   template <typename T>
   T* child(const char* name) const {
@@ -62,22 +64,36 @@ class TestCatalogBrowser : public QObject {
   Q_OBJECT
 
  private slots:
-  // Enter presses the page's default find button, here in a dialog host (the walk below has a
-  // plain window): Find First, then Find Next until the text or the option changes. A failed
-  // find says so and leaves the row. The criteria and what they find are the search's own tests.
-  void search() {
+  // One walk of the list editor's browser, then the hand control's. Enter presses the page's
+  // default find button in either host: Find First, then Find Next until the text or the option
+  // changes; a failed find says so and leaves the row. Shift and Ctrl clicks select in the
+  // editor, and a search clears the selection. The page's order lives in the shared state, so a
+  // header click holds in the next browser. The hand control's clicks only move the row; its
+  // Edit button requeries the user page. A filter the engine refuses leaves the pages as they
+  // were, with one box for each different error. What the criteria find is the search's test.
+  void walk() {
     TestEnv env;
     Host host(*env.state, BrowserHost::EditList);
-    QApplication::setActiveWindow(host.window.get());
+    QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
+    QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
     auto* first = host.child<QPushButton>("cmdFindMessier");
     auto* next = host.child<QPushButton>("cmdMessierNext");
     auto* box = host.child<QLineEdit>("txtSearchMessier");
     DataGrid* grid = host.browser->pageGrid(kMessier);
     Recordset* rs = host.browser->pageRecordset(kMessier);
+    QSet<qint64> expected;
+    for (int row = 2; row <= 5; ++row) expected.insert(rs->bookmarkAt(row));
+    clickRow(grid, 2);
+    QCOMPARE(grid->selectedBookmarkCount(), 0);
+    clickRow(grid, 5, Qt::ShiftModifier);
+    QCOMPARE(selection(grid), expected);
+    QVERIFY(grid->model()->index(3, 0).data(RecordsetModel::MarkedRole).toBool());
+
     host.child<QRadioButton>("optMessierName")->click();
     box->setFocus();
     QTest::keyClicks(box, QStringLiteral("nebula"));
     QTest::keyClick(box, Qt::Key_Return);
+    QCOMPARE(grid->selectedBookmarkCount(), 0);
     QVERIFY(next->isDefault() && !first->isDefault());
     QCOMPARE(grid->currentColumn(), 1);
     const QString firstMatch = rs->text(QStringLiteral("ObjectNum"));
@@ -95,33 +111,8 @@ class TestCatalogBrowser : public QObject {
     QVERIFY(next->isDefault());
     box->setText(QStringLiteral("1"));
     QVERIFY(first->isDefault());
-  }
+    env.prompter.clear();
 
-  // One walk of the list editor's browser, then the hand control's. Shift and Ctrl clicks select
-  // in the editor; a search, by Enter, clears the selection. The page's order lives in the shared state, so
-  // a header click holds in the next browser. The hand control's clicks only move the row; its
-  // Edit button requeries the user page. A filter the engine refuses leaves the pages as they
-  // were, with one box for each different error.
-  void walk() {
-    TestEnv env;
-    Host host(*env.state, BrowserHost::EditList, false);
-    QApplication::setActiveWindow(host.window.get());
-    QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
-    QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
-    DataGrid* grid = host.browser->pageGrid(kMessier);
-    Recordset* rs = host.browser->pageRecordset(kMessier);
-    QSet<qint64> expected;
-    for (int row = 2; row <= 5; ++row) expected.insert(rs->bookmarkAt(row));
-    clickRow(grid, 2);
-    QCOMPARE(grid->selectedBookmarkCount(), 0);
-    clickRow(grid, 5, Qt::ShiftModifier);
-    QCOMPARE(selection(grid), expected);
-    QVERIFY(grid->model()->index(3, 0).data(RecordsetModel::MarkedRole).toBool());
-    auto* box = host.child<QLineEdit>("txtSearchMessier");
-    box->setText(QStringLiteral("2"));
-    QTest::keyClick(box, Qt::Key_Return);
-    QCOMPARE(rs->text(QStringLiteral("ObjectNum")), QStringLiteral("2"));
-    QCOMPARE(grid->selectedBookmarkCount(), 0);
     clickRow(grid, 5);
     clickRow(grid, 2, Qt::ShiftModifier);
     QCOMPARE(selection(grid), expected);
@@ -139,6 +130,10 @@ class TestCatalogBrowser : public QObject {
     Host hhc(*env.state, BrowserHost::HHC);
     QCOMPARE(hhc.browser->pageRecordset(kMessier)->text(QStringLiteral("ObjectNum")),
              QStringLiteral("110"));
+    hhc.browser->searchBox(kMessier)->setText(QStringLiteral("2"));
+    QTest::keyClick(hhc.browser->searchBox(kMessier), Qt::Key_Return);
+    QCOMPARE(hhc.browser->pageRecordset(kMessier)->text(QStringLiteral("ObjectNum")),
+             QStringLiteral("2"));
     QSignalSpy rows(hhc.browser, &CatalogBrowser::pageRowChanged);
     clickRow(hhc.browser->pageGrid(kMessier), 2);
     clickRow(hhc.browser->pageGrid(kMessier), 5, Qt::ShiftModifier);
