@@ -14,7 +14,7 @@
 namespace {
 
 // The user list with a few objects of our own; in order, MGC 7 comes first.
-void seed(TestEnv& env, int rows) {
+void seed(TestEnv& env) {
   EnsureUserList(*env.state);
   auto db = Database::open(env.state->userListPath(), Database::Mode::ReadWrite);
   const fixture::Obj objects[] = {
@@ -22,20 +22,18 @@ void seed(TestEnv& env, int rows) {
       {"MGC", 7, "Seven Nebula", "Nebula", "Ori", "8", "", 5, 35, "-", 90, 0},
       {"PGC", 3, "Three", "Galaxy", "Peg", "11.5", "", 22, 10, "+", 90, 0},
   };
-  for (int i = 0; i < rows; ++i) fixture::insert(*db, QStringLiteral("UserObjects"), objects[i]);
+  for (const fixture::Obj& o : objects) fixture::insert(*db, QStringLiteral("UserObjects"), o);
 }
 
-// One column of the user list as stored, in the editor's order.
-QStringList stored(TestEnv& env, const QString& expr) {
+// One column of the user list as stored, in the editor's order; by default category and number.
+QStringList stored(TestEnv& env,
+                   const QString& expr = QStringLiteral("Category || ' ' || trim(ObjectNum)")) {
   auto db = Database::open(env.state->userListPath(), Database::Mode::ReadOnly);
   Statement st = db->prepare(
       QStringLiteral("SELECT %1 FROM UserObjects ORDER BY Category, ObjectNum").arg(expr));
   QStringList out;
   while (st.step()) out << FieldText(st.value(0));
   return out;
-}
-QStringList objectNums(TestEnv& env) {
-  return stored(env, QStringLiteral("Category || ' ' || trim(ObjectNum)"));
 }
 
 // The editor shown and active, so that focus moves as the user's would.
@@ -88,7 +86,7 @@ class TestEditUserList : public QObject {
     QFETCH(int, key);
     QFETCH(QString, kept);
     TestEnv env;
-    seed(env, 2);
+    seed(env);
     // MGC 7, the record being edited, comes first by category.
     const QString column = QStringLiteral("trim(%1)").arg(EditUserList::fieldName(index));
     const QString before = stored(env, column)[0];
@@ -119,64 +117,19 @@ class TestEditUserList : public QObject {
     QCOMPARE(env.prompter.entries.size(), 2);
     QTest::keyClick(f, Qt::Key_PageDown);
     QCOMPARE(env.prompter.entries.size(), 2);
-    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 2"));
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 3"));
     QCOMPARE(stored(env, column)[0], before);
   }
 
-  // The entry point makes the list. Add, save and re-sort, delete down to an empty list where
-  // Add still works, and a record being typed written as the window closes.
-  void addSaveResortDelete() {
+  // The entry point makes the list. The keys that move and stop at the ends; the search
+  // dialog; Add, save and re-sort; delete down to an empty list where Add still works; and a
+  // record being typed written as the window closes.
+  void walk() {
     TestEnv env;
     onModal(QStringLiteral("EditUserList"), [](QWidget* w) { w->close(); });
     ShowEditUserList(*env.state, nullptr);
     QVERIFY(env.prompter.entries.isEmpty());
-    seed(env, 2);
-    Shown s(*env.state);
-    s.button("cmdAdd")->click();
-    QCOMPARE(s.caption(), QStringLiteral(" Record: New of 3"));
-    // Page keys do not leave a new record.
-    QTest::keyClick(&s.editor, Qt::Key_PageDown);
-    QVERIFY(s.editor.addNewFlag());
-    s.enter(0, QStringLiteral("AAA"), 1);
-    s.enter(1, QStringLiteral("5"), 2);
-    s.button("cmdDecSign")->click();
-    s.button("cmdRefresh")->click();
-    // After a save the form stands on the first record, which the new one is by the order.
-    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 3"));
-    QCOMPARE(s.button("cmdDecSign")->text(), QStringLiteral("-"));
-    QCOMPARE(objectNums(env), (QStringList{"AAA 5", "MGC 7", "PGC 12"}));
-
-    // Deleting the last record moves to the new last one; No deletes nothing.
-    QTest::keyClick(&s.editor, Qt::Key_PageDown, Qt::ControlModifier);
-    env.prompter.answer(Prompter::Answer::No);
-    s.button("cmdDelete")->click();
-    QCOMPARE(boxes(env.prompter), QStringList{"Confirm: Delete this object?"});
-    QCOMPARE(objectNums(env).size(), 3);
-    env.prompter.answer(Prompter::Answer::Yes);
-    s.button("cmdDelete")->click();
-    QCOMPARE(s.caption(), QStringLiteral(" Record: 2 of 2"));
-    QCOMPARE(objectNums(env), (QStringList{"AAA 5", "MGC 7"}));
-    for (int i = 0; i < 2; ++i) {
-      env.prompter.answer(Prompter::Answer::Yes);
-      s.button("cmdDelete")->click();
-    }
-    QVERIFY(!s.txt(0)->isEnabled());
-    QCOMPARE(s.txt(0)->text() + s.caption(), QStringLiteral(" Record: 0 of 0"));
-    s.button("cmdAdd")->click();
-    s.enter(0, QStringLiteral("Mine"), 1);
-    s.button("cmdRefresh")->click();
-    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 1"));
-
-    s.enter(2, QStringLiteral("Renamed"), 3);
-    s.button("cmdClose")->click();
-    QVERIFY(!s.editor.isVisible());
-    QCOMPARE(stored(env, QStringLiteral("Name")), QStringList{"Renamed"});
-  }
-
-  // The keys that move and stop at the ends, then the search dialog.
-  void keysAndSearch() {
-    TestEnv env;
-    seed(env, 3);
+    seed(env);
     Shown s(*env.state);
     QCOMPARE(s.editor.windowTitle(), QStringLiteral("User Supplied Objects"));
     s.txt(2)->setFocus();
@@ -199,30 +152,72 @@ class TestEditUserList : public QObject {
     // default button, Find Next and Prev, and the label instead of a box.
     env.state->UserSearchField = QStringLiteral("Name");
     env.state->UserSearchText = QStringLiteral("old");
-    SearchUser search(*env.state, s.editor.recordset(), &s.editor);
-    search.show();
-    auto* box = control<QLineEdit>(&search, "txtSearchString");
-    auto* notFound = control<QLabel>(&search, "Label3");
+    auto search = std::make_unique<SearchUser>(*env.state, s.editor.recordset(), &s.editor);
+    search->show();
+    auto* box = control<QLineEdit>(search.get(), "txtSearchString");
     auto find = [&](const char* button) {
-      control<QPushButton>(&search, button)->click();
-      return notFound->isVisible() ? QStringLiteral("Not found") : s.txt(2)->text();
+      control<QPushButton>(search.get(), button)->click();
+      return control<QLabel>(search.get(), "Label3")->isVisible() ? QStringLiteral("Not found")
+                                                                  : s.txt(2)->text();
     };
     QCOMPARE(box->text(), QStringLiteral("old"));
-    QVERIFY(control<QRadioButton>(&search, "Option2")->isChecked());
+    QVERIFY(control<QRadioButton>(search.get(), "Option2")->isChecked());
     box->setText(QStringLiteral("E"));  // Seven Nebula, Three, Twelve
     QCOMPARE(find("cmdFind"), QStringLiteral("Seven Nebula"));
-    QVERIFY(control<QPushButton>(&search, "cmdFindNext")->isDefault());
+    QVERIFY(control<QPushButton>(search.get(), "cmdFindNext")->isDefault());
     find("cmdFindNext");
     QCOMPARE(find("cmdFindNext"), QStringLiteral("Twelve"));
     QCOMPARE(find("cmdFindNext"), QStringLiteral("Not found"));
     QCOMPARE(env.prompter.beeps, 1);
     QCOMPARE(find("cmdFindPrev"), QStringLiteral("Three"));
-    control<QRadioButton>(&search, "Option1")->click();
+    control<QRadioButton>(search.get(), "Option1")->click();
     box->setText(QStringLiteral("12"));  // padded in the table, found through the trim
     QCOMPARE(find("cmdFind"), QStringLiteral("Twelve"));
     QCOMPARE(env.state->UserSearchField, QStringLiteral("ObjectNum"));
     QCOMPARE(env.state->UserSearchText, QStringLiteral("12"));
     QVERIFY(env.prompter.entries.isEmpty());
+    search.reset();
+    QApplication::setActiveWindow(&s.editor);
+
+    s.button("cmdAdd")->click();
+    QCOMPARE(s.caption(), QStringLiteral(" Record: New of 4"));
+    // Page keys do not leave a new record.
+    QTest::keyClick(&s.editor, Qt::Key_PageDown);
+    QVERIFY(s.editor.addNewFlag());
+    s.enter(0, QStringLiteral("AAA"), 1);
+    s.enter(1, QStringLiteral("5"), 2);
+    s.button("cmdDecSign")->click();
+    s.button("cmdRefresh")->click();
+    // After a save the form stands on the first record, which the new one is by the order.
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 4"));
+    QCOMPARE(s.button("cmdDecSign")->text(), QStringLiteral("-"));
+    QCOMPARE(stored(env), (QStringList{"AAA 5", "MGC 7", "PGC 3", "PGC 12"}));
+
+    // Deleting the last record moves to the new last one; No deletes nothing.
+    QTest::keyClick(&s.editor, Qt::Key_PageDown, Qt::ControlModifier);
+    env.prompter.answer(Prompter::Answer::No);
+    s.button("cmdDelete")->click();
+    QCOMPARE(boxes(env.prompter), QStringList{"Confirm: Delete this object?"});
+    QCOMPARE(stored(env).size(), 4);
+    env.prompter.answer(Prompter::Answer::Yes);
+    s.button("cmdDelete")->click();
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 3 of 3"));
+    QCOMPARE(stored(env), (QStringList{"AAA 5", "MGC 7", "PGC 3"}));
+    for (int i = 0; i < 3; ++i) {
+      env.prompter.answer(Prompter::Answer::Yes);
+      s.button("cmdDelete")->click();
+    }
+    QVERIFY(!s.txt(0)->isEnabled());
+    QCOMPARE(s.txt(0)->text() + s.caption(), QStringLiteral(" Record: 0 of 0"));
+    s.button("cmdAdd")->click();
+    s.enter(0, QStringLiteral("Mine"), 1);
+    s.button("cmdRefresh")->click();
+    QCOMPARE(s.caption(), QStringLiteral(" Record: 1 of 1"));
+
+    s.enter(2, QStringLiteral("Renamed"), 3);
+    s.button("cmdClose")->click();
+    QVERIFY(!s.editor.isVisible());
+    QCOMPARE(stored(env, QStringLiteral("Name")), QStringList{"Renamed"});
   }
 };
 

@@ -55,11 +55,10 @@ class TestFilterLogic : public QObject {
     QFETCH(QString, messier);
     QFETCH(QString, deepSky);
     FilterForm form = defaults();
-    form.chkGal = ticked.contains('G');
-    form.chkGC = ticked.contains('C');
-    form.chkOC = ticked.contains('O');
-    form.chkPN = ticked.contains('P');
-    form.chkNeb = ticked.contains('N');
+    const std::pair<char, bool FilterForm::*> boxes[] = {
+        {'G', &FilterForm::chkGal}, {'C', &FilterForm::chkGC}, {'O', &FilterForm::chkOC},
+        {'P', &FilterForm::chkPN}, {'N', &FilterForm::chkNeb}};
+    for (auto [letter, tick] : boxes) form.*tick = ticked.contains(QLatin1Char(letter));
     const QString ngc = QString(messier).replace(
         QStringLiteral("(Type = 'Open Cluster' and"),
         QStringLiteral("((Type = 'Open Cluster' or Type = 'Cluster Nebulosity') and"));
