@@ -21,9 +21,6 @@ struct Grid {
     for (int i = 1; i <= n; ++i) out << i;
     return out;
   }
-  QString cell(int row, int column) const {
-    return grid.model()->index(row, column).data().toString();
-  }
   static inline int count = 0;
   Recordset rs;
   DataGrid grid;
@@ -55,7 +52,7 @@ class TestDataGrid : public QObject {
     g.grid.setColumnText(QStringLiteral("RAMinute"), QStringLiteral("34.5"));
     g.rs.MoveNext();
     g.rs.Requery();
-    QCOMPARE(g.cell(1, 11), QStringLiteral("34.5"));
+    QCOMPARE(m->index(1, 11).data().toString(), QStringLiteral("34.5"));
     g.rs.AddNew();
     g.grid.setColumnText(QStringLiteral("Name"), QStringLiteral("Added"));
     g.rs.MoveLast();
