@@ -6,8 +6,6 @@
 #include <QVBoxLayout>
 
 #include "catalog/catalogbrowser.h"
-#include "catalog/catalogpages.h"
-#include "catalog/catalogwindowlogic.h"
 #include "catalog/database.h"
 #include "catalog/datagrid.h"
 #include "fixturedb.h"
@@ -41,8 +39,8 @@ struct Host {
 };
 
 void clickRow(DataGrid* grid, int row, Qt::KeyboardModifiers mods = {}) {
-  grid->scrollTo(grid->model()->index(row, 1));
-  const QRect r = grid->visualRect(grid->model()->index(row, 1));
+  grid->scrollTo(grid->model()->index(row, 0));
+  const QRect r = grid->visualRect(grid->model()->index(row, 0));
   QTest::mouseClick(grid->viewport(), Qt::LeftButton, mods, r.center());
 }
 
@@ -102,6 +100,8 @@ class TestCatalogBrowser : public QObject {
     QCOMPARE(env.prompter.beeps, 1);
     QCOMPARE(rs->text(QStringLiteral("ObjectNum")), firstMatch);
     QVERIFY(next->isDefault());
+    box->setText(QStringLiteral("1"));
+    QVERIFY(first->isDefault());
     env.prompter.clear();
 
     clickRow(grid, 5);

@@ -2,9 +2,7 @@
 
 #include "catalog/filterlogic.h"
 #include "catalog/queryset.h"
-#include "core/apperror.h"
 #include "core/handler.h"
-#include "core/numtext.h"
 #include "core/settings.h"
 #include "support/testenv.h"
 
@@ -84,6 +82,8 @@ class TestFilterLogic : public QObject {
     QTest::newRow("altitude 0") << "0" << "0" << "" << "0,#TRUE#,0";
     QTest::newRow("altitude 80") << "80" << "0" << "" << "80,#TRUE#,0";
     QTest::newRow("altitude 80.5") << "80.5" << "0" << range << "";
+    QTest::newRow("altitude -1") << "-1" << "0" << range << "";
+    QTest::newRow("altitude 20.6") << "20.6" << "0" << "" << "21,#TRUE#,0";
     QTest::newRow("altitude 30.5") << "30.5" << "0" << "" << "30,#TRUE#,0";
     QTest::newRow("bound beyond a single") << "20" << "1e39" << "Overflow - 6" << "";
     QTest::newRow("rounds to the largest single")
