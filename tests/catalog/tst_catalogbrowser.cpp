@@ -56,12 +56,12 @@ class TestCatalogBrowser : public QObject {
 
  private slots:
   // One walk of the list editor's browser, then the hand control's. Enter presses the page's
-  // default find button (one handler, whatever the host): Find First, then Find Next until the
-  // text or the option changes; a failed find says so and leaves the row. Shift and Ctrl clicks select in the
-  // editor, and a search clears the selection. The page's order lives in the shared state, so a
-  // header click holds in the next browser. The hand control's clicks only move the row; its
+  // default find button (one handler in either host): Find First, then Find Next until the text
+  // or the option changes; a failed find says so and leaves the row. Shift and Ctrl clicks
+  // select in the editor; a search clears them. The page's order lives in the shared state, so
+  // a header click holds in the next browser. The hand control's clicks only move the row; its
   // Edit button requeries the user page. A filter the engine refuses leaves the pages as they
-  // were, with one box for each different error. What the criteria find is the search's test.
+  // were, one box for each different error. What the criteria find is the search's own test.
   void walk() {
     TestEnv env;
     Host host(*env.state, BrowserHost::EditList);
