@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QStringList>
 #include <vector>
 
 #include "catalog/database.h"
@@ -8,32 +7,12 @@
 #include "exchange/exchangeobject.h"
 #include "support/listdocument.h"
 
-// Adds the objects to a list document's Objects with DisplayOrder 1, 2, 3...
-inline void InsertExchangeRows(Database& db, const std::vector<ImportedObject>& objects) {
-  QStringList columns{QStringLiteral("DisplayOrder")}, marks{QStringLiteral("?1")};
-  for (const ExchangeColumnInfo& c : ExchangeColumns()) {
-    columns << c.field;
-    marks << QStringLiteral("?%1").arg(marks.size() + 1);
-  }
-  Database::Transaction batch(db);
-  Statement st = db.prepare(QStringLiteral("INSERT INTO Objects (%1) VALUES (%2)")
-                                .arg(columns.join(QLatin1Char(',')), marks.join(QLatin1Char(','))));
-  int order = 0;
-  for (const ImportedObject& o : objects) {
-    st.bind(1, ++order);
-    for (int i = 0; i < ExchangeColumnCount; ++i) st.bind(i + 2, o[size_t(i)]);
-    st.step();
-    st.reset();
-  }
-  batch.commit();
-}
-
-// A list document made from the shipped template, holding the given objects.
+// A list document made from the shipped template, holding the given objects in their order.
 inline void MakeExchangeList(const AppState& state, const QString& path,
                              const std::vector<ImportedObject>& objects) {
   MakeListDocument(state, path, {});
-  Database db(path, Database::Mode::ReadWrite);
-  InsertExchangeRows(db, objects);
+  StoreImportedObjects(Database::open(path, Database::Mode::ReadWrite), ImportTarget::CurrentList,
+                       objects);
 }
 
 // A small list with an object of every catalog and the awkward values: Nulls, a comma, a
