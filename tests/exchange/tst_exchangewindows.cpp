@@ -15,42 +15,6 @@
 #include "lists/listwindow.h"
 #include "support/testenv.h"
 
-namespace {
-
-// Presses OK (or Import) in each modal window as it comes up and notes the windows' names;
-// a tour's worker is noted with the text it shows.
-class ModalClicker : public QObject {
- public:
-  ModalClicker() {
-    connect(&timer_, &QTimer::timeout, this, [this] { poll(); });
-    timer_.start(5);
-  }
-  QStringList seen;
-
- private:
-  void poll() {
-    QWidget* w = QApplication::activeModalWidget();
-    if (!w || !w->isVisible()) return;
-    auto* b = w->findChild<QPushButton*>(QStringLiteral("OKButton"));
-    if (!b) b = w->findChild<QPushButton*>(QStringLiteral("cmdOK"));
-    if (!b || !b->isVisible() || b == pending_) return;
-    QString note = w->objectName();
-    if (note.endsWith(QLatin1String("Wait")))
-      note += QLatin1Char(':') + w->findChild<QPlainTextEdit*>()->toPlainText();
-    seen << note;
-    // The click runs the window's own loops, so it must not run inside this timer's slot.
-    pending_ = b;
-    QTimer::singleShot(0, b, &QPushButton::click);
-  }
-  QTimer timer_;
-  QPointer<QPushButton> pending_;
-};
-
-const QByteArray csvRow = "\"M\",\"1\",\"\",\"\",\"\",\"\",1,2,\"+\",3,4,\"\"\r\n";
-const QString done = QStringLiteral("Import to current list is complete.");
-
-}  // namespace
-
 class TestExchangeWindows : public QObject {
   Q_OBJECT
  private slots:
@@ -73,8 +37,9 @@ class TestExchangeWindows : public QObject {
     main.findChild<QAction*>(QStringLiteral("mnuOpen"))->trigger();
     auto* list = qobject_cast<CurrentList*>(main.mdiArea()->currentSubWindow()->widget());
     // Triggers a menu entry, the import's file dialog picking a file of these bytes (none when
-    // empty). Returns the modal windows it went through, then its messages, then what it failed
-    // to put back.
+    // empty), and presses OK (or Import) in each modal window as it comes up. Returns the
+    // windows' names (a tour's worker with the text it shows), then the messages, then what the
+    // entry failed to put back.
     const auto run = [&](const char* entry, const QByteArray& importFile = {}) {
       env.writeFile(QStringLiteral("import.txt"), importFile);
       const QString picked =
@@ -83,9 +48,26 @@ class TestExchangeWindows : public QObject {
         return picked;
       };
       env.prompter.clear();
-      ModalClicker clicker;
+      QStringList seen;
+      QPointer<QPushButton> pending;
+      QTimer clicker;
+      QObject::connect(&clicker, &QTimer::timeout, [&] {
+        QWidget* w = QApplication::activeModalWidget();
+        if (!w || !w->isVisible()) return;
+        auto* b = w->findChild<QPushButton*>(QStringLiteral("OKButton"));
+        if (!b) b = w->findChild<QPushButton*>(QStringLiteral("cmdOK"));
+        if (!b || !b->isVisible() || b == pending) return;
+        QString note = w->objectName();
+        if (note.endsWith(QLatin1String("Wait")))
+          note += QLatin1Char(':') + w->findChild<QPlainTextEdit*>()->toPlainText();
+        seen << note;
+        // The click runs the window's own loops, so it must not run inside this timer's slot.
+        pending = b;
+        QTimer::singleShot(0, b, &QPushButton::click);
+      });
+      clicker.start(5);
       main.findChild<QAction*>(QLatin1String(entry))->trigger();
-      QStringList seen = clicker.seen + env.prompter.texts();
+      seen += env.prompter.texts();
       if (!list->timerAltitude()->isActive()) seen << QStringLiteral("altitude timer stopped");
       if (QApplication::overrideCursor()) seen << QStringLiteral("busy pointer left");
       return seen;
@@ -103,6 +85,8 @@ class TestExchangeWindows : public QObject {
     QCOMPARE(run("mnuExportBRLT"), (QStringList{"BRLTExport", "ExportComplete"}));
     QVERIFY(env.readFile(QStringLiteral("lists/Deep.csv")).startsWith("\"BRLT\","));
 
+    const QByteArray csvRow = "\"M\",\"1\",\"\",\"\",\"\",\"\",1,2,\"+\",3,4,\"\"\r\n";
+    const QString done = QStringLiteral("Import to current list is complete.");
     QCOMPARE(run("mnuImportCurrent", csvRow), (QStringList{"frmImportCurrent", done}));
     QCOMPARE(run("mnuImporthcTour", "00:42:44.4#+41:16:00#NGC 224#d####34####4#######\r\n"),
              QStringList{done});

@@ -1,7 +1,5 @@
 // The program's Val and the query language's val() are one conversion: for any text they give
 // the same number, whether the text arrives bound or as a literal of a query.
-#include <sqlite3.h>
-
 #include <cmath>
 
 #include "catalog/database.h"

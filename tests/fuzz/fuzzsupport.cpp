@@ -46,22 +46,19 @@ void EnsureCoreApplication() {
 
 namespace {
 
-// A copy of the database file `source` at `path` that keeps about `rows` rows of each table.
-std::shared_ptr<Database> copySample(const QString& source, const QString& path, int rows) {
+// A copy of the database file `source` at `path` that keeps about 60 rows of each table.
+std::shared_ptr<Database> copySample(const QString& source, const QString& path) {
   QFile::copy(source, path);
   QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
   auto db = Database::open(path, Database::Mode::ReadWrite);
-  Statement tables =
-      db->prepare(QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"));
   QStringList names;
+  auto tables = db->prepare(QStringLiteral("SELECT name FROM sqlite_master WHERE type='table'"));
   while (tables.step()) names << QuoteIdentifier(tables.value(0).toString());
   tables.reset();
-  Database::Transaction batch(*db);
   for (const QString& t : names)
     db->exec(QStringLiteral("DELETE FROM %1 WHERE rowid NOT IN (SELECT rowid FROM %1 WHERE rowid %"
-                            " max(1, (SELECT count(*) FROM %1) / %2) = 0 LIMIT %2)")
-                 .arg(t).arg(rows));
-  batch.commit();
+                            " max(1, (SELECT count(*) FROM %1) / 60) = 0 LIMIT 60)")
+                 .arg(t));
   return db;
 }
 
@@ -71,9 +68,9 @@ SamplePages::SamplePages() {
   EnsureCoreApplication();
   static QTemporaryDir dir(QDir::tempPath() + QStringLiteral("/tavorine-fuzz-XXXXXX"));
   const QString catalog = dir.filePath(QStringLiteral("TavorineList.mdb"));
-  copySample(SourceDataFolder() + QStringLiteral("/TavorineList.mdb"), catalog, 60);
+  copySample(SourceDataFolder() + QStringLiteral("/TavorineList.mdb"), catalog);
   auto user = copySample(SourceDataFolder() + QStringLiteral("/TavorineUserList.tmp"),
-                         dir.filePath(QStringLiteral("TavorineUserList.mdb")), 60);
+                         dir.filePath(QStringLiteral("TavorineUserList.mdb")));
   user->exec(QStringLiteral("ATTACH DATABASE '%1' AS cat").arg(catalog));
   user->exec(QStringLiteral(
       "INSERT INTO UserObjects (Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, "

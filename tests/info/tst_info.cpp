@@ -19,39 +19,26 @@ class TestInfo : public QObject {
  private slots:
   void initTestCase() { InitIconResources(); }
 
-  // The catalog database's CatalogInfo rows, as read and as the About window lists them.
-  void aboutWindow_data() {
-    QTest::addColumn<QStringList>("statements");  // empty: no file at all
-    QTest::addColumn<QStringList>("rows");
-    QTest::newRow("no file") << QStringList() << QStringList();
-    QTest::newRow("rows in order")
-        << QStringList{"CREATE TABLE CatalogInfo(Key TEXT, Value TEXT)",
-                       "INSERT INTO CatalogInfo VALUES('Built', '2026-11-01')",
-                       "INSERT INTO CatalogInfo VALUES('Objects', '12345')",
-                       "INSERT INTO CatalogInfo VALUES('Note', NULL)"}
-        << QStringList{"Built: 2026-11-01", "Objects: 12345", "Note: "};
-  }
+  // The catalog database's CatalogInfo rows in their order in the About window; a missing file
+  // gives none and is not created by looking.
   void aboutWindow() {
-    QFETCH(QStringList, statements);
-    QFETCH(QStringList, rows);
     TestEnv env;
     env.state->programFolder = env.dir.path();
     const QString path = env.path(QStringLiteral("TavorineList.mdb"));
-    if (!statements.isEmpty()) {
-      env.writeFile(QStringLiteral("TavorineList.mdb"), QByteArray());  // an empty database
-      Database db(path, Database::Mode::ReadWrite);
-      for (const QString& sql : statements) db.exec(sql);
-    }
-    QStringList read;
-    for (const auto& row : ReadCatalogInfo(path)) read << row.first + QStringLiteral(": ") + row.second;
-    QCOMPARE(read, rows);
-    QCOMPARE(QFile::exists(path), !statements.isEmpty());  // never created by looking
+    QVERIFY(ReadCatalogInfo(path).isEmpty());
+    QVERIFY(!QFile::exists(path));
+    env.writeFile(QStringLiteral("TavorineList.mdb"), QByteArray());  // an empty database
+    Database(path, Database::Mode::ReadWrite)
+        .exec(QStringLiteral("CREATE TABLE CatalogInfo(Key TEXT, Value TEXT); INSERT INTO "
+                             "CatalogInfo VALUES('Built', '2026-11-01'), ('Objects', '12345'), "
+                             "('Note', NULL)"));
     frmAbout about(*env.state);
     const QStringList lines =
         about.findChild<QLabel*>(QStringLiteral("lblInfo"))->text().split(QLatin1Char('\n'));
     QVERIFY(lines.contains(QStringLiteral("Version " TAVORINE_VERSION)));
-    QCOMPARE(lines.contains(QStringLiteral("Catalog database:")), !rows.isEmpty());
-    for (const QString& row : rows) QVERIFY(lines.contains(QStringLiteral("  ") + row));
+    QCOMPARE(lines.mid(lines.indexOf(QStringLiteral("Catalog database:")), 4),
+             (QStringList{"Catalog database:", "  Built: 2026-11-01", "  Objects: 12345",
+                          "  Note: "}));
     about.show();
     QTest::mouseClick(about.findChild<QAbstractButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
     QVERIFY(!about.isVisible());
