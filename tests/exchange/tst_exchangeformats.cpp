@@ -36,7 +36,6 @@ class TestExchangeFormats : public QObject {
     QTest::newRow("latin and 0x80-0x9F") << QString::fromUtf8("é€–Ÿ") << QByteArray("\xE9\x80\x96\x9F");
     QTest::newRow("base letters") << QString::fromUtf8("Ő\uFB01") << QByteArray("Ofi");
     QTest::newRow("no stand-in") << QString::fromUtf8("α\U0001F52D.") << QByteArray("??.");
-    QTest::newRow("undefined byte") << QString(QChar(0x81)) << QByteArray("\x81");
   }
   void codePage() {
     QFETCH(QString, text);
@@ -166,19 +165,13 @@ class TestExchangeFormats : public QObject {
     QTest::addColumn<QStringList>("objects");  // {"bad"}: a malformed file
     const QByteArray head = "Category,Object Number,Name,Type,Magnitude,Constellation,RA Hour,"
                             "RA Minute,Dec Sign,Dec Degree,Dec Arcminute,Info\r\n";
-    const QByteArray m31 = "\"Messier\",\"31\",\"Andromeda\",\"Galaxy\",\"3.40\",\"And\",0,42.7,\"+\",41,16,\"Sb\"\r\n";
+    const QByteArray m31 = "\"Messier\",\"031\",\"Andromeda\",\"Galaxy\",\"3.40\",\"And\",0,42.7,\"+\",41,16,\"Sb\"\r\n";
     const QString m31Row = "Messier|        31|Andromeda|Galaxy|3.4|And|0|42.7|+|41|16|Sb";
-    QTest::newRow("empty") << QByteArray() << true << false << QStringList{};
     QTest::newRow("no header, tick set") << m31 << true << false << QStringList{m31Row};
     QTest::newRow("header, no tick") << head + m31 << false << false
         << QStringList{"Category|Object Number|Name|Type|Magnitude|Constellation|0|0|Dec Sign|0|0|Info", m31Row};
     QTest::newRow("values spill across lines")
         << QByteArray("Messier,31,Andromeda\r\nGalaxy,3.40,And,0,42.7,+,41\r\n16,Sb\r\n") << false << false << QStringList{m31Row};
-    QTest::newRow("field rules")
-        << QByteArray("IC,007,,,0.5,,N/A,12h,,-3,x,\r\nSh2,NGC12,\" x \",,\"4.5,6.1\",,,1e1,,,,\r\n")
-        << false << false
-        << QStringList{"IC|         7| | |.5| |0|12| |-3|0| ",
-                       "Sh2|     NGC12| x | |4.5,6.1| |0|10| |0|0| "};
     QTest::newRow("exported Nulls") << QByteArray("#NULL#,\"#NULL#\",,,,,#NULL#,1,,2,3,#NULL#\r\n") << false << false
         << QStringList{" |    #NULL#| | | | |0|1| |2|3| "};
     QTest::newRow("spreadsheet: BOM, doubled quotes, LF, empty line")
@@ -201,8 +194,6 @@ class TestExchangeFormats : public QObject {
     QTest::newRow("tour: '#' in a description shifts the fields")
         << QByteArray("00:00:00.0#+00:00:00#X 1#a#b####34####4#######\r\n")
         << false << true << QStringList{" |X 1|X 1| |0| |0|0|+|0|0|a"};
-    QTest::newRow("tour: good line, then a short one")
-        << sample + "00:42:44.4#+41:16\r\n" << false << true << QStringList{"bad"};
     QTest::newRow("tour: seconds not numbers")
         << QByteArray("00:42:xx.4#+41:16:00#NGC 224#d####34####4#######") << false << true << QStringList{"bad"};
   }
@@ -223,10 +214,9 @@ class TestExchangeFormats : public QObject {
   void storing() {
     TestEnv env;
     const QString path = env.path(QStringLiteral("l.tlf"));
-    MakeExchangeList(*env.state, path, {});
-    const std::vector<ImportedObject> two(2, ReadCsvImport("a,1,,,,,1,2,+,3,4,\r\n", false).objects[0]);
+    const std::vector<ImportedObject> two(2, AwkwardObjects()[0]);
+    MakeExchangeList(*env.state, path, two);
     auto db = Database::open(path, Database::Mode::ReadWrite);
-    StoreImportedObjects(db, ImportTarget::CurrentList, two);
     db->exec(QStringLiteral("UPDATE Objects SET DisplayOrder = 9 WHERE rowid = 1"));
     StoreImportedObjects(db, ImportTarget::CurrentList, two);
     QCOMPARE(ListColumn(path, QStringLiteral("DisplayOrder")), (QStringList{"3", "9", "10", "11"}));

@@ -1,5 +1,5 @@
-// The CSV and tour import readers, and the exports they read back.
-// - Whatever the bytes, a reader ends with objects of finite positions or a malformed file.
+// - Whatever the bytes, the CSV and tour import readers end with objects of finite positions or
+//   a malformed file.
 // - A row the general CSV export writes, any code-page texts and position, reads back through
 //   the CSV import as written; a tour row reads back to a tenth of a second.
 #include <algorithm>

@@ -1,6 +1,5 @@
 // Position replies of every telescope family, garbage included: a reply decodes to display
 // fields within their ranges, or (binary families, too short) raises error 5; nothing else.
-// What each family's bytes mean is the codec test's.
 #include <cmath>
 
 #include "core/apperror.h"
