@@ -93,7 +93,7 @@ class TestExchangeWindows : public QObject {
     QCOMPARE(run("mnuImportCurrent", csvRow + "\"extra\"\r\n"),
              (QStringList{"frmImportCurrent", IncorrectFileFormatText()}));
     QCOMPARE(run("mnuImportCurrent"), QStringList());  // the file dialog cancelled
-    QCOMPARE(list->datPrimary()->RecordCount(), 10);
+    QCOMPARE(list->datPrimary()->RecordCount(), 9);
     QCOMPARE(run("mnuImportUser", csvRow + csvRow),
              (QStringList{"frmImportUserList", "Import to User Supplied List is complete."}));
     const auto user = Database::open(env.state->userListPath(), Database::Mode::ReadOnly);

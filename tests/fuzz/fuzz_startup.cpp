@@ -18,9 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     f.open(QIODevice::WriteOnly);
     f.write(QByteArray::fromStdString(in.ConsumeRandomLengthString(600)));
   }
-
   LoadStartupState(state);
-
   if (QFile::exists(state.filterPath())) RequireFilterFileInForce(state);
 
   const ProgramSettings& inMemory = state.settings;
@@ -42,9 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     env.prompter.clear();
     LoadStartupState(state);
     Require(state.MRUFiles[0].title == title && state.MRUFiles[0].path == path,
-            "a recent list entry comes back unchanged",
-            title + QLatin1Char('|') + path + QStringLiteral(" read as ") +
-                state.MRUFiles[0].title + QLatin1Char('|') + state.MRUFiles[0].path);
+            "a recent list entry comes back unchanged", title + QLatin1Char('|') + path);
   }
   env.prompter.clear();
   return 0;

@@ -44,19 +44,15 @@ class TestInfo : public QObject {
     QVERIFY(!about.isVisible());
   }
 
-  // The licence and the help page, and what each window says when its file is missing.
+  // The licence and the help page, every link inside the page leading to an anchor of it.
   void textWindows() {
     TestEnv env;
-    auto texts = [&] {
-      const frmLicense license(*env.state);
-      const HelpWindow help(*env.state);
-      return std::make_pair(license.findChild<QPlainTextEdit*>(QStringLiteral("txtLicense"))
-                                ->toPlainText(),
-                            help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"))->toHtml());
-    };
-    const auto [licence, html] = texts();
-    QVERIFY(licence.contains(QLatin1String("GNU GENERAL PUBLIC LICENSE")));
-    // Every link inside the page leads to an anchor of the page.
+    const frmLicense license(*env.state);
+    QVERIFY(license.findChild<QPlainTextEdit*>(QStringLiteral("txtLicense"))
+                ->toPlainText()
+                .contains(QLatin1String("GNU GENERAL PUBLIC LICENSE")));
+    const HelpWindow help(*env.state);
+    const QString html = help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"))->toHtml();
     int links = 0;
     for (auto it = QRegularExpression(QStringLiteral("href=\"#([^\"]+)\"")).globalMatch(html);
          it.hasNext(); ++links) {
@@ -65,10 +61,6 @@ class TestInfo : public QObject {
                qPrintable(anchor));
     }
     QVERIFY(links > 10);
-    env.state->programFolder = env.path(QStringLiteral("nowhere"));
-    const auto [noLicence, noHelp] = texts();
-    QVERIFY(noLicence.startsWith(QLatin1String("The licence text was not found at ")));
-    QVERIFY(noHelp.contains(QLatin1String("The help file was not found")));
   }
 
   // Each toolbar icon draws at the size of the toolbar.
