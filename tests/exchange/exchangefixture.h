@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QStringList>
 #include <vector>
 
 #include "catalog/database.h"
@@ -8,35 +7,15 @@
 #include "exchange/exchangeobject.h"
 #include "support/listdocument.h"
 
-// Adds the objects to a list document's Objects with DisplayOrder 1, 2, 3...
-inline void InsertExchangeRows(Database& db, const std::vector<ImportedObject>& objects) {
-  QStringList columns{QStringLiteral("DisplayOrder")}, marks{QStringLiteral("?1")};
-  for (const ExchangeColumnInfo& c : ExchangeColumns()) {
-    columns << c.field;
-    marks << QStringLiteral("?%1").arg(marks.size() + 1);
-  }
-  Database::Transaction batch(db);
-  Statement st = db.prepare(QStringLiteral("INSERT INTO Objects (%1) VALUES (%2)")
-                                .arg(columns.join(QLatin1Char(',')), marks.join(QLatin1Char(','))));
-  int order = 0;
-  for (const ImportedObject& o : objects) {
-    st.bind(1, ++order);
-    for (int i = 0; i < ExchangeColumnCount; ++i) st.bind(i + 2, o[size_t(i)]);
-    st.step();
-    st.reset();
-  }
-  batch.commit();
-}
-
-// A list document made from the shipped template, holding the given objects.
+// A list document made from the shipped template, holding the given objects in their order.
 inline void MakeExchangeList(const AppState& state, const QString& path,
                              const std::vector<ImportedObject>& objects) {
   MakeListDocument(state, path, {});
-  Database db(path, Database::Mode::ReadWrite);
-  InsertExchangeRows(db, objects);
+  StoreImportedObjects(Database::open(path, Database::Mode::ReadWrite), ImportTarget::CurrentList,
+                       objects);
 }
 
-// A small list with an object of every catalog and the awkward values: Nulls, a comma, a
+// A small list with objects of most catalogs and the awkward values: Nulls, a comma, a
 // semicolon, a double quote and a '#' in texts, a character beyond the code page, one inside
 // it (an en dash), declinations just south of 0, a right ascension just short of 24 h.
 inline std::vector<ImportedObject> AwkwardObjects() {
@@ -48,12 +27,10 @@ inline std::vector<ImportedObject> AwkwardObjects() {
       {"Caldwell", 14, "Double Cluster, h and chi", "Open Cluster", "3.7", "Per", 2, 20.5, "+", 57,
        8, "NGC 869 & 884"},
       {"IC", 2118, null, "Reflection Nebula", " ", "Eri", 5, 6.6, "-", 7, 13, null},
-      {"Sh2", 155, "The \"Cave\" Nebula", "Bright Nebula", "7.7", "Cep", 22, 56.8, "+", 62, 37,
-       "size 50'"},
+      {"Sh2", 155, QString::fromUtf8("The \"Cave\" Nebula, \u03b1 Cep"), "Bright Nebula", "7.7",
+       "Cep", 22, 56.8, "+", 62, 37, "size 50'"},
       {"Comet", "C/2023 A3", QString::fromUtf8("Tsuchinshan\u2013ATLAS"), "", "-1.46", "Vir", 23,
        59.9993, "-", 0, 30, "#1 of 2024"},
-      {"SAO", 308, QString::fromUtf8("Polaris, \u03b1 UMi"), "Star", "2.0", "UMi", 2, 31.8, "+", 89,
-       15.85, "HD 8890"},
       {"Double Star", 1, "WDS 00003-4417,I 1477", "Double Star", "6.3,6.8", "Phe", 0, 0.6, "-", 44,
        17.4, "0.4\" PA 327, HR 9077"},
   };

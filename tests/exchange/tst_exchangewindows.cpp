@@ -15,135 +15,105 @@
 #include "lists/listwindow.h"
 #include "support/testenv.h"
 
-namespace {
-
-// Presses OK (or Import) in each modal window as it comes up and notes the windows' names;
-// a tour's worker is noted with the text it shows.
-class ModalClicker : public QObject {
- public:
-  ModalClicker() {
-    connect(&timer_, &QTimer::timeout, this, [this] { poll(); });
-    timer_.start(5);
-  }
-  QStringList seen;
-
- private:
-  void poll() {
-    QWidget* w = QApplication::activeModalWidget();
-    if (!w || !w->isVisible()) return;
-    for (const char* name : {"OKButton", "cmdOK"}) {
-      auto* b = w->findChild<QPushButton*>(QString::fromLatin1(name));
-      if (!b || !b->isVisible() || b == pending_) continue;
-      QString note = w->objectName();
-      if (note.endsWith(QLatin1String("Wait")))
-        note += QLatin1Char(':') + w->findChild<QPlainTextEdit*>()->toPlainText();
-      seen << note;
-      // The click runs the window's own loops, so it must not run inside this timer's slot.
-      pending_ = b;
-      QTimer::singleShot(0, b, &QPushButton::click);
-      return;
-    }
-  }
-  QTimer timer_;
-  QPointer<QPushButton> pending_;
-};
-
-// The main window with a list window on the list "Deep" of eight objects.
-struct Rig {
-  TestEnv env;
-  std::unique_ptr<TavorineListMain> main;
-  QString lists = env.path(QStringLiteral("lists/"));
-
-  Rig() {
+class TestExchangeWindows : public QObject {
+  Q_OBJECT
+ private slots:
+  // Each Export and Import entry in turn on a list window of the list "Deep": the windows it
+  // walks through, what it says, and the file it writes (its first bytes tell the format).
+  void menuEntries() {
+    TestEnv env;
+    const QString lists = env.path(QStringLiteral("lists/"));
     ProgramSettings s;
     s.FirstRun = 0;
     s.DataDir = lists;
     env.writeFile(QStringLiteral("config/TavorineList.ini"), SettingsRecord(s, true));
     QDir().mkpath(lists);
     MakeExchangeList(*env.state, lists + QStringLiteral("Deep.tlf"), AwkwardObjects());
-    main = std::make_unique<TavorineListMain>(*env.state);
-    main->start();
-    main->chooseListFile = [this](bool, const QString&, const QString&) {
+    TavorineListMain main(*env.state);
+    main.start();
+    main.chooseListFile = [&](bool, const QString&, const QString&) {
       return lists + QStringLiteral("Deep.tlf");
     };
-    main->findChild<QAction*>(QStringLiteral("mnuOpen"))->trigger();
-  }
-  CurrentList* list() const {
-    return qobject_cast<CurrentList*>(main->mdiArea()->currentSubWindow()->widget());
-  }
-  // Triggers a menu entry, the import's file dialog picking a file of these bytes (none when
-  // empty). Returns the modal windows it went through, then its messages, then what it failed
-  // to put back.
-  QStringList run(const char* entry, const QByteArray& importFile = {}) {
-    env.writeFile(QStringLiteral("import.txt"), importFile);
-    const QString picked = importFile.isEmpty() ? QString() : env.path(QStringLiteral("import.txt"));
-    main->exchange().chooseFile = [&](const QString&, const QString&, const QString&) {
-      return picked;
+    main.findChild<QAction*>(QStringLiteral("mnuOpen"))->trigger();
+    auto* list = qobject_cast<CurrentList*>(main.mdiArea()->currentSubWindow()->widget());
+    // Triggers a menu entry, the import's file dialog picking a file of these bytes (none when
+    // empty), and presses OK (or Import) in each modal window as it comes up. Returns the
+    // windows' names (a tour's worker with the text it shows), then the messages, then what the
+    // entry failed to put back.
+    const auto run = [&](const char* entry, const QByteArray& importFile = {}) {
+      env.writeFile(QStringLiteral("import.txt"), importFile);
+      const QString picked =
+          importFile.isEmpty() ? QString() : env.path(QStringLiteral("import.txt"));
+      main.exchange().chooseFile = [&](const QString&, const QString&, const QString&) {
+        return picked;
+      };
+      env.prompter.clear();
+      QStringList seen;
+      QPointer<QPushButton> pending;
+      QTimer clicker;
+      QObject::connect(&clicker, &QTimer::timeout, [&] {
+        QWidget* w = QApplication::activeModalWidget();
+        if (!w || !w->isVisible()) return;
+        auto* b = w->findChild<QPushButton*>(QStringLiteral("OKButton"));
+        if (!b) b = w->findChild<QPushButton*>(QStringLiteral("cmdOK"));
+        if (!b || !b->isVisible() || b == pending) return;
+        QString note = w->objectName();
+        if (note.endsWith(QLatin1String("Wait")))
+          note += QLatin1Char(':') + w->findChild<QPlainTextEdit*>()->toPlainText();
+        seen << note;
+        // The click runs the window's own loops, so it must not run inside this timer's slot.
+        pending = b;
+        QTimer::singleShot(0, b, &QPushButton::click);
+      });
+      clicker.start(5);
+      main.findChild<QAction*>(QLatin1String(entry))->trigger();
+      seen += env.prompter.texts();
+      if (!list->timerAltitude()->isActive()) seen << QStringLiteral("altitude timer stopped");
+      if (QApplication::overrideCursor()) seen << QStringLiteral("busy pointer left");
+      return seen;
     };
-    env.prompter.clear();
-    ModalClicker clicker;
-    main->findChild<QAction*>(QLatin1String(entry))->trigger();
-    QStringList seen = clicker.seen + env.prompter.texts();
-    if (!list()->timerAltitude()->isActive()) seen << QStringLiteral("altitude timer stopped");
-    if (QApplication::overrideCursor()) seen << QStringLiteral("busy pointer left");
-    return seen;
-  }
-  int rows() const { return list()->datPrimary()->RecordCount(); }
-};
-
-const QByteArray csvRow = "\"M\",\"1\",\"\",\"\",\"\",\"\",1,2,\"+\",3,4,\"\"\r\n";
-const QString done = QStringLiteral("Import to current list is complete.");
-
-}  // namespace
-
-class TestExchangeWindows : public QObject {
-  Q_OBJECT
- private slots:
-  // Each Export and Import entry in turn on one list: the windows it walks through, what it
-  // says, and the file it writes (its first bytes tell the format).
-  void menuEntries() {
-    Rig rig;
     const QString beside = QStringLiteral(
         "hcTourWait:The file 'Deep.hct' has been placed in the folder '%1'.  You must move the hct "
         "file to the Tour directory then you can select it as a Tour in NexRemote/hcAnywhere.  "
         "Refer to the instuctions of this program and NexRemote/hcAnywhere for further details.");
-    QCOMPARE(rig.run("mnuExporthcTour"), (QStringList{"hcTourExport", beside.arg(rig.lists)}));
-    QVERIFY(rig.env.readFile(QStringLiteral("lists/Deep.hct")).startsWith("00:42:44"));
-    QCOMPARE(rig.run("mnuExportPlanetarium"), (QStringList{"PalmExport", "ExportComplete"}));
-    QVERIFY(rig.env.readFile(QStringLiteral("lists/Deep.txt")).startsWith("\"Deep.txt\r\n"));
-    QCOMPARE(rig.run("mnuExportCSV"), (QStringList{"CSVExport", "ExportComplete"}));
-    QVERIFY(rig.env.readFile(QStringLiteral("lists/Deep.csv")).startsWith("\"Category\","));
-    QCOMPARE(rig.run("mnuExportBRLT"), (QStringList{"BRLTExport", "ExportComplete"}));
-    QVERIFY(rig.env.readFile(QStringLiteral("lists/Deep.csv")).startsWith("\"BRLT\","));
+    QCOMPARE(run("mnuExporthcTour"), (QStringList{"hcTourExport", beside.arg(lists)}));
+    QVERIFY(env.readFile(QStringLiteral("lists/Deep.hct")).startsWith("00:42:44"));
+    QCOMPARE(run("mnuExportPlanetarium"), (QStringList{"PalmExport", "ExportComplete"}));
+    QVERIFY(env.readFile(QStringLiteral("lists/Deep.txt")).startsWith("\"Deep.txt\r\n"));
+    QCOMPARE(run("mnuExportCSV"), (QStringList{"CSVExport", "ExportComplete"}));
+    QVERIFY(env.readFile(QStringLiteral("lists/Deep.csv")).startsWith("\"Category\","));
+    QCOMPARE(run("mnuExportBRLT"), (QStringList{"BRLTExport", "ExportComplete"}));
+    QVERIFY(env.readFile(QStringLiteral("lists/Deep.csv")).startsWith("\"BRLT\","));
 
-    QCOMPARE(rig.run("mnuImportCurrent", csvRow), (QStringList{"frmImportCurrent", done}));
-    QCOMPARE(rig.run("mnuImporthcTour", "00:42:44.4#+41:16:00#NGC 224#d####34####4#######\r\n"),
+    const QByteArray csvRow = "\"M\",\"1\",\"\",\"\",\"\",\"\",1,2,\"+\",3,4,\"\"\r\n";
+    const QString done = QStringLiteral("Import to current list is complete.");
+    QCOMPARE(run("mnuImportCurrent", csvRow), (QStringList{"frmImportCurrent", done}));
+    QCOMPARE(run("mnuImporthcTour", "00:42:44.4#+41:16:00#NGC 224#d####34####4#######\r\n"),
              QStringList{done});
-    QCOMPARE(rig.rows(), 10);
-    QCOMPARE(rig.run("mnuImportCurrent", csvRow + "\"extra\"\r\n"),
+    QCOMPARE(run("mnuImportCurrent", csvRow + "\"extra\"\r\n"),
              (QStringList{"frmImportCurrent", IncorrectFileFormatText()}));
-    QCOMPARE(rig.run("mnuImportCurrent"), QStringList());  // the file dialog cancelled
-    QCOMPARE(rig.rows(), 10);
-    QCOMPARE(rig.run("mnuImportUser", csvRow + csvRow),
+    QCOMPARE(run("mnuImportCurrent"), QStringList());  // the file dialog cancelled
+    QCOMPARE(list->datPrimary()->RecordCount(), 9);
+    QCOMPARE(run("mnuImportUser", csvRow + csvRow),
              (QStringList{"frmImportUserList", "Import to User Supplied List is complete."}));
-    const auto user = Database::open(rig.env.state->userListPath(), Database::Mode::ReadOnly);
+    const auto user = Database::open(env.state->userListPath(), Database::Mode::ReadOnly);
     QCOMPARE(Recordset(user, QStringLiteral("UserObjects")).RecordCount(), 2);
 
-    QFile::remove(rig.lists + QStringLiteral("Deep.csv"));
-    QDir().mkpath(rig.lists + QStringLiteral("Deep.csv"));
-    QCOMPARE(rig.run("mnuExportCSV"),
+    QFile::remove(lists + QStringLiteral("Deep.csv"));
+    QDir().mkpath(lists + QStringLiteral("Deep.csv"));
+    QCOMPARE(run("mnuExportCSV"),
              (QStringList{"CSVExport", QStringLiteral("Path/File access error: %1Deep.csv "
                                                       "(Filename refers to a directory) - 75")
-                                           .arg(rig.lists)}));
+                                           .arg(lists)}));
     const QString tours = QStringLiteral("c/Program Files (x86)/Celestron/NexRemote/Tours/");
-    rig.env.state->windowsDriveC = rig.env.path(QStringLiteral("c"));
-    QDir().mkpath(rig.env.path(tours));
-    QCOMPARE(rig.run("mnuExporthcTour"),
+    env.state->windowsDriveC = env.path(QStringLiteral("c"));
+    QDir().mkpath(env.path(tours));
+    QCOMPARE(run("mnuExporthcTour"),
              (QStringList{"hcTourExport",
                           "hcTourWait:The file 'Deep.hct' has been placed in the NexRemote Tour "
                           "folder.  You can now select it as a Tour in NexRemote.  Refer to the "
                           "instuctions of NexRemote for further details."}));
-    QVERIFY(rig.env.readFile(tours + QStringLiteral("Deep.hct")).startsWith("00:42:44"));
+    QVERIFY(env.readFile(tours + QStringLiteral("Deep.hct")).startsWith("00:42:44"));
   }
 };
 

@@ -1,7 +1,7 @@
 // The Filter dialog's OK over whatever the boxes hold.
 // - OK either closes the dialog or refuses with a message; it never leaves memory and
 //   Filter.ini apart: the file reads back, without an error, as the filter in force.
-// - The WHERE text it builds for a page runs. Which rows it selects is the filter logic test's.
+// - The WHERE text it builds for a page runs.
 #include "catalog/catalogpages.h"
 #include "catalog/filterlogic.h"
 #include "core/settings.h"

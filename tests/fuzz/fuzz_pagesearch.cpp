@@ -1,7 +1,6 @@
 // Typed search texts through the catalog pages' Find First, Find Next and Find Prev: the
 // criteria text, the query translator, the recordset's find and the database engine. Whatever
-// is typed, the find ends in a row or "Not Found." and never in an error. Which row it finds
-// is the search and recordset tests'.
+// is typed, the find ends in a row or "Not Found." and never in an error.
 #include "catalog/catalogpages.h"
 #include "catalog/searchcriteria.h"
 #include "fuzzsupport.h"

