@@ -1,12 +1,16 @@
 #include <QtTest>
 
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
 #include <cmath>
 
+#include "catalog/catalogbrowser.h"
+#include "catalog/database.h"
 #include "catalog/datagrid.h"
 #include "catalog/recordset.h"
 #include "charts/skywidget.h"
@@ -14,9 +18,12 @@
 #include "core/mainwindow.h"
 #include "core/numtext.h"
 #include "core/twips.h"
+#include "lists/editlist.h"
+#include "lists/editlistlogic.h"
 #include "lists/listview.h"
 #include "lists/listwindow.h"
 #include "scope/scopecontrol.h"
+#include "sky/userdatedialog.h"
 #include "support/listdocument.h"
 #include "support/scopesim.h"
 #include "support/testenv.h"
@@ -87,6 +94,49 @@ struct Rig {
   void show() {
     list->show();
     QVERIFY(QTest::qWaitForWindowExposed(list.get()));
+  }
+};
+
+// The list editor on an evening at the default site.
+struct Editor {
+  TestEnv env;
+  std::unique_ptr<TavorineListMain> main;
+  std::unique_ptr<EditList> editor;
+  QString path;
+
+  Editor() {
+    env.fixedOffsetHours = 9;
+    env.state->UserDate = QDateTime(QDate(2026, 11, 21), QTime(21, 0));
+    main = std::make_unique<TavorineListMain>(*env.state);
+  }
+  // The editor on a list of the first n of Andromeda, the Pleiades and the Orion Nebula.
+  EditList* open(int n) {
+    std::vector<ListRow> rows = {
+        NamedRow("Andromeda Galaxy", SkyPosition::of(0, 42.7, "+", 41, 16)),
+        NamedRow("Pleiades", SkyPosition::of(3, 47, "+", 24, 7)),
+        NamedRow("Orion Nebula", SkyPosition::of(5, 35.3, "-", 5, 23))};
+    rows.resize(size_t(n));
+    path = env.path("Tonight.tlf");
+    MakeListDocument(*env.state, path, rows);
+    editor = std::make_unique<EditList>(*env.state, *main, path, "Objects - Tonight", nullptr);
+    editor->show();
+    return editor.get();
+  }
+  void click(const char* name) { editor->findChild<QPushButton*>(name)->click(); }
+  QString counter() { return editor->findChild<QLineEdit*>("txtRecordCounter")->text(); }
+  QString column(const char* name) { return ListColumn(path, name).join(','); }
+  // The file's names in DisplayOrder, the current row's name and the counter.
+  QString seen() {
+    return column("Name") + '|' + editor->listRecordset()->text("Name") + '|' + counter();
+  }
+  // Every catalog page filtered by `filter`, its query `where`, and the altitude filter on.
+  void filterPages(const QString& filter, const QString& where, bool on) {
+    for (PageQuery& q : env.state->Pages) {
+      q.Filter = filter;
+      q.Where = where;
+    }
+    env.state->filter.FltAlt = true;
+    env.state->FilterOn = on;
   }
 };
 
@@ -176,7 +226,7 @@ class TestListWindow : public QObject {
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Mizar|0|1"));
   }
 
-  // Every row marked; the dialog answered on the second row (by each button, or its close box).
+  // Every row marked; the dialog answered on the second row by each button.
   void clearGoto_data() {
     QTest::addColumn<QString>("button");
     QTest::addColumn<QString>("choice");
@@ -184,7 +234,6 @@ class TestListWindow : public QObject {
     QTest::newRow("this") << "cmdThis" << "This" << "Y, ,Y,Y";
     QTest::newRow("all") << "Command1" << "All" << " , , , ";
     QTest::newRow("cancel") << "cmdCancel" << "None" << "Y,Y,Y,Y";
-    QTest::newRow("close box") << "" << "None" << "Y,Y,Y,Y";
   }
   void clearGoto() {
     QFETCH(QString, button);
@@ -198,8 +247,7 @@ class TestListWindow : public QObject {
     QTimer::singleShot(0, [button] {
       auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
       QCOMPARE(dialog->windowTitle(), QStringLiteral("Confirm"));
-      if (button.isEmpty()) dialog->reject();
-      else dialog->findChild<QPushButton*>(button)->click();
+      dialog->findChild<QPushButton*>(button)->click();
     });
     rig.list->cmdClearGoto_Click();
     QCOMPARE(rig.state().ClearGotoChoice, choice);
@@ -285,6 +333,143 @@ class TestListWindow : public QObject {
     QVERIFY(details.right() < w.Sky()->x());
     // Maximized in an area below its least size, the large window is put back to normal.
     QVERIFY(ListResizeRule(ListVariant::CurrentList, true, 10600, 9000, 10600, 9000).restoreNormal);
+  }
+
+  void opens() {
+    Editor t;
+    EditList* e = t.open(3);
+    QCOMPARE((QStringList{e->windowTitle(), e->findChild<QLabel*>("Label2")->text(),
+                          e->findChild<QLabel*>("lblUserDate")->text(), t.counter()}),
+             (QStringList{"Edit - Tonight", "Your Object List:",
+                          UserDateLabel(t.env.state->UserDate), " Obj: 1 of 3"}));
+    // Every command button shows its whole caption, with a little room at each side.
+    for (const char* name : {"cmdDelete", "cmdMoveUp", "cmdMoveDown", "cmdAutoSort", "cmdClose",
+                             "cmdFilterAlt", "cmdUserDate", "cmdAddMessier"}) {
+      auto* b = e->findChild<QPushButton*>(name);
+      const int textWidth = b->fontMetrics().horizontalAdvance(b->text().remove(QLatin1Char('&')));
+      QVERIFY2(b->width() >= textWidth + 8, name);
+    }
+
+    // Andromeda stands high in the evening: the first row is marked in the object colour.
+    QCOMPARE(e->markerSource(), 1);
+    const QPointF andromeda(e->sky()->chart().MarkerX, e->sky()->chart().MarkerY);
+    QVERIFY(andromeda.x() != 3000 && andromeda.y() != 3000);
+    e->listRecordset()->MoveNext();  // Pleiades, elsewhere in the sky
+    QVERIFY(QPointF(e->sky()->chart().MarkerX, e->sky()->chart().MarkerY) != andromeda);
+
+    // Only the page in view has the Alt+A key, and its current row takes the marker.
+    e->browser()->setCurrentIndex(7);
+    QCOMPARE(e->markerSource(), 2);
+    int withKey = 0;
+    for (auto* b : e->findChildren<QPushButton*>())
+      withKey += b->objectName().startsWith("cmdAdd") && b->text() == "&Add <--";
+    QCOMPARE(withKey, 1);
+    QCOMPARE(e->findChild<QPushButton*>("cmdAddDouble")->text(), QStringLiteral("&Add <--"));
+    QVERIFY(t.env.prompter.entries.isEmpty());
+  }
+
+  // The Close button, the close box and Escape each give the menu entry back.
+  void menuEntryComesBack() {
+    Editor t;
+    auto* entry = t.main->findChild<QAction*>("mnuEditUserList");
+    for (int how = 0; how < 3; ++how) {
+      t.editor.reset();
+      EditList* e = t.open(1);
+      QVERIFY(!entry->isEnabled());
+      if (how == 0) t.click("cmdClose");
+      else if (how == 1) e->close();
+      else QTest::keyClick(e, Qt::Key_Escape);
+      QVERIFY2(entry->isEnabled() && !e->isVisible(), qPrintable(QString::number(how)));
+    }
+  }
+
+  // The window asks and calls the edits; the edits' rules are the logic test's.
+  void deleteMoveAndSort() {
+    Editor t;
+    EditList* e = t.open(3);
+    e->listRecordset()->setAbsolutePosition(1);
+    t.env.prompter.answer(Prompter::Answer::No);
+    t.click("cmdDelete");
+    QCOMPARE(t.column("DisplayOrder"), QStringLiteral("1,2,3"));
+    t.env.prompter.answer(Prompter::Answer::Yes);
+    t.click("cmdDelete");
+    QCOMPARE(t.seen(), QStringLiteral("Andromeda Galaxy,Orion Nebula|Orion Nebula| Obj: 2 of 2"));
+    t.click("cmdMoveUp");
+    QCOMPARE(t.seen(), QStringLiteral("Orion Nebula,Andromeda Galaxy|Orion Nebula| Obj: 1 of 2"));
+
+    Database(t.path, Database::Mode::ReadWrite)
+        .exec("UPDATE Objects SET DisplayOrder = 10 - DisplayOrder");
+    e->listRecordset()->Requery();
+    t.env.prompter.answer(Prompter::Answer::No);
+    t.click("cmdAutoSort");
+    QCOMPARE(t.column("DisplayOrder"), QStringLiteral("7,9"));
+    t.env.prompter.answer(Prompter::Answer::Yes);
+    t.click("cmdAutoSort");
+    QCOMPARE(t.column("DisplayOrder"), QStringLiteral("1,2"));
+
+    // Emptied, the question still comes, and nothing else.
+    for (int i = 0; i < 3; ++i) {
+      t.env.prompter.answer(Prompter::Answer::Yes);
+      t.click("cmdDelete");
+    }
+    QCOMPARE(t.column("DisplayOrder") + t.counter(), QString());
+    QCOMPARE(t.env.prompter.texts(),
+             QStringList({"Delete this object?", "Delete this object?",
+                          "Permanently re-sort the list?", "Permanently re-sort the list?",
+                          "Delete this object?", "Delete this object?", "Delete this object?"}));
+    QCOMPARE(t.env.prompter.entries[0].title, QStringLiteral("Confirm"));
+  }
+
+  // Off, the button shows the dialog (its close box counts as Cancel) and turns the filter on
+  // only when it is accepted. The clause itself is the filter logic test's.
+  void filterButton() {
+    Editor t;
+    AppState& s = *t.env.state;
+    for (bool cancel : {true, false}) {
+      t.editor.reset();
+      t.filterPages("WHERE (Type = 'Galaxy')", "WHERE True", false);
+      s.filter.FltMinAlt = 20;
+      EditList* e = t.open(2);
+      e->showFilterDialog = [&](QWidget*) {
+        QVERIFY(s.FilterCancelled);  // set before the dialog
+        s.FilterCancelled = cancel;
+      };
+      t.click("cmdFilterAlt");
+      QCOMPARE(s.FilterOn, !cancel);
+      QCOMPARE(e->findChild<QLabel*>("lblFilter")->isVisible(), !cancel);
+      const QString where = s.Pages[4].Where;
+      QVERIFY2(cancel ? where == "WHERE True"
+                      : where.startsWith("WHERE (Type = 'Galaxy') and (Atn("),
+               qPrintable(where));
+    }
+    QVERIFY(t.env.prompter.entries.isEmpty());
+  }
+
+  // Opened with the filter on, then a new date from the real dialog, driven by its fields'
+  // names: the pages' queries are built for the date. On, the button turns it off at once.
+  void filterOnAndDateChange() {
+    Editor t;
+    AppState& s = *t.env.state;
+    t.filterPages("WHERE True", "WHERE True", true);
+    EditList* e = t.open(3);
+    QCOMPARE(e->findChild<QLabel*>("lblFilter")->text(), QStringLiteral("Filter On!!!"));
+    for (const PageQuery& q : s.Pages) QVERIFY(q.Where.startsWith("WHERE True and (Atn("));
+    const QString whereBefore = s.Pages[4].Where;
+    QTimer::singleShot(0, [] {
+      auto* dialog = qobject_cast<frmUserDate*>(QApplication::activeModalWidget());
+      if (!dialog) return;
+      dialog->findChild<UpDownField*>("PickTimeHour")->setText("23");
+      dialog->findChild<QPushButton*>("OKButton")->click();
+    });
+    t.click("cmdUserDate");
+    QCOMPARE(e->findChild<QLabel*>("lblUserDate")->text(), UserDateLabel(s.UserDate));
+    QVERIFY(s.Pages[4].Where.startsWith("WHERE True and (Atn("));
+    QVERIFY(s.Pages[4].Where != whereBefore);
+    e->showFilterDialog = [](QWidget*) { QFAIL("the dialog is not shown"); };
+    t.click("cmdFilterAlt");
+    QVERIFY(!s.FilterOn && !e->findChild<QLabel*>("lblFilter")->isVisible());
+    QCOMPARE(s.Pages[4].Where, QStringLiteral("WHERE True"));
+    QVERIFY(t.env.prompter.entries.isEmpty());
   }
 };
 

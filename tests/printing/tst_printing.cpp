@@ -1,8 +1,6 @@
 #include <QComboBox>
 #include <QDir>
 #include <QImage>
-#include <QPrintPreviewDialog>
-#include <QPrintPreviewWidget>
 #include <QProcess>
 #include <QRadioButton>
 #include <QtTest>
@@ -189,25 +187,6 @@ class TestPrinting : public QObject {
         for (int x = 0; x < image.width(); ++x) ink += qGray(image.pixel(x, y)) < 200;
       QVERIFY2(ink > 200, qPrintable(png));
     }
-  }
-
-  void previewShowsEveryCopy() {
-    PrintOptions dialog(*env_->state, listRequest(16));
-    dialog.show();
-    dialog.findChild<UpDownField*>("txtCopies")->setText("2");
-    int shown = -1;
-    QTimer poll;
-    connect(&poll, &QTimer::timeout, [&] {
-      auto* preview = dialog.findChild<QPrintPreviewDialog*>(QStringLiteral("PrintPreview"));
-      auto* pages = preview ? preview->findChild<QPrintPreviewWidget*>() : nullptr;
-      if (!pages || pages->pageCount() == 0) return;
-      shown = pages->pageCount();
-      preview->reject();
-    });
-    poll.start(50);
-    dialog.cmdPreview_Click();
-    QCOMPARE(shown, 4);
-    QVERIFY(env_->prompter.entries.isEmpty());
   }
 
   void printCommandOpensTheListOptions() {
