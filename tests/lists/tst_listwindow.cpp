@@ -1,22 +1,28 @@
 #include <QtTest>
 
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
 #include <cmath>
 
+#include "catalog/catalogbrowser.h"
+#include "catalog/database.h"
 #include "catalog/datagrid.h"
 #include "catalog/recordset.h"
 #include "charts/skywidget.h"
 #include "core/apperror.h"
 #include "core/mainwindow.h"
 #include "core/numtext.h"
-#include "core/twips.h"
+#include "lists/editlist.h"
+#include "lists/editlistlogic.h"
 #include "lists/listview.h"
 #include "lists/listwindow.h"
 #include "scope/scopecontrol.h"
+#include "sky/userdatedialog.h"
 #include "support/listdocument.h"
 #include "support/scopesim.h"
 #include "support/testenv.h"
@@ -84,9 +90,48 @@ struct Rig {
     return out.join(',');
   }
   QString column(const char* name) const { return ListColumn(path, name).join(','); }
-  void show() {
-    list->show();
-    QVERIFY(QTest::qWaitForWindowExposed(list.get()));
+};
+
+// The list editor on an evening at the default site.
+struct Editor {
+  TestEnv env;
+  std::unique_ptr<TavorineListMain> main;
+  std::unique_ptr<EditList> editor;
+  QString path;
+
+  Editor() {
+    env.fixedOffsetHours = 9;
+    env.state->UserDate = QDateTime(QDate(2026, 11, 21), QTime(21, 0));
+    main = std::make_unique<TavorineListMain>(*env.state);
+  }
+  // The editor on a list of the first n of Andromeda, the Pleiades and the Orion Nebula.
+  EditList* open(int n) {
+    std::vector<ListRow> rows = {
+        NamedRow("Andromeda Galaxy", SkyPosition::of(0, 42.7, "+", 41, 16)),
+        NamedRow("Pleiades", SkyPosition::of(3, 47, "+", 24, 7)),
+        NamedRow("Orion Nebula", SkyPosition::of(5, 35.3, "-", 5, 23))};
+    rows.resize(size_t(n));
+    path = env.path("Tonight.tlf");
+    MakeListDocument(*env.state, path, rows);
+    editor = std::make_unique<EditList>(*env.state, *main, path, "Objects - Tonight", nullptr);
+    editor->show();
+    return editor.get();
+  }
+  void click(const char* name) { editor->findChild<QPushButton*>(name)->click(); }
+  QString counter() { return editor->findChild<QLineEdit*>("txtRecordCounter")->text(); }
+  QString column(const char* name) { return ListColumn(path, name).join(','); }
+  // The file's names in DisplayOrder, the current row's name and the counter.
+  QString seen() {
+    return column("Name") + '|' + editor->listRecordset()->text("Name") + '|' + counter();
+  }
+  // Every catalog page filtered by `filter`, its query `where`, and the altitude filter on.
+  void filterPages(const QString& filter, const QString& where, bool on) {
+    for (PageQuery& q : env.state->Pages) {
+      q.Filter = filter;
+      q.Where = where;
+    }
+    env.state->filter.FltAlt = true;
+    env.state->FilterOn = on;
   }
 };
 
@@ -123,26 +168,19 @@ class TestListWindow : public QObject {
     QVERIFY(markedAt(1));
     QCOMPARE(rig.field(13), altitude(1));
     rig.grid()->setCurrentIndex(rig.grid()->model()->index(3, 5));
-    QVERIFY(markedAt(3));
-    QCOMPARE(rig.seen(), QStringLiteral(" Object: 4 of 4|Deneb|1|0"));
     w.cmdNext_Click();
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 4 of 4|Deneb|2|0"));
-  }
 
-  // A walk of keys, each from where the last left the grid.
-  void keys() {
-    Rig rig;
+    // A walk of keys, each from where the last left the grid.
     const int ctrl = int(Qt::ControlModifier);
     const struct { int key, row; } walk[] = {
-        {Qt::Key_Down, 1},         {Qt::Key_End, 3},           {Qt::Key_PageUp, 2},
-        {ctrl | Qt::Key_Up, 0},    {Qt::Key_PageDown, 1},      {ctrl | Qt::Key_PageDown, 3},
-        {Qt::Key_Up, 2},           {Qt::Key_Home, 0}};
+        {Qt::Key_Home, 0},         {Qt::Key_Down, 1},     {Qt::Key_End, 3},
+        {Qt::Key_PageUp, 2},       {ctrl | Qt::Key_Up, 0}, {Qt::Key_PageDown, 1},
+        {ctrl | Qt::Key_PageDown, 3}, {Qt::Key_Up, 2}};
     for (const auto& step : walk) {
       rig.key(step.key & ~Qt::KeyboardModifierMask,
               Qt::KeyboardModifiers(step.key & Qt::KeyboardModifierMask));
-      QCOMPARE(rig.rs().AbsolutePosition(), step.row);
       QCOMPARE(rig.counter(), QStringLiteral(" Object: %1 of 4").arg(step.row + 1));
-      QCOMPARE(rig.grid()->currentIndex().row(), step.row);
     }
   }
 
@@ -165,7 +203,6 @@ class TestListWindow : public QObject {
     rig.list->cmdObserved_Click();
     QCOMPARE(rig.column("Observed"), QStringLiteral("<null>,Y,<null>,<null>"));
     QCOMPARE(rig.cell(1, 2), QStringLiteral("Y"));
-    QCOMPARE(rig.counter(), QStringLiteral(" Object: 2 of 4"));
     rig.list->cmdObserved_Click();
     QCOMPARE(rig.column("Observed"), QStringLiteral("<null>, ,<null>,<null>"));
 
@@ -183,7 +220,7 @@ class TestListWindow : public QObject {
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Mizar|0|1"));
   }
 
-  // Every row marked; the dialog answered on the second row (by each button, or its close box).
+  // Every row marked; the dialog answered on the second row by each button.
   void clearGoto_data() {
     QTest::addColumn<QString>("button");
     QTest::addColumn<QString>("choice");
@@ -191,7 +228,6 @@ class TestListWindow : public QObject {
     QTest::newRow("this") << "cmdThis" << "This" << "Y, ,Y,Y";
     QTest::newRow("all") << "Command1" << "All" << " , , , ";
     QTest::newRow("cancel") << "cmdCancel" << "None" << "Y,Y,Y,Y";
-    QTest::newRow("close box") << "" << "None" << "Y,Y,Y,Y";
   }
   void clearGoto() {
     QFETCH(QString, button);
@@ -205,8 +241,7 @@ class TestListWindow : public QObject {
     QTimer::singleShot(0, [button] {
       auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
       QCOMPARE(dialog->windowTitle(), QStringLiteral("Confirm"));
-      if (button.isEmpty()) dialog->reject();
-      else dialog->findChild<QPushButton*>(button)->click();
+      dialog->findChild<QPushButton*>(button)->click();
     });
     rig.list->cmdClearGoto_Click();
     QCOMPARE(rig.state().ClearGotoChoice, choice);
@@ -214,29 +249,22 @@ class TestListWindow : public QObject {
     QCOMPARE(rig.counter(), QStringLiteral(" Object: %1 of 4").arg(choice == "All" ? 1 : 2));
   }
 
-  // Head clicks sort the grid, not the file, and go back to its first row; the clauses are the
-  // sort test's. The declination one, south first, as the database reads it.
-  void headerSort() {
+  // Head clicks sort the grid, not the file, and go back to its first row (the declination's,
+  // south first, as the database reads it); an edit keeps the sort and gives the pointer back.
+  void sortKeptAfterEditing() {
     Rig rig;
     rig.list->cmdNext_Click();
     rig.list->grdDataGrid_HeadClick(14);
     rig.list->grdDataGrid_HeadClick(12);
     QCOMPARE(rig.names(), QStringLiteral("Canopus,Albireo,Deneb,Mizar"));
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 4|Canopus|0|0"));
-    QCOMPARE(rig.grid()->model()->headerData(0, Qt::Horizontal).toString(), QStringLiteral("#"));
     QCOMPARE(rig.column("DisplayOrder"), QStringLiteral("1,2,3,4"));
-  }
-
-  void sortKeptAfterEditing() {
-    Rig rig;
     rig.list->grdDataGrid_HeadClick(5);
-    rig.list->cmdNext_Click();
     rig.list->cmdNext_Click();
     bool timerStopped = false;
     bool pointerHeld = true;
     rig.list->openEditor = [&](CurrentList& w) {
       timerStopped = !w.timerAltitude()->isActive();
-      // Nothing of the list window's may stay over the editor's pointer.
       pointerHeld = QGuiApplication::overrideCursor() != nullptr;
       Database(rig.path, Database::Mode::ReadWrite)
           .exec(QStringLiteral("INSERT INTO Objects (DisplayOrder, Name, RAHour, RAMinute, "
@@ -246,7 +274,6 @@ class TestListWindow : public QObject {
     QVERIFY(timerStopped);
     QVERIFY(!pointerHeld);
     QVERIFY(rig.list->timerAltitude()->isActive());
-    QCOMPARE(rig.list->sortState().ListSortKey, QStringLiteral("ORDER BY Name"));
     QCOMPARE(rig.names(), QStringLiteral("Albireo,Aldebaran,Canopus,Deneb,Mizar"));
     QCOMPARE(rig.seen(), QStringLiteral(" Object: 1 of 5|Albireo|0|0"));
     // An editor that fails to open leaves the altitude running.
@@ -264,90 +291,142 @@ class TestListWindow : public QObject {
     Rig rig;
     rig.state().settings.ScopeType = QStringLiteral("GT");
     rig.state().settings.CommPort = sim.address;
-    rig.show();
+    rig.list->show();
+    QVERIFY(QTest::qWaitForWindowExposed(rig.list.get()));
     const QRect cell = rig.grid()->visualRect(rig.grid()->model()->index(1, 5));
     // The view takes a double click as such only after the press that starts it.
     QTest::mouseClick(rig.grid()->viewport(), Qt::LeftButton, {}, cell.center());
     QTest::mouseDClick(rig.grid()->viewport(), Qt::LeftButton, {}, cell.center());
     QVERIFY(!sim.received().isEmpty());
     QCOMPARE(rig.column("Goto"), QStringLiteral("<null>,Y,<null>,<null>"));
-    QCOMPARE(rig.cell(1, 1), QStringLiteral("Y"));
-    QVERIFY(!rig.grid()->allowUpdate());
     QVERIFY(rig.env.prompter.entries.isEmpty());
   }
 
-  // Sizes in twips; the tops of GoTo, the counter, Edit and Close (-1: not moved).
-  void resizeRule_data() {
-    QTest::addColumn<bool>("compact");
-    QTest::addColumn<bool>("maximized");
-    QTest::addColumn<QSize>("area");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QString>("result");
-    const QSize big(20000, 20000);
-    QTest::newRow("large too small") << false << false << big << QSize(9000, 5000)
-        << "10900x7400 grid 6660x6425 sky -1 tops 6545 6545 6995 -1";
-    QTest::newRow("large maximized in small area") << false << true << QSize(10600, 9000)
-        << QSize(10600, 9000) << "restore";
-    QTest::newRow("compact wider") << true << false << big << QSize(13000, 6000)
-        << "13000x6000 grid 4795x5520 sky 8860 tops 5595 5595 5595 5595";
-    QTest::newRow("compact too narrow") << true << false << big << QSize(11000, 6000)
-        << "11820x6000 grid 3615x5520 sky 7680 tops 5595 5595 5595 5595";
-  }
-  void resizeRule() {
-    QFETCH(bool, compact);
-    QFETCH(bool, maximized);
-    QFETCH(QSize, area);
-    QFETCH(QSize, size);
-    QFETCH(QString, result);
-    const ListResize r =
-        ListResizeRule(compact ? ListVariant::CurrentListFixed : ListVariant::CurrentList,
-                       maximized, area.width(), area.height(), size.width(), size.height());
-    auto top = [&](const char* name) {
-      for (const auto& [n, t] : r.tops)
-        if (n == QLatin1String(name)) return t;
-      return -1;
-    };
-    const QString got = r.restoreNormal
-        ? QStringLiteral("restore")
-        : QStringLiteral("%1x%2 grid %3x%4 sky %5 tops %6 %7 %8 %9")
-              .arg(r.width).arg(r.height).arg(r.gridWidth).arg(r.gridHeight).arg(r.skyLeft)
-              .arg(top("cmdGoto")).arg(top("txtRecordCounter")).arg(top("cmdEdit"))
-              .arg(top("cmdClose"));
-    QCOMPARE(got, result);
+  void opens() {
+    Editor t;
+    EditList* e = t.open(3);
+    QCOMPARE((QStringList{e->windowTitle(), e->findChild<QLabel*>("Label2")->text(),
+                          e->findChild<QLabel*>("lblUserDate")->text(), t.counter()}),
+             (QStringList{"Edit - Tonight", "Your Object List:",
+                          UserDateLabel(t.env.state->UserDate), " Obj: 1 of 3"}));
+    // Andromeda stands high in the evening: the first row is marked in the object colour.
+    QCOMPARE(e->markerSource(), 1);
+    const QPointF andromeda(e->sky()->chart().MarkerX, e->sky()->chart().MarkerY);
+    e->listRecordset()->MoveNext();  // Pleiades, elsewhere in the sky
+    QVERIFY(QPointF(e->sky()->chart().MarkerX, e->sky()->chart().MarkerY) != andromeda);
+
+    // Only the page in view has the Alt+A key, and its current row takes the marker.
+    e->browser()->setCurrentIndex(7);
+    QCOMPARE(e->markerSource(), 2);
+    int withKey = 0;
+    for (auto* b : e->findChildren<QPushButton*>())
+      withKey += b->objectName().startsWith("cmdAdd") && b->text() == "&Add <--";
+    QCOMPARE(withKey, 1);
+    QCOMPARE(e->findChild<QPushButton*>("cmdAddDouble")->text(), QStringLiteral("&Add <--"));
+    QVERIFY(t.env.prompter.entries.isEmpty());
+
+    // The Close button, the close box and Escape each give the menu entry back.
+    auto* entry = t.main->findChild<QAction*>("mnuEditUserList");
+    for (int how = 0; how < 3; ++how) {
+      t.editor.reset();
+      EditList* e = t.open(1);
+      QVERIFY(!entry->isEnabled());
+      if (how == 0) t.click("cmdClose");
+      else if (how == 1) e->close();
+      else QTest::keyClick(e, Qt::Key_Escape);
+      QVERIFY2(entry->isEnabled() && !e->isVisible(), qPrintable(QString::number(how)));
+    }
   }
 
-  // At the telescope the panel is read at a glance: a long name from its start, the minutes
-  // whole. The compact window, made wider (13000 by 6000 twips), takes the details along
-  // between the wider grid and the chart, over neither.
-  void detailsReadable_data() {
-    QTest::addColumn<bool>("compact");
-    QTest::newRow("CurrentList") << false;
-    QTest::newRow("CurrentListFixed") << true;
+  // The window asks and calls the edits; the edits' rules are the logic test's.
+  void deleteMoveAndSort() {
+    Editor t;
+    EditList* e = t.open(3);
+    e->listRecordset()->setAbsolutePosition(1);
+    t.env.prompter.answer(Prompter::Answer::No);
+    t.click("cmdDelete");
+    QCOMPARE(t.column("DisplayOrder"), QStringLiteral("1,2,3"));
+    t.env.prompter.answer(Prompter::Answer::Yes);
+    t.click("cmdDelete");
+    QCOMPARE(t.seen(), QStringLiteral("Andromeda Galaxy,Orion Nebula|Orion Nebula| Obj: 2 of 2"));
+    t.click("cmdMoveUp");
+    QCOMPARE(t.seen(), QStringLiteral("Orion Nebula,Andromeda Galaxy|Orion Nebula| Obj: 1 of 2"));
+    t.click("cmdMoveDown");
+    QCOMPARE(t.seen(), QStringLiteral("Andromeda Galaxy,Orion Nebula|Orion Nebula| Obj: 2 of 2"));
+
+    Database(t.path, Database::Mode::ReadWrite)
+        .exec("UPDATE Objects SET DisplayOrder = 10 - DisplayOrder");
+    e->listRecordset()->Requery();
+    t.env.prompter.answer(Prompter::Answer::No);
+    t.click("cmdAutoSort");
+    QCOMPARE(t.column("DisplayOrder"), QStringLiteral("7,9"));
+    t.env.prompter.answer(Prompter::Answer::Yes);
+    t.click("cmdAutoSort");
+    QCOMPARE(t.column("DisplayOrder"), QStringLiteral("1,2"));
+
+    // Emptied, the question still comes, and nothing else.
+    for (int i = 0; i < 3; ++i) {
+      t.env.prompter.answer(Prompter::Answer::Yes);
+      t.click("cmdDelete");
+    }
+    QCOMPARE(t.column("DisplayOrder") + t.counter(), QString());
+    QCOMPARE(t.env.prompter.texts(),
+             QStringList({"Delete this object?", "Delete this object?",
+                          "Permanently re-sort the list?", "Permanently re-sort the list?",
+                          "Delete this object?", "Delete this object?", "Delete this object?"}));
+    QCOMPARE(t.env.prompter.entries[0].title, QStringLiteral("Confirm"));
   }
-  void detailsReadable() {
-    QFETCH(bool, compact);
-    std::vector<ListRow> rows = stars();
-    rows[1].name = QStringLiteral("Albireo,Beta-1 Cygni,6 Cygni,ADS 12540,WDS 19307+2758,STFA 43");
-    rows[1].position.decMinutes = QStringLiteral("57.6");
-    Rig rig(rows, compact ? ListVariant::CurrentListFixed : ListVariant::CurrentList);
-    CurrentList& w = *rig.list;
-    rig.show();
-    rig.key(Qt::Key_Down);
-    auto* name = w.findChild<QLineEdit*>(QStringLiteral("Text3"));
-    QCOMPARE(name->text(), rows[1].name);
-    QCOMPARE(name->cursorPosition(), 0);
-    auto* minutes = w.findChild<QLineEdit*>(QStringLiteral("Text11"));
-    QCOMPARE(minutes->text(), QStringLiteral("57.6"));
-    QVERIFY2(minutes->width() >= minutes->fontMetrics().horizontalAdvance(minutes->text()) + 8,
-             qPrintable(QString::number(minutes->width())));
-    if (!compact) return;
-    QCOMPARE(w.objectName(), QStringLiteral("CurrentListFixed"));
-    w.resize(TwipsToPixels(13000, &w), TwipsToPixels(6000, &w));
-    QTRY_COMPARE(w.width(), TwipsToPixels(13000, &w));
-    QCOMPARE(rig.grid()->size(), QSize(TwipsToPixels(4795, &w), TwipsToPixels(5520, &w)));
-    const QRect details = w.findChild<QWidget*>(QStringLiteral("fraDetails"))->geometry();
-    QVERIFY(details.left() > rig.grid()->geometry().right());
-    QVERIFY(details.right() < w.Sky()->x());
+
+  // Off, the button shows the dialog (its close box counts as Cancel) and turns the filter on
+  // only when it is accepted. The clause itself is the filter logic test's.
+  void filterButton() {
+    Editor t;
+    AppState& s = *t.env.state;
+    for (bool cancel : {true, false}) {
+      t.editor.reset();
+      t.filterPages("WHERE (Type = 'Galaxy')", "WHERE True", false);
+      s.filter.FltMinAlt = 20;
+      EditList* e = t.open(2);
+      e->showFilterDialog = [&](QWidget*) {
+        QVERIFY(s.FilterCancelled);  // set before the dialog
+        s.FilterCancelled = cancel;
+      };
+      t.click("cmdFilterAlt");
+      QCOMPARE(s.FilterOn, !cancel);
+      QCOMPARE(e->findChild<QLabel*>("lblFilter")->isVisible(), !cancel);
+      const QString where = s.Pages[4].Where;
+      QVERIFY2(cancel ? where == "WHERE True"
+                      : where.startsWith("WHERE (Type = 'Galaxy') and (Atn("),
+               qPrintable(where));
+    }
+    QVERIFY(t.env.prompter.entries.isEmpty());
+  }
+
+  // Opened with the filter on, then a new date from the real dialog, driven by its fields'
+  // names: the pages' queries are built for the date. On, the button turns it off at once.
+  void filterOnAndDateChange() {
+    Editor t;
+    AppState& s = *t.env.state;
+    t.filterPages("WHERE True", "WHERE True", true);
+    EditList* e = t.open(3);
+    QCOMPARE(e->findChild<QLabel*>("lblFilter")->text(), QStringLiteral("Filter On!!!"));
+    for (const PageQuery& q : s.Pages) QVERIFY(q.Where.startsWith("WHERE True and (Atn("));
+    const QString whereBefore = s.Pages[4].Where;
+    QTimer::singleShot(0, [] {
+      auto* dialog = qobject_cast<frmUserDate*>(QApplication::activeModalWidget());
+      if (!dialog) return;
+      dialog->findChild<UpDownField*>("PickTimeHour")->setText("23");
+      dialog->findChild<QPushButton*>("OKButton")->click();
+    });
+    t.click("cmdUserDate");
+    QCOMPARE(e->findChild<QLabel*>("lblUserDate")->text(), UserDateLabel(s.UserDate));
+    QVERIFY(s.Pages[4].Where.startsWith("WHERE True and (Atn("));
+    QVERIFY(s.Pages[4].Where != whereBefore);
+    e->showFilterDialog = [](QWidget*) { QFAIL("the dialog is not shown"); };
+    t.click("cmdFilterAlt");
+    QVERIFY(!s.FilterOn && !e->findChild<QLabel*>("lblFilter")->isVisible());
+    QCOMPARE(s.Pages[4].Where, QStringLiteral("WHERE True"));
+    QVERIFY(t.env.prompter.entries.isEmpty());
   }
 };
 
