@@ -9,9 +9,11 @@ namespace {
 
 const QString kCrLf = QStringLiteral("\r\n");
 
+// The value fitted to the code page first, so a character that becomes a quote mark there (a
+// full-width one) is doubled like any other.
 void appendQuoted(QString& out, QStringView text) {
   out += QLatin1Char('"');
-  for (const QChar c : text) {
+  for (const QChar c : FitCodePage(text.toString())) {
     if (c == QLatin1Char('"')) out += QLatin1Char('"');
     out += c;
   }

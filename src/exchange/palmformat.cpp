@@ -24,7 +24,7 @@ QString decimal(double units, double minutes) {
 }
 
 QByteArray fileBytes(const QString& text) {
-  QString inner = text;
+  QString inner = FitCodePage(text);  // a full-width quote mark is a quote mark there too
   inner.replace(QLatin1Char('"'), QLatin1String("\"\""));
   return EncodeCodePage(QLatin1Char('"') + inner + QStringLiteral("\",\"0\",\"Unfiled\"\r\n"));
 }

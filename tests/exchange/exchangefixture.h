@@ -27,7 +27,7 @@ inline std::vector<ImportedObject> AwkwardObjects() {
       {"Caldwell", 14, "Double Cluster, h and chi", "Open Cluster", "3.7", "Per", 2, 20.5, "+", 57,
        8, "NGC 869 & 884"},
       {"IC", 2118, null, "Reflection Nebula", " ", "Eri", 5, 6.6, "-", 7, 13, null},
-      {"Sh2", 155, QString::fromUtf8("The \"Cave\" Nebula, \u03b1 Cep"), "Bright Nebula", "7.7",
+      {"Sh2", 155, QString::fromUtf8("The \"Cave\uff02 Nebula, \u03b1 Cep"), "Bright Nebula", "7.7",
        "Cep", 22, 56.8, "+", 62, 37, "size 50'"},
       {"Comet", "C/2023 A3", QString::fromUtf8("Tsuchinshan\u2013ATLAS"), "", "-1.46", "Vir", 23,
        59.9993, "-", 0, 30, "#1 of 2024"},
