@@ -121,7 +121,9 @@ class TestCoreLogic : public QObject {
   }
 
   // The shortest text that reads back as the same single; rounding sends halves to the even
-  // neighbour at any number of decimals; Int floors and Fix truncates.
+  // neighbour at any number of decimals; Int floors and Fix truncates. CInt rounds halves to
+  // even after blanks; anything else but a number is error 13, and a number beyond 16 bits
+  // error 6. A format mask pads with zeros and rounds its decimals.
   void singlesAndRounding() {
     CommaLocale comma;
     REQUIRE_COMMA_LOCALE(comma);
@@ -135,11 +137,6 @@ class TestCoreLogic : public QObject {
     QCOMPARE(Int(2.7), 2.0);
     QCOMPARE(Int(-2.1), -3.0);
     QCOMPARE(Fix(-2.7), -2.0);
-  }
-
-  // CInt rounds halves to even after blanks; anything else but a number is error 13, and a
-  // number beyond 16 bits error 6.
-  void cint() {
     const auto cint = [](const QString& text) {
       try {
         return QString::number(CInt(text));
@@ -154,26 +151,25 @@ class TestCoreLogic : public QObject {
     QCOMPARE(cint(""), QStringLiteral("error 13"));
     QCOMPARE(cint("1,5"), QStringLiteral("error 13"));
     QCOMPARE(cint("40000"), QStringLiteral("error 6"));
-  }
-
-  void formatMask() {
     QCOMPARE(FormatMask(5.0, QStringLiteral("00")), QStringLiteral("05"));
     QCOMPARE(FormatMask(123.0, QStringLiteral("00")), QStringLiteral("123"));
     QCOMPARE(FormatMask(5.25, QStringLiteral("00.0")), QStringLiteral("05.3"));
     QCOMPARE(FormatMask(-3.0, QStringLiteral("00")), QStringLiteral("-03"));
   }
 
+  // A short date of the locale reads back to the same date, with a time behind it; an hour of
+  // 25 is no date. The date serial counts days and the fraction of the day. The observing date
+  // starts at the present, to the second, before 06:00; from then on at 22:00 of the same day.
   void dates() {
     const QDate d(2026, 11, 21);
-    // A short date of the locale reads back to the same date, with a time behind it.
     QCOMPARE(CDate(ShortDate(d) + QStringLiteral(" 22:05")), QDateTime(d, QTime(22, 5)));
     QCOMPARE(CDate(ShortDate(d)), QDateTime(d, QTime(0, 0)));
-    // An hour of 25 is no date.
     QVERIFY_THROWS_EXCEPTION(AppError, CDate(ShortDate(d) + QStringLiteral(" 25:00")));
     QVERIFY_THROWS_EXCEPTION(AppError, CDate(QStringLiteral("tonight")));
-    // The date serial counts days and the fraction of the day.
     QCOMPARE(DateSerial(QDateTime(QDate(1899, 12, 31), QTime(12, 0))), 1.5);
     QCOMPARE(DateSerial(QDateTime(QDate(2000, 1, 1), QTime(0, 0))), 36526.0);
+    QCOMPARE(InitialUserDate(QDateTime(d, QTime(5, 59, 59, 870))), QDateTime(d, QTime(5, 59, 59)));
+    QCOMPARE(InitialUserDate(QDateTime(d, QTime(6, 0))), QDateTime(d, QTime(22, 0)));
   }
 
   // Fields may stand between blanks, a record may end in a line feed alone, and reading past
@@ -243,78 +239,62 @@ class TestCoreLogic : public QObject {
     QCOMPARE(s.settings.MyTimeZone, -7.5f);
   }
 
-  // A settings file cut short (Setup cancelled on a first run leaves 15 fields) or empty is
-  // read to its end and written again whole, with colour 200 and without a box.
-  void shortSettingsFileIsRepaired_data() {
-    QTest::addColumn<QByteArray>("file");  // "@": the temporary folder
-    QTest::addColumn<bool>("defaultFolder");
-    QTest::newRow("cancelled first run")
-        << QByteArray(R"("GT","1","@/",1,#TRUE#,0,"E",127,40,"N",26,20,20,90,#TRUE#)" "\r\n") << false;
-    QTest::newRow("empty") << QByteArray() << true;
-  }
-  void shortSettingsFileIsRepaired() {
-    QFETCH(QByteArray, file);
-    QFETCH(bool, defaultFolder);
-    TestEnv env;
-    env.state->settings.DataDir.clear();  // as a fresh program holds it before start-up
-    env.writeFile("config/TavorineList.ini", file.replace('@', env.dir.path().toUtf8()));
-    LoadStartupState(*env.state);
-    const QString folder = defaultFolder ? env.state->defaultDataDir : env.dir.path() + '/';
-    QCOMPARE(env.state->settings.DataDir, folder);
-    QCOMPARE(env.state->settings.FirstRun, qint16(1));
-    QCOMPARE(env.readFile("config/TavorineList.ini"),
-             "\"GT\",\"1\",\"" + folder.toUtf8() + "\",1,#TRUE#,0,\"E\",127,40,\"N\",26,20,20,90,#TRUE#,200\r\n");
-    QVERIFY(env.prompter.entries.isEmpty());
-  }
-
-  void badFieldIsShownAndStartGoesOn() {
-    TestEnv env;
-    env.writeFile("config/TavorineList.ini",
-                  R"("GPS","3","/tmp/",0,#TRUE#,0,"W",abc,30,"N",45,0,15,85,#FALSE#,255)" "\r\n");
-    LoadStartupState(*env.state);
-    QCOMPARE(env.prompter.texts(),
-             QStringList{QStringLiteral("Type mismatch: %1 - 13").arg(env.state->settingsPath())});
-    const ProgramSettings& s = env.state->settings;
-    QCOMPARE(s.ScopeType, QStringLiteral("GPS"));
-    QCOMPARE(s.LongDeg, qint16(127));  // the bad field kept its value
-    QVERIFY(s.LongMin == 30 && s.MaxAlt == 85 && s.ObjectColor == 255);
-  }
-
-  // The fields read keep their values, the rest keep theirs; the boxes come once and the file
-  // is written again from the filter in force. Reading past the end rewrites the settings file
-  // too, with colour 200.
-  void badFilterFileIsRepaired_data() {
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<int>("boxes");
-    QTest::addColumn<QByteArray>("repaired");
-    QTest::addColumn<int>("colour");
-    QTest::newRow("too short")
-        << QByteArray("#FALSE#,30,#TRUE#,1\r\n") << 0
-        << QByteArray(kDefaultFilter).replace(0, 19, "#FALSE#,30,#TRUE#,1,") << 200;
+  // Start-up reads what it can and goes on. A settings file cut short (Setup cancelled on a
+  // first run leaves 15 fields) or empty is read to its end and written again whole, with
+  // colour 200 and without a box; a bad field keeps its value, with a box. In a filter file the
+  // fields read keep their values and the rest keep theirs; the boxes come once and the file is
+  // written again from the filter in force, and reading past its end rewrites the settings file
+  // too, with colour 200. "@": the temporary folder.
+  void startupRepairs_data() {
+    QTest::addColumn<QByteArray>("settings");
+    QTest::addColumn<QByteArray>("filter");  // empty: none, so the default is written
+    QTest::addColumn<QStringList>("boxes");
+    QTest::addColumn<QByteArray>("held");  // the settings record in force after start-up
+    QTest::addColumn<bool>("rewritten");   // whether the settings file holds it now
+    QTest::addColumn<QByteArray>("filterAfter");
+    const QByteArray site = R"(,"E",127,40,"N",26,20,20,90,#TRUE#)";
+    QTest::newRow("settings cut short")
+        << R"("GT","1","@/",1,#TRUE#,0)" + site << QByteArray() << QStringList()
+        << R"("GT","1","@/",1,#TRUE#,0)" + site + ",200\r\n" << true << kDefaultFilter;
+    QTest::newRow("settings empty") << QByteArray() << QByteArray() << QStringList()
+                                    << R"("GT","1","@/data/Data",1,#TRUE#,0)" + site + ",200\r\n"
+                                    << true << kDefaultFilter;
+    QTest::newRow("bad settings field")
+        << QByteArray(R"("GPS","3","/tmp/",0,#TRUE#,0,"W",abc,30,"N",45,0,15,85,#FALSE#,255)")
+        << QByteArray() << QStringList("Type mismatch: @/config/TavorineList.ini - 13")
+        << QByteArray(R"("GPS","3","/tmp/",0,#TRUE#,0,"W",127,30,"N",45,0,15,85,#FALSE#,255)"
+                      "\r\n")
+        << false << kDefaultFilter;
+    const QByteArray good = R"("GT","1","@/lists/",0,#TRUE#,0)" + site + ",4242\r\n";
+    const QByteArray repaired = R"("GT","1","@/lists/",0,#TRUE#,0)" + site + ",200\r\n";
+    QTest::newRow("filter too short")
+        << good << QByteArray("#FALSE#,30,#TRUE#,1\r\n") << QStringList() << repaired << true
+        << QByteArray(kDefaultFilter).replace(0, 19, "#FALSE#,30,#TRUE#,1,");
     // A truth value read into a number is -1.
-    QTest::newRow("garbage") << QByteArray("abc,#TRUE#,xyz\r\n") << 2
-                             << QByteArray(kDefaultFilter).replace(0, 10, "#TRUE#,-1,") << 200;
-    QTest::newRow("one bad field") << QByteArray(kDefaultFilter).replace("30", "3O") << 1
-                                   << kDefaultFilter << 4242;
+    const QString mismatch = QStringLiteral("Type mismatch: @/config/Filter.ini - 13");
+    QTest::newRow("filter garbage")
+        << good << QByteArray("abc,#TRUE#,xyz\r\n") << QStringList{mismatch, mismatch}
+        << repaired << true << QByteArray(kDefaultFilter).replace(0, 10, "#TRUE#,-1,");
+    QTest::newRow("one bad filter field")
+        << good << QByteArray(kDefaultFilter).replace("30", "3O") << QStringList{mismatch} << good
+        << false << kDefaultFilter;
   }
-  void badFilterFileIsRepaired() {
-    QFETCH(QByteArray, file);
-    QFETCH(QByteArray, repaired);
+  void startupRepairs() {
+    QFETCH(QByteArray, settings);
+    QFETCH(QByteArray, filter);
+    QFETCH(QStringList, boxes);
+    QFETCH(QByteArray, held);
+    QFETCH(bool, rewritten);
     TestEnv env;
-    ProgramSettings s;
-    s.FirstRun = 0;
-    s.ObjectColor = 4242;
-    s.DataDir = env.path("lists/");
-    env.writeFile("config/TavorineList.ini", SettingsRecord(s, true));
-    env.writeFile("config/Filter.ini", file);
+    const QByteArray folder = env.dir.path().toUtf8();
+    env.state->settings.DataDir.clear();  // as a fresh program holds it before start-up
+    env.writeFile("config/TavorineList.ini", settings.replace('@', folder));
+    if (!filter.isEmpty()) env.writeFile("config/Filter.ini", filter);
     LoadStartupState(*env.state);
-    QTEST(int(env.prompter.texts().size()), "boxes");
-    for (const QString& text : env.prompter.texts())
-      QVERIFY(text.contains(env.state->filterPath()));
-    QCOMPARE(env.readFile("config/Filter.ini"), repaired);
-    QTEST(env.state->settings.ObjectColor, "colour");
-    QVERIFY(env.readFile("config/TavorineList.ini")
-                .endsWith("," + QByteArray::number(env.state->settings.ObjectColor) + "\r\n"));
+    QCOMPARE(env.prompter.texts(), boxes.replaceInStrings("@", env.dir.path()));
+    QCOMPARE(SettingsRecord(env.state->settings, true), held.replace('@', folder));
+    QCOMPARE(env.readFile("config/TavorineList.ini"), rewritten ? held : settings);
+    QTEST(env.readFile("config/Filter.ini"), "filterAfter");
   }
 
   // Five of seven records are read; a document already in the table moves to the top; extra
@@ -343,14 +323,6 @@ class TestCoreLogic : public QObject {
              QByteArray("\"Messier marathon\",\"/m.tlf\"\r\n"));
   }
 
-  // The observing date starts at the present, to the second, before 06:00; from then on at
-  // 22:00 of the same day.
-  void initialUserDate() {
-    const QDate d(2026, 11, 21);
-    QCOMPARE(InitialUserDate(QDateTime(d, QTime(5, 59, 59, 870))), QDateTime(d, QTime(5, 59, 59)));
-    QCOMPARE(InitialUserDate(QDateTime(d, QTime(6, 0))), QDateTime(d, QTime(22, 0)));
-  }
-
   void closeThirdOfFiveThenOpen() {
     TestEnv env;
     AppState& state = *env.state;
@@ -372,15 +344,12 @@ class TestCoreLogic : public QObject {
   }
 
   // A list's folder is its name up to the title in any case, else up to the last separator.
-  void listFolder() {
+  // The list window is the compact one below 10000 twips of screen.
+  void listFolderAndCompactWindow() {
     QCOMPARE(ListFolderOf("/home/ann/Data/Messier.TLF", "messier.tlf"), "/home/ann/Data/");
     QCOMPARE(ListFolderOf("/home/ann/messier.tlf.d/messier.tlf", "messier.tlf"), "/home/ann/");
     QCOMPARE(ListFolderOf("/home/ann/Data/a.tlf", "b.tlf"), "/home/ann/Data/");
     QCOMPARE(ListFolderOf("D:\\Lists\\a.tlf", "b.tlf"), "D:\\Lists\\");
-  }
-
-  // The list window is the compact one below 10000 twips of screen.
-  void compactWindow() {
     QCOMPARE(ScreenHeightTwips(600, 96.0), 9000);
     QCOMPARE(ScreenHeightTwips(6666, 960.0), 9999);
     QCOMPARE(ScreenHeightTwips(1000, 144.0), 10000);
