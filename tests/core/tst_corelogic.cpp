@@ -22,8 +22,7 @@ const QByteArray kDefaultFilter(
 
 QString pathOf(int n) { return QStringLiteral("/home/ann/Data/list%1.tlf").arg(n); }
 
-// The opening fields of fresh settings, with edits "field=text" on top ("@" stands for the
-// temporary folder; route is port, hcd or indi).
+// The opening fields of fresh settings with edits "field=text" ("@": the temporary folder).
 SetupFields fieldsWith(const QStringList& edits, const QString& folder) {
   static const std::map<QString, QString SetupFields::*> texts = {
       {"commPort", &SetupFields::commPort},     {"longDeg", &SetupFields::longDeg},
@@ -37,12 +36,12 @@ SetupFields fieldsWith(const QStringList& edits, const QString& folder) {
   for (QString e : edits) {
     e.replace(QLatin1Char('@'), folder);
     const QString key = e.section(QLatin1Char('='), 0, 0), value = e.section(QLatin1Char('='), 1);
-    if (key == QLatin1String("scope")) f.scopeIndex = value.toInt();
-    else if (key == QLatin1String("route")) {
-      f.commPortSelected = value == QLatin1String("port");
-      f.indiSelected = value == QLatin1String("indi");
-    } else if (key == QLatin1String("windowsZone")) f.useWindowsTimeZone = value == QLatin1String("1");
-    else if (key == QLatin1String("altLimit")) f.useAltLimit = value == QLatin1String("1");
+    if (key == "scope") f.scopeIndex = value.toInt();
+    else if (key == "route") {  // port, hcd or indi
+      f.commPortSelected = value == "port";
+      f.indiSelected = value == "indi";
+    } else if (key == "windowsZone") f.useWindowsTimeZone = value == "1";
+    else if (key == "altLimit") f.useAltLimit = value == "1";
     else f.*texts.at(key) = value;
   }
   return f;
@@ -90,7 +89,6 @@ class TestCoreLogic : public QObject {
                                     << " 123456789012345";
     QTest::newRow("small") << 0.00001 << "1E-05" << " 1E-05";
     QTest::newRow("small fixed") << 0.0001 << "0.0001" << " .0001";
-    QTest::newRow("small mantissa") << -1.5e-7 << "-1.5E-07" << "-1.5E-07";
   }
   void plainAndPrinted() {
     QFETCH(double, value);
@@ -170,7 +168,7 @@ class TestCoreLogic : public QObject {
     QTest::newRow("beyond latin-1")
         << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/")
         << QStringLiteral("/home/\u0141ucja/\u041D\u0430\u0431\u043B/").toUtf8();
-    QTest::newRow("a quote") << QStringLiteral("/l/my\"list.tlf") << QByteArray("/l/my\"\"list.tlf");
+    QTest::newRow("a quote") << "/l/my\"list.tlf" << QByteArray("/l/my\"\"list.tlf");
     QTest::newRow("leading byte order mark") << QStringLiteral("\uFEFFTonight")
                                              << QByteArray("\xEF\xBB\xBFTonight");
     // Its single-byte form would read as UTF-8 (as "Caf\u00E9"), so it goes in UTF-8.
@@ -256,7 +254,7 @@ class TestCoreLogic : public QObject {
   void recentFiles() {
     TestEnv env;
     QByteArray seven;
-    for (int i = 1; i <= 7; ++i) seven += QStringLiteral("\"L%1\",\"/l/%1.tlf\"\r\n").arg(i).toUtf8();
+    for (char i = '1'; i < '8'; ++i) seven += QByteArray("\"L") + i + "\",\"/l/" + i + ".tlf\"\r\n";
     env.writeFile("config/TVRNMRU.dat", seven);
     LoadStartupState(*env.state);
     RecordRecentFile(*env.state, QStringLiteral("Third again"), QStringLiteral("/l/3.tlf"));
@@ -281,7 +279,7 @@ class TestCoreLogic : public QObject {
   void openDocuments() {
     TestEnv env;
     AppState& state = *env.state;
-    for (int n = 1; n <= 5; ++n) RegisterOpen(state, QStringLiteral("list%1.tlf").arg(n), pathOf(n));
+    for (int n = 1; n <= 5; ++n) RegisterOpen(state, pathOf(n), pathOf(n));
     QVERIFY(!RegisterClose(state, pathOf(3), 3));
     QVERIFY(!IsAlreadyOpen(state, pathOf(3)) && IsAlreadyOpen(state, pathOf(5)));
     QVERIFY(!IsAlreadyOpen(state, pathOf(4).toUpper()) && !IsAlreadyOpen(state, QString()));
@@ -314,7 +312,8 @@ class TestCoreLogic : public QObject {
     QCOMPARE(answer({}, true), QStringLiteral("starts"));
     QCOMPARE(answer({"--bogus", "-v"}, true), QStringLiteral("0|tavorine 1.2.3\n|"));
     QCOMPARE(answer({"-platform", "xcb"}, false), QStringLiteral("starts"));
-    QCOMPARE(answer({"--bogus"}, true), "1||tavorine: Unknown option 'bogus'.\nTry 'tavorine --help'.\n");
+    QCOMPARE(answer({"--bogus"}, true),
+             "1||tavorine: Unknown option 'bogus'.\nTry 'tavorine --help'.\n");
     const QString help = answer({"--help"}, false);
     QVERIFY(help.startsWith(QLatin1String("0|")) && help.endsWith(QLatin1Char('|')));
     for (const QString& part : {QStringLiteral("--version"), env.state->programFolder,
@@ -346,8 +345,6 @@ class TestCoreLogic : public QObject {
     const SetupFields f = SetupOpeningFields(s);
     QCOMPARE(QStringList({f.eastWest, f.northSouth, f.longDeg, f.latDeg, f.myTimeZone}),
              QStringList({"West", "North", "127", "-5", "-7.5"}));
-    s.UseWindowsTimeZone = true;
-    QCOMPARE(SetupOpeningFields(s).myTimeZone, QString());
     const auto edits = [](const QString& text) {
       return QStringList{CommPortTextOnSelect(text), StepCommPort(text, 1), StepCommPort(text, -1)};
     };
@@ -394,8 +391,8 @@ class TestCoreLogic : public QObject {
                        "indiDevice= EQMod Mount "}
         << indi << R"("scope.local",7625,"EQMod Mount")";
     QTest::newRow("INDI blank host, port too high")
-        << QStringList{"route=indi", "indiHost=", "indiPort=70000", "indiDevice=Telescope Simulator"}
-        << indi << R"("localhost",7624,"Telescope Simulator")";
+        << QStringList{"route=indi", "indiHost=", "indiPort=70000", "indiDevice=Simulator"}
+        << indi << R"("localhost",7624,"Simulator")";
   }
   void ok() {
     QFETCH(QStringList, edits);
@@ -406,7 +403,8 @@ class TestCoreLogic : public QObject {
     for (const char* folder : {"lists", "l"}) QDir().mkpath(env.path(QLatin1String(folder)));
     SetupFields f = fieldsWith(edits, env.dir.path());
     QVERIFY(SetupOk(*env.state, f));
-    QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")), record.replace('@', env.dir.path()).toUtf8() + "\r\n");
+    record.replace('@', env.dir.path());
+    QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")), record.toUtf8() + "\r\n");
     QVERIFY(env.prompter.entries.isEmpty());
     if (indiFile.isEmpty()) return;
     const QByteArray indiRecord = indiFile.toUtf8() + "\r\n";
