@@ -274,13 +274,14 @@ class TestCoreLogic : public QObject {
              QByteArray("\"Messier marathon\",\"/m.tlf\"\r\n"));
   }
 
-  // Closing a document packs the rows behind it; paths compare as text; a closed document and
-  // a free slot are none.
+  // Closing a document packs the rows behind it, so the next one takes none of theirs; paths
+  // compare as text; a closed document and a free slot are none.
   void openDocuments() {
     TestEnv env;
     AppState& state = *env.state;
     for (int n = 1; n <= 5; ++n) RegisterOpen(state, pathOf(n), pathOf(n));
     QVERIFY(!RegisterClose(state, pathOf(3), 3));
+    RegisterOpen(state, pathOf(6), pathOf(6));
     QVERIFY(!IsAlreadyOpen(state, pathOf(3)) && IsAlreadyOpen(state, pathOf(5)));
     QVERIFY(!IsAlreadyOpen(state, pathOf(4).toUpper()) && !IsAlreadyOpen(state, QString()));
   }
