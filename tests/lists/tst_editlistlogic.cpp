@@ -129,6 +129,21 @@ class TestEditListLogic : public QObject {
     QVERIFY(!db->inTransaction());
   }
 
+  // Left without a commit it rolls back; one inside an open one adds nothing of its own.
+  void transactionCommitsOrRollsBack() {
+    auto db = list("1");
+    for (bool commit : {false, true}) {
+      {
+        Database::Transaction t(*db);
+        db->exec("UPDATE Objects SET DisplayOrder = 9");
+        { Database::Transaction inner(*db); }
+        if (commit) t.commit();
+      }
+      QVERIFY(!db->inTransaction());
+      QCOMPARE(orders(*db), QLatin1String(commit ? "9" : "1"));
+    }
+  }
+
   void addCopiesWithFallbacks() {
     auto db = list();
     Recordset rows(db, "Objects");

@@ -1,7 +1,10 @@
 #include <QComboBox>
 #include <QDir>
 #include <QImage>
+#include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QProcess>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QtTest>
 
@@ -164,6 +167,20 @@ class TestPrinting : public QObject {
     QCOMPARE(dialog.findChild<QComboBox*>("cmbCurrentPrinter")->currentText(), SaveAsPdfChoice());
     if (!option.isEmpty()) dialog.findChild<QRadioButton*>(option)->setChecked(true);
     dialog.findChild<UpDownField*>("txtCopies")->setText("2");
+    if (option == QLatin1String("optCompact")) {  // Preview shows the pages the PDF gets
+      int shown = -1;
+      QTimer poll;
+      connect(&poll, &QTimer::timeout, [&] {
+        auto* preview = dialog.findChild<QPrintPreviewDialog*>(QStringLiteral("PrintPreview"));
+        auto* view = preview ? preview->findChild<QPrintPreviewWidget*>() : nullptr;
+        if (!view || view->pageCount() == 0) return;
+        shown = view->pageCount();
+        preview->reject();
+      });
+      poll.start(50);
+      QTest::mouseClick(dialog.findChild<QPushButton*>("cmdPreview"), Qt::LeftButton);
+      QCOMPARE(shown, pages);
+    }
     dialog.OKButton_Click();
     QVERIFY(env_->prompter.entries.isEmpty());
     QCOMPARE(dates, option.startsWith("optChart") ? 1 : 0);
