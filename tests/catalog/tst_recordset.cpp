@@ -82,7 +82,6 @@ class TestRecordset : public QObject {
         "110101");
     row("sqr negative", "Sqr(-1)", {}, ErrNo::Database);
     row("mid start 0", "Mid('abc', 0)", {}, ErrNo::Database);
-    row("mid negative length", "Mid('abc', 1, -1)", {}, ErrNo::Database);
     // Nesting beyond what the reader follows is refused, however deep.
     for (const char* open : {"(", "not ", "-", "2^", "Val("})
       row(qPrintable(QStringLiteral("3000 times %1").arg(open)), QString(open).repeated(3000) + "1",
@@ -133,29 +132,6 @@ class TestRecordset : public QObject {
       while (st.step()) rows[i] << st.value(0).toString();
     }
     QCOMPARE(rows[1], rows[0]);
-  }
-
-  // The parts of a plain one-table query: columns|table|where|orderBy, or "none".
-  void simpleSelect_data() {
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<QString>("parts");
-    QTest::newRow("page") << "SELECT a, b From MessierObjects WHERE 1 and x = 2 ORDER BY a DESC"
-                          << "a, b|MessierObjects|1 and x = 2|a DESC";
-    QTest::newRow("bracketed") << "SELECT * FROM [MapStars to 4_5]"
-                               << "*|MapStars to 4_5||";
-    QTest::newRow("subquery") << "SELECT a FROM t WHERE a IN (SELECT b FROM u ORDER BY b)"
-                              << "a|t|a IN (SELECT b FROM u ORDER BY b)|";
-    for (const char* sql : {"SELECT a FROM t JOIN u ON t.x = u.x", "SELECT a FROM t AS z",
-                            "SELECT DISTINCT a FROM t", "SELECT a FROM t GROUP BY a"})
-      QTest::newRow(sql) << sql << "none";
-  }
-  void simpleSelect() {
-    QFETCH(QString, sql);
-    QFETCH(QString, parts);
-    const auto s = ParseSimpleSelect(sql);
-    const QStringList found =
-        s ? QStringList{s->columns, s->table, s->where, s->orderBy} : QStringList{"none"};
-    QCOMPARE(found.join(QLatin1Char('|')), parts);
   }
 
   // Steps on a list of rows named "R<order>", separated by "; " (a source may end in ";"): a
