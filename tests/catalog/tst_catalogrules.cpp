@@ -21,29 +21,17 @@
 class TestCatalogRules : public QObject {
   Q_OBJECT
  private slots:
-  void criteria_data() {
-    QTest::addColumn<int>("page");
-    QTest::addColumn<int>("option");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("criteria");
-    const auto row = [](const char* name, int page, SearchOption option, const QString& text,
-                        const QString& criteria) {
-      QTest::newRow(name) << page << int(option) << text << criteria;
-    };
+  // A typed quote stays inside its literal; the Exact Match of a double is trimmed.
+  void criteria() {
     const SearchOption num = SearchOption::Number, name = SearchOption::Name;
     const QString exact = "name = '*%1' OR name like '*%1,*' OR name like '*%1'";
-    row("number as typed, a quote", QuerySet::NGC, num, " 7'0 ", "trim(objectnum) = ' 7''0 '");
-    row("a quote stays in its literal", QuerySet::User, name, "x' or ((((",
-        "name Like '*x'' or ((((*'");
-    row("double exact, trimmed", QuerySet::DoubleStars, num, "  Abt's ", exact.arg("Abt''s"));
-    row("double close", QuerySet::DoubleStars, name, " STF 12", "name Like '* STF 12*'");
-  }
-  void criteria() {
-    QFETCH(int, page);
-    QFETCH(int, option);
-    QFETCH(QString, text);
-    QFETCH(QString, criteria);
-    QCOMPARE(SearchCriteria(page, SearchOption(option), text), criteria);
+    QCOMPARE(SearchCriteria(QuerySet::NGC, num, " 7'0 "),
+             QStringLiteral("trim(objectnum) = ' 7''0 '"));
+    QCOMPARE(SearchCriteria(QuerySet::User, name, "x' or (((("),
+             QStringLiteral("name Like '*x'' or ((((*'"));
+    QCOMPARE(SearchCriteria(QuerySet::DoubleStars, num, "  Abt's "), exact.arg("Abt''s"));
+    QCOMPARE(SearchCriteria(QuerySet::DoubleStars, name, " STF 12"),
+             QStringLiteral("name Like '* STF 12*'"));
   }
 
   // Clicks on column headers from the start state: the clause and state word after each. A
@@ -107,45 +95,34 @@ class TestCatalogRules : public QObject {
   }
 
   // A user object's field as it is left: its text, and the message that keeps the user there.
-  void fields_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("decDeg");
-    QTest::addColumn<QString>("result");
-    QTest::addColumn<QString>("message");
-    const auto row = [](const char* name, int index, const QString& text, const QString& decDeg,
-                        const QString& result, const QString& message = {}) {
-      QTest::newRow(name) << index << text << decDeg << result << message;
-    };
-    const QString at90 = "Declination Minute must be a value of 0 when Degree is 90";
-    row("number trimmed first", 1, "  NGC 12  ", "", "    NGC 12");
-    row("number of 10", 1, "1234567890", "", "1234567890");
-    row("number with quote", 1, "1\"2", "", "        12");
-    row("name with quote", 2, "  O\"wl  ", "", "  Owl  ");
-    row("hour 23", 4, "23", "", "23");
-    row("hour 23.5", 4, "23.5", "", "23.5", "RA Hour must be a value between 0 and 23");
-    row("ra minute 59.995", 5, "59.995", "", "59.995");
-    row("ra minute 60", 5, "60", "", "60", "RA Minute must be a value between 0 and 59.99");
-    row("deg 90", 7, "90", "", "90");
-    row("deg 90.5", 7, "90.5", "", "90.5", "Declination Degree must be a value between 0 and 90");
-    row("dec minute 0 at 90", 8, "0", "90", "0");
-    row("dec minute 0.01 at 90", 8, "0.01", "90", "0.01", at90);
-    row("dec minute 60 at 90", 8, "60", "90", "60", at90);
-    row("dec minute 30 at 89", 8, "30", "89", "30");
-    row("dec minute 60", 8, "60", "10", "60",
-        "Declination Minute must be a value between 0 and 59.99");
-    row("dec minute 59.99", 8, "-59.99", "10", "59.99");
-  }
   void fields() {
-    QFETCH(int, index);
-    QFETCH(QString, text);
-    QFETCH(QString, decDeg);
-    QFETCH(QString, result);
-    QFETCH(QString, message);
-    const UserFieldCheck check = ValidateUserField(index, text, decDeg);
-    QCOMPARE(check.text, result);
-    QCOMPARE(check.message, message);
-    QCOMPARE(check.ok(), message.isEmpty());
+    const char* at90 = "Declination Minute must be a value of 0 when Degree is 90";
+    const struct {
+      int index;
+      const char *text, *decDeg, *result, *message;
+    } cases[] = {
+        {1, "  NGC 12  ", "", "    NGC 12", ""},
+        {1, "1234567890", "", "1234567890", ""},
+        {1, "1\"2", "", "        12", ""},
+        {2, "  O\"wl  ", "", "  Owl  ", ""},
+        {4, "23", "", "23", ""},
+        {4, "23.5", "", "23.5", "RA Hour must be a value between 0 and 23"},
+        {5, "59.995", "", "59.995", ""},
+        {5, "60", "", "60", "RA Minute must be a value between 0 and 59.99"},
+        {7, "90", "", "90", ""},
+        {7, "90.5", "", "90.5", "Declination Degree must be a value between 0 and 90"},
+        {8, "0", "90", "0", ""},
+        {8, "0.01", "90", "0.01", at90},
+        {8, "60", "90", "60", at90},
+        {8, "30", "89", "30", ""},
+        {8, "60", "10", "60", "Declination Minute must be a value between 0 and 59.99"},
+        {8, "-59.99", "10", "59.99", ""},
+    };
+    for (const auto& c : cases) {
+      const UserFieldCheck check = ValidateUserField(c.index, c.text, c.decDeg);
+      QCOMPARE(check.text + " | " + check.message, QString(c.result) + " | " + c.message);
+      QCOMPARE(check.ok(), !*c.message);
+    }
   }
 
   void captionsAndSeconds() {
@@ -162,18 +139,6 @@ class TestCatalogRules : public QObject {
     for (int i = 0; i < seconds.size(); ++i) {
       QCOMPARE(SecondsToDecimalText(seconds[i]), minutes[i]);
       QCOMPARE(SecondsToDecimal(seconds[i]), minutes[i].toDouble());
-    }
-  }
-
-  void userListNeedsItsTemplate() {
-    TestEnv env;
-    AppState& s = *env.state;
-    s.programFolder = env.path(QStringLiteral("prog"));
-    try {
-      EnsureUserList(s);
-      QFAIL("no error without the template");
-    } catch (const AppError& e) {
-      QCOMPARE(e.number, ErrNo::FileNotFound);
     }
   }
 

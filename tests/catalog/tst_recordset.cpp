@@ -46,40 +46,34 @@ class TestRecordset : public QObject {
     const QList<Obj> rows = {
         {"Messier", 31, "Andromeda Galaxy", "Galaxy", "And", "3.4", "", 0, 42.7, "+", 41, 16},
         {"Messier", 42, "Orion Nebula", "Nebula", "Ori", "4", "", 5, 35.3, "-", 5, 27},
-        {"Messier", 13, "Hercules Cluster", "Globular Cluster", "Her", "5.8", "", 16, 41.7, " ", 36,
-         28},
+        {"Messier", 13, "Hercules", "Globular Cluster", "Her", "5.8", "", 16, 41.7, " ", 36, 28},
     };
     for (const Obj& o : rows) fixture::insert(*db_, QStringLiteral("MessierObjects"), o);
   }
 
-  // The classic functions as the engine works them out, or the error they raise.
+  // The classic functions as the engine works them out, or the error they raise; several
+  // cases of one function or operator are joined into one text.
   void functions_data() {
     QTest::addColumn<QString>("expr");
-    QTest::addColumn<QVariant>("expected");
+    QTest::addColumn<QString>("expected");
     QTest::addColumn<int>("error");
-    const auto row = [](const char* name, const QString& expr, const QVariant& expected,
+    const auto row = [](const char* name, const QString& expr, const QString& expected,
                         int error = 0) { QTest::newRow(name) << expr << expected << error; };
-    // Several cases of one function or operator joined into one text.
     row("val", "Val(7) & '|' & Val(2.0 & 5)", "7|2.05");
     row("mid", "Mid('4.5,6.1', 5) & '|' & Mid('abcdef', 2, 3) & '|' & Mid('abc', 9, 2) & '|'",
         "6.1|bcd||");
-    row("instr",
-        "Instr('4.5,6.1', ',') & Instr('Andromeda', 'DROM') & Instr(3, 'abcabc', 'a') & "
-        "Instr('4.5', ',')",
-        "4340");
+    row("instr", "Instr('4.5,6.1', ',') & Instr('Andromeda', 'DROM') & Instr(3, 'abcabc', 'a') & "
+        "Instr('4.5', ',')", "4340");
     row("trim blanks only", "'[' & Trim('  a b \t ') & Trim(31.0) & ']'", "[a b \t31]");
-    row("arithmetic", "Atn(1) * 4 + Sqr(2.25) + Sin(0) + Cos(0) + 7 Mod 3", M_PI + 3.5);
-    row("ninety brackets", QString(90, '(') + "1" + QString(90, ')'), 1);
+    row("arithmetic", "Round(Atn(1) * 4 + Sqr(2.25) + Sin(0) + Cos(0) + 7 Mod 3, 9)",
+        "6.641592654");
+    row("ninety brackets", QString(90, '(') + "1" + QString(90, ')'), "1");
     row("literals", "'True & False' & \"it's\" & 'a' & Null & 'b'", "True & Falseit'sab");
-    row("precedence",
-        "(1 + 2 & 3) & ('x' & 'y' = 'XY') & ('Andromeda' like 'AND' & '*') & "
-        "(2 between 3 and 1 + 0) & (2 between 3 and 1 and 1 = 1)",
-        "331111");
-    row("like",
-        "('Andromeda Galaxy' Like '*andr*') & ('Orion Nebula' Like 'Orion Neb?la') & "
+    row("precedence", "(1 + 2 & 3) & ('x' & 'y' = 'XY') & ('Andromeda' like 'AND' & '*') & "
+        "(2 between 3 and 1 + 0) & (2 between 3 and 1 and 1 = 1)", "331111");
+    row("like", "('Andromeda Galaxy' Like '*andr*') & ('Orion Nebula' Like 'Orion Neb?la') & "
         "('100 sure' Like '*100%*') & ('100% sure' Like '*100%*') & ('exo' Like '*e_o*') & "
-        "('sure_ok' Like '*e_o*')",
-        "110101");
+        "('sure_ok' Like '*e_o*')", "110101");
     row("sqr negative", "Sqr(-1)", {}, ErrNo::Database);
     row("mid start 0", "Mid('abc', 0)", {}, ErrNo::Database);
     // Nesting beyond what the reader follows is refused, however deep.
@@ -91,14 +85,11 @@ class TestRecordset : public QObject {
   }
   void functions() {
     QFETCH(QString, expr);
-    QFETCH(QVariant, expected);
+    QFETCH(QString, expected);
     QFETCH(int, error);
     try {
-      const QVariant v = scalar(expr);
+      QCOMPARE(scalar(expr).toString(), expected);
       QCOMPARE(0, error);
-      if (expected.typeId() == QMetaType::Double)
-        QVERIFY2(qAbs(v.toDouble() - expected.toDouble()) < 1e-9, qPrintable(v.toString()));
-      else QCOMPARE(v.toString(), expected.toString());
     } catch (const AppError& e) {
       QCOMPARE(e.number, error);
       QVERIFY(!e.description.isEmpty());
@@ -107,30 +98,23 @@ class TestRecordset : public QObject {
 
   // A condition that repeats a bracketed term keeps the same rows when the term is worked
   // out once a row, and is left as written where that could change anything.
-  void sharedTerms_data() {
-    QTest::addColumn<QString>("where");
-    QTest::addColumn<bool>("shared");
-    const QString sin = "(Sin(RAHour) + DecDeg)", cos = "(Cos(DecDeg) * 2)";
-    QTest::newRow("number as text") << "ObjectNum = '31' and " + sin + " * " + sin + " > 0" << true;
-    QTest::newRow("or at the top") << "Name Like '*neb*' or " + cos + " > " + cos + " - 1" << true;
-    QTest::newRow("sqr can fail") << "(Sqr(DecDeg) + 1) > (Sqr(DecDeg) + 1) - 1" << false;
-    QTest::newRow("null is no column") << "Info Is Null or (Sin(DecDeg)) = (Sin(DecDeg))" << false;
-    QTest::newRow("qualified") << "MessierObjects.Name <> '' and (Sin(DecDeg)) > (Sin(DecDeg)) - 1"
-                               << false;
-  }
   void sharedTerms() {
-    QFETCH(QString, where);
-    QFETCH(bool, shared);
-    const QString sql = "SELECT ObjectNum From MessierObjects WHERE " + where + " ORDER BY 1;";
-    const QString rewritten = TranslateQuery(sql, true);
-    QCOMPARE(rewritten.contains(QStringLiteral("shared_1")), shared);
-    QStringList rows[2];
-    const QString texts[2] = {TranslateQuery(sql), rewritten};
-    for (int i = 0; i < 2; ++i) {
-      Statement st = db_->prepare(texts[i]);
-      while (st.step()) rows[i] << st.value(0).toString();
+    const QString sin = "(Sin(RAHour) + DecDeg)", cos = "(Cos(DecDeg) * 2)";
+    const QList<QPair<QString, bool>> conditions = {
+        {"ObjectNum = '31' and " + sin + " * " + sin + " > 0", true},
+        {"Name Like '*neb*' or " + cos + " > " + cos + " - 1", true},
+        {"(Sqr(DecDeg) + 1) > (Sqr(DecDeg) + 1) - 1", false},
+        {"Info Is Null or (Sin(DecDeg)) = (Sin(DecDeg))", false},
+        {"MessierObjects.Name <> '' and (Sin(DecDeg)) > (Sin(DecDeg)) - 1", false}};
+    for (const auto& [where, shared] : conditions) {
+      const QString sql = "SELECT ObjectNum From MessierObjects WHERE " + where + " ORDER BY 1;";
+      const QString texts[2] = {TranslateQuery(sql), TranslateQuery(sql, true)};
+      QVERIFY2(texts[1].contains(QStringLiteral("shared_1")) == shared, qPrintable(where));
+      QStringList rows[2];
+      for (int i = 0; i < 2; ++i)
+        for (Statement st = db_->prepare(texts[i]); st.step();) rows[i] << st.value(0).toString();
+      QCOMPARE(rows[1], rows[0]);
     }
-    QCOMPARE(rows[1], rows[0]);
   }
 
   // Steps on a list of rows named "R<order>", separated by "; " (a source may end in ";"): a
@@ -186,12 +170,9 @@ class TestRecordset : public QObject {
     // Query sources and views are read whole; a document opened read-only refuses writes.
     row("query sources and views", {1, 2, 3},
         "open SELECT DisplayOrder, Name From Objects WHERE True ORDER BY DisplayOrder DESC; => "
-        "Name[]=R3,R2,R1; value => err=nocur; open Stars to 4_5 => "
-        "count=2 upd=0; findfirst AlignmentName = 'mirfak' => Magnitude=4.5; open Stars => "
-        "count=3; readonly Objects => upd=0; add => err=db",
-        "CREATE TABLE Stars (Magnitude REAL, AlignmentName TEXT COLLATE NOCASE); CREATE VIEW "
-        "\"Stars to 4_5\" AS SELECT * FROM Stars WHERE Magnitude <= 4.5; INSERT INTO Stars "
-        "VALUES (1.0, 'Vega'), (5.0, ''), (4.5, 'Mirfak')");
+        "Name[]=R3,R2,R1; value => err=nocur; open Objects to 2 => count=2 upd=0; findfirst "
+        "Name = 'r2' => DisplayOrder=2; readonly Objects => upd=0; add => err=db",
+        "CREATE VIEW \"Objects to 2\" AS SELECT * FROM Objects WHERE DisplayOrder <= 2");
     // A list window and the editor hold the same document open; each writes while the other
     // keeps its recordset.
     row("two connections", {1, 2},
@@ -243,29 +224,26 @@ class TestRecordset : public QObject {
       if (key.endsWith("[]")) return column(rs(), key.chopped(2)).join(',');
       return rs().text(key);
     };
+    static const QHash<QString, void (Recordset::*)()> plain = {
+        {"first", &Recordset::MoveFirst}, {"last", &Recordset::MoveLast},
+        {"next", &Recordset::MoveNext},   {"prev", &Recordset::MovePrevious},
+        {"delete", &Recordset::Delete},   {"add", &Recordset::AddNew},
+        {"edit", &Recordset::Edit},       {"update", &Recordset::Update},
+        {"cancel", &Recordset::CancelUpdate}, {"requery", &Recordset::Requery}};
+    static const QHash<QString, void (Recordset::*)(const QString&)> finds = {
+        {"findfirst", &Recordset::FindFirst}, {"findnext", &Recordset::FindNext},
+        {"findprev", &Recordset::FindPrevious}, {"findlast", &Recordset::FindLast}};
     static const QRegularExpression separator(QStringLiteral("; (?!=>)"));
     for (const QString& step : steps.split(separator)) {
       const QString command = step.section(" => ", 0, 0), verb = command.section(' ', 0, 0);
       const QString arg = command.section(' ', 1);
       const int error = errorOf([&] {
-        if (verb == "first") rs().MoveFirst();
-        else if (verb == "last") rs().MoveLast();
-        else if (verb == "next") rs().MoveNext();
-        else if (verb == "prev") rs().MovePrevious();
+        if (const auto f = plain.value(verb)) (rs().*f)();
+        else if (const auto find = finds.value(verb)) (rs().*find)(arg);
         else if (verb == "move") rs().Move(arg.toInt());
         else if (verb == "goto") rs().setAbsolutePosition(arg.toInt());
         else if (verb == "value") rs().value(0);
-        else if (verb == "findfirst") rs().FindFirst(arg);
-        else if (verb == "findnext") rs().FindNext(arg);
-        else if (verb == "findprev") rs().FindPrevious(arg);
-        else if (verb == "findlast") rs().FindLast(arg);
-        else if (verb == "delete") rs().Delete();
-        else if (verb == "add") rs().AddNew();
-        else if (verb == "edit") rs().Edit();
         else if (verb == "set") rs().setValue(arg.section('=', 0, 0), arg.section('=', 1));
-        else if (verb == "update") rs().Update();
-        else if (verb == "cancel") rs().CancelUpdate();
-        else if (verb == "requery") rs().Requery();
         else if (verb == "close") cur->reset();
         else if (verb == "open") cur->emplace(db, arg);
         else if (verb == "readonly")
