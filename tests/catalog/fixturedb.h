@@ -66,7 +66,6 @@ inline void insert(const Database& db, const QString& table, const Obj& o) {
   st.step();
 }
 
-// The catalog database: the seven catalogs, MapStars and its bright-star view.
 inline std::shared_ptr<Database> catalog(const QString& path) {
   auto db = create(path);
   for (const char* t : kCatalogTables)
@@ -75,7 +74,6 @@ inline std::shared_ptr<Database> catalog(const QString& path) {
   return db;
 }
 
-// The user's own objects, as an empty UserObjects table.
 inline std::shared_ptr<Database> userList(const QString& path) {
   auto db = create(path);
   db->exec(QStringLiteral("CREATE TABLE UserObjects (%1)").arg(kObjectColumns));

@@ -36,62 +36,48 @@ class TestCatalogRules : public QObject {
 
   // Clicks on column headers from the start state: the clause and state word after each. A
   // click outside the page's table returns false and changes nothing.
-  void clicks_data() {
-    QTest::addColumn<int>("page");
-    QTest::addColumn<QList<int>>("columns");
-    QTest::addColumn<QStringList>("clauses");
-    QTest::addColumn<QStringList>("words");
+  void clicks() {
+    const auto walk = [](int page, const QList<int>& columns, const QStringList& clauses,
+                         const QStringList& words) {
+      ScriptedPrompter prompter;
+      AppState state(prompter);
+      PageQuery& q = state.Pages[page];
+      q.Where = QStringLiteral("WHERE (val(Magnitude) between  12 and  0)");
+      for (int click = 0; click < columns.size(); ++click) {
+        const bool changes =
+            click == 0 || clauses[click] != clauses[click - 1] || words[click] != words[click - 1];
+        QCOMPARE(PageHeaderClick(q, page, columns[click]), changes);
+        QCOMPARE(q.OrderBy, clauses[click]);
+        QCOMPARE(q.SortField, words[click]);
+      }
+      QCOMPARE(q.Where, QStringLiteral("WHERE (val(Magnitude) between  12 and  0)"));
+    };
     // Three clicks on one column.
-    const auto row = [](const char* name, int page, int column, const QString& first,
-                        const QString& second, const QString& word, bool descFirst = false) {
+    const auto thrice = [&](int page, int column, const QString& first, const QString& second,
+                            const QString& word, bool descFirst = false) {
       const QString desc = word + "Desc";
-      const QStringList words =
-          descFirst ? QStringList{desc, word, desc} : QStringList{word, desc, word};
-      QTest::newRow(name) << page << QList<int>{column, column, column}
-                          << QStringList{first, second, first} << words;
+      walk(page, {column, column, column}, {first, second, first},
+           descFirst ? QStringList{desc, word, desc} : QStringList{word, desc, word});
     };
     // A fresh page holds "ObjectNum": its first click on Number gives the second clause.
-    row("Deep-sky Category from start", QuerySet::DeepSky, 0,
-        "ORDER BY Category DESC, ObjectNum DESC", "ORDER BY Category, ObjectNum", "ObjectNum",
-        true);
-    row("Double Type keeps plain Magnitude", QuerySet::DoubleStars, 2, "ORDER BY Type, Magnitude",
-        "ORDER BY Type DESC, Magnitude", "Type");
-    row("Double Const", QuerySet::DoubleStars, 3, "ORDER BY Constellation, val(Magnitude)",
-        "ORDER BY Constellation DESC, val(Magnitude)", "Const");
-    row("User Mag", QuerySet::User, 5, "ORDER BY val(Magnitude)", "ORDER BY val(Magnitude) DESC",
-        "Mag");
+    thrice(QuerySet::DeepSky, 0, "ORDER BY Category DESC, ObjectNum DESC",
+           "ORDER BY Category, ObjectNum", "ObjectNum", true);
+    // Type keeps a plain Magnitude; a double's Constellation sorts on its leading magnitude.
+    thrice(QuerySet::DoubleStars, 2, "ORDER BY Type, Magnitude", "ORDER BY Type DESC, Magnitude",
+           "Type");
+    thrice(QuerySet::DoubleStars, 3, "ORDER BY Constellation, val(Magnitude)",
+           "ORDER BY Constellation DESC, val(Magnitude)", "Const");
     // Declination sorts north first under the word "DEC"; its ascending clause keeps the
     // closing blank.
     const QString dec = "ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ";
-    row("Messier Dec sign", QuerySet::Messier, 8, dec + "DESC", dec, "DEC");
+    thrice(QuerySet::Messier, 8, dec + "DESC", dec, "DEC");
     // Name, Mag, Name again start afresh; the two halves of the split RA column are one key;
     // a click on the hidden Category or past the end changes nothing.
     const QString name = "ORDER BY Name", mag = "ORDER BY Magnitude";
     const QString ra = "ORDER BY RAHour, RAMinute", raDesc = "ORDER BY RAHour DESC, RAMinute DESC";
-    QTest::newRow("other columns") << int(QuerySet::Messier) << QList<int>{1, 4, 1, 6, 7, 11}
-                                   << QStringList{name, mag, name, ra, raDesc, raDesc}
-                                   << QStringList{"Name", "Mag", "Name", "RA", "RADesc", "RADesc"};
-    QTest::newRow("Deep-sky past the end") << int(QuerySet::DeepSky) << QList<int>{2, 12}
-                                           << QStringList{name, name}
-                                           << QStringList{"Name", "Name"};
-  }
-  void clicks() {
-    QFETCH(int, page);
-    QFETCH(QList<int>, columns);
-    QFETCH(QStringList, clauses);
-    QFETCH(QStringList, words);
-    ScriptedPrompter prompter;
-    AppState state(prompter);
-    PageQuery& q = state.Pages[page];
-    q.Where = QStringLiteral("WHERE (val(Magnitude) between  12 and  0)");
-    for (int click = 0; click < columns.size(); ++click) {
-      const bool changes =
-          click == 0 || clauses[click] != clauses[click - 1] || words[click] != words[click - 1];
-      QCOMPARE(PageHeaderClick(q, page, columns[click]), changes);
-      QCOMPARE(q.OrderBy, clauses[click]);
-      QCOMPARE(q.SortField, words[click]);
-    }
-    QCOMPARE(q.Where, QStringLiteral("WHERE (val(Magnitude) between  12 and  0)"));
+    walk(QuerySet::Messier, {1, 4, 1, 6, 7, 11}, {name, mag, name, ra, raDesc, raDesc},
+         {"Name", "Mag", "Name", "RA", "RADesc", "RADesc"});
+    walk(QuerySet::DeepSky, {2, 12}, {name, name}, {"Name", "Name"});
   }
 
   // A user object's field as it is left: its text, and the message that keeps the user there.
@@ -136,10 +122,8 @@ class TestCatalogRules : public QObject {
     QCOMPARE(ToggledDecSign(QString()), QStringLiteral("+"));
     // Seconds typed become minutes, half to even: 0.3" is 0.005', 0.9" 0.015'.
     const QStringList seconds = {"42", "0.3", "0.9", "-42"}, minutes = {"0.7", "0", "0.02", "-0.7"};
-    for (int i = 0; i < seconds.size(); ++i) {
+    for (int i = 0; i < seconds.size(); ++i)
       QCOMPARE(SecondsToDecimalText(seconds[i]), minutes[i]);
-      QCOMPARE(SecondsToDecimal(seconds[i]), minutes[i].toDouble());
-    }
   }
 
   // The text the engine evaluates keeps the rows whose altitude at the observing date reaches
