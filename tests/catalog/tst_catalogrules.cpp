@@ -7,7 +7,6 @@
 #include "catalog/recordset.h"
 #include "catalog/searchcriteria.h"
 #include "catalog/userobjectlogic.h"
-#include "core/apperror.h"
 #include "core/appstate.h"
 #include "core/numtext.h"
 #include "fixturedb.h"
