@@ -93,7 +93,6 @@ inline std::shared_ptr<Database> list(const QString& path, const QList<int>& ord
   return db;
 }
 
-// One column of every row of a recordset, as text, from the first row.
 inline QStringList column(Recordset& rs, const QString& name) {
   QStringList out;
   if (rs.RecordCount() == 0) return out;

@@ -15,8 +15,7 @@
 #include "support/scriptedprompter.h"
 #include "support/testenv.h"
 
-// The catalog pages and the rules of their windows: record sources, the altitude filter,
-// header sorts, searches and the user object fields.
+// The rules of the catalog windows: searches, header sorts, user fields and the altitude filter.
 class TestCatalogRules : public QObject {
   Q_OBJECT
  private slots:

@@ -10,8 +10,7 @@
 
 using fixture::column;
 
-// The query translator, its classic functions, and the recordset that reads and writes
-// through it.
+// The query translator, its classic functions, and the recordset that works through them.
 class TestRecordset : public QObject {
   Q_OBJECT
 
@@ -19,12 +18,6 @@ class TestRecordset : public QObject {
   int n_ = 0;
   QString fresh() { return dir_.filePath(QStringLiteral("f%1.tlf").arg(++n_)); }
   std::shared_ptr<Database> db_;  // a catalog of three Messier objects
-
-  QVariant scalar(const QString& classicExpr) {
-    Statement st = db_->prepare(QStringLiteral("SELECT ") + TranslateQuery(classicExpr));
-    st.step();
-    return st.value(0);
-  }
 
  private slots:
   void initTestCase() {
@@ -75,7 +68,9 @@ class TestRecordset : public QObject {
     QFETCH(QString, expected);
     QFETCH(int, error);
     try {
-      QCOMPARE(scalar(expr).toString(), expected);
+      Statement st = db_->prepare(QStringLiteral("SELECT ") + TranslateQuery(expr));
+      st.step();
+      QCOMPARE(st.value(0).toString(), expected);
       QCOMPARE(0, error);
     } catch (const AppError& e) {
       QCOMPARE(e.number, error);
