@@ -60,11 +60,13 @@ class TestCatalogRules : public QObject {
     // A fresh page holds "ObjectNum": its first click on Number gives the second clause.
     thrice(QuerySet::DeepSky, 0, "ORDER BY Category DESC, ObjectNum DESC",
            "ORDER BY Category, ObjectNum", "ObjectNum", true);
-    // Type keeps a plain Magnitude; a double's Constellation sorts on its leading magnitude.
+    // Type keeps a plain Magnitude; doubles and the pages with a Category sort on the leading
+    // magnitude.
     thrice(QuerySet::DoubleStars, 2, "ORDER BY Type, Magnitude", "ORDER BY Type DESC, Magnitude",
            "Type");
     thrice(QuerySet::DoubleStars, 3, "ORDER BY Constellation, val(Magnitude)",
            "ORDER BY Constellation DESC, val(Magnitude)", "Const");
+    thrice(QuerySet::User, 5, "ORDER BY val(Magnitude)", "ORDER BY val(Magnitude) DESC", "Mag");
     // Declination sorts north first under the word "DEC"; its ascending clause keeps the
     // closing blank.
     const QString dec = "ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ";

@@ -8,8 +8,6 @@
 #include "core/apperror.h"
 #include "fixturedb.h"
 
-using fixture::column;
-
 // The query translator, its classic functions, and the recordset that works through them.
 class TestRecordset : public QObject {
   Q_OBJECT
@@ -199,7 +197,7 @@ class TestRecordset : public QObject {
       if (key == "shown") return QString::number(rs().displayRowCount());
       if (key == "match") return QString::number(!rs().NoMatch());
       if (key == "upd") return QString::number(rs().isUpdatable());
-      if (key.endsWith("[]")) return column(rs(), key.chopped(2)).join(',');
+      if (key.endsWith("[]")) return fixture::column(rs(), key.chopped(2)).join(',');
       return rs().text(key);
     };
     static const QHash<QString, void (Recordset::*)()> plain = {
