@@ -184,7 +184,7 @@ class TestCatalogData : public QObject {
              QVariantList{fixture::kBrightView});
   }
 
-  // The default filter keeps some rows of every catalog page, all within its magnitudes.
+  // The default filter keeps rows of every catalog page, all within its magnitudes.
   void defaultFilterClauses() {
     ScriptedPrompter prompter;
     AppState state(prompter);
@@ -195,6 +195,7 @@ class TestCatalogData : public QObject {
       state.Pages[page.querySet].Where = clauses[page.querySet];
       Recordset rs(db, PageRecordSource(state, page.querySet));
       QVERIFY2(rs.RecordCount() > 0, qPrintable(page.table));
+      QCOMPARE(rs.columnNames().first(), QString(page.categoryFirst ? "Category" : "ObjectNum"));
       for (const QString& m : fixture::column(rs, QStringLiteral("Magnitude")))
         QVERIFY2(Val(m) >= -2 && Val(m) <= 12, qPrintable(page.table + m));
     }

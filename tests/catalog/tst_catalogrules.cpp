@@ -60,8 +60,7 @@ class TestCatalogRules : public QObject {
     // A fresh page holds "ObjectNum": its first click on Number gives the second clause.
     thrice(QuerySet::DeepSky, 0, "ORDER BY Category DESC, ObjectNum DESC",
            "ORDER BY Category, ObjectNum", "ObjectNum", true);
-    // Type keeps a plain Magnitude; doubles and the pages with a Category sort on the leading
-    // magnitude.
+    // Type keeps a plain Magnitude; doubles and Category pages sort on the leading magnitude.
     thrice(QuerySet::DoubleStars, 2, "ORDER BY Type, Magnitude", "ORDER BY Type DESC, Magnitude",
            "Type");
     thrice(QuerySet::DoubleStars, 3, "ORDER BY Constellation, val(Magnitude)",
@@ -90,7 +89,7 @@ class TestCatalogRules : public QObject {
         {1, "  NGC 12  ", "", "    NGC 12", ""},
         {1, "1234567890", "", "1234567890", ""},
         {1, "1\"2", "", "        12", ""},
-        {2, "  O\"wl  ", "", "  Owl  ", ""},
+        {2, "  O\"w\"l  ", "", "  Owl  ", ""},
         {4, "23", "", "23", ""},
         {4, "23.5", "", "23.5", "RA Hour must be a value between 0 and 23"},
         {5, "59.995", "", "59.995", ""},
