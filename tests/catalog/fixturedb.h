@@ -49,12 +49,9 @@ struct Obj {
   double decDeg, decMinute;
 };
 
+// A fresh file: opening read-write needs it to exist.
 inline std::shared_ptr<Database> create(const QString& path) {
-  // A fresh file: open read-write needs it to exist.
-  {
-    QFile f(path);
-    f.open(QIODevice::WriteOnly);
-  }
+  QFile(path).open(QIODevice::WriteOnly);
   return Database::open(path, Database::Mode::ReadWrite);
 }
 
@@ -63,27 +60,23 @@ inline void insert(const Database& db, const QString& table, const Obj& o) {
       "INSERT INTO %1 (Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, RAHour, "
       "RAMinute, DecSign, DecDeg, DecMinute) VALUES (?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11,?12)")
                                 .arg(QuoteIdentifier(table)));
-  const QVariantList v{o.category, o.num,     o.name,     o.type,    o.constellation,
-                       o.magnitude, o.info,   o.raHour,   o.raMinute, o.decSign,
-                       o.decDeg,   o.decMinute};
+  const QVariantList v{o.category, o.num,    o.name,     o.type,    o.constellation, o.magnitude,
+                       o.info,     o.raHour, o.raMinute, o.decSign, o.decDeg,        o.decMinute};
   for (int i = 0; i < v.size(); ++i) st.bind(i + 1, v[i]);
   st.step();
 }
 
-// The catalog database: the seven catalogs, MapStars and its bright-star view.
 inline std::shared_ptr<Database> catalog(const QString& path) {
   auto db = create(path);
   for (const char* t : kCatalogTables)
-    db->exec(QStringLiteral("CREATE TABLE %1 (%2)").arg(QLatin1String(t), QLatin1String(kObjectColumns)));
-  db->exec(QStringLiteral("CREATE TABLE MapStars (%1); %2")
-               .arg(QLatin1String(kMapStarsColumns), QLatin1String(kBrightView)));
+    db->exec(QStringLiteral("CREATE TABLE %1 (%2)").arg(t, kObjectColumns));
+  db->exec(QStringLiteral("CREATE TABLE MapStars (%1); %2").arg(kMapStarsColumns, kBrightView));
   return db;
 }
 
-// The user's own objects, as an empty UserObjects table.
 inline std::shared_ptr<Database> userList(const QString& path) {
   auto db = create(path);
-  db->exec(QStringLiteral("CREATE TABLE UserObjects (%1)").arg(QLatin1String(kObjectColumns)));
+  db->exec(QStringLiteral("CREATE TABLE UserObjects (%1)").arg(kObjectColumns));
   return db;
 }
 
@@ -91,7 +84,7 @@ inline std::shared_ptr<Database> userList(const QString& path) {
 inline std::shared_ptr<Database> list(const QString& path, const QList<int>& orders = {}) {
   auto db = create(path);
   db->exec(QStringLiteral("CREATE TABLE Objects (%1); CREATE INDEX ObjectsOrder ON Objects "
-                          "(DisplayOrder);").arg(QLatin1String(kListColumns)));
+                          "(DisplayOrder);").arg(kListColumns));
   for (int o : orders)
     db->exec(QStringLiteral("INSERT INTO Objects (DisplayOrder, Category, ObjectNum, Name, "
                             "Magnitude, RAHour, RAMinute, DecSign, DecDeg, DecMinute) VALUES "
@@ -100,7 +93,6 @@ inline std::shared_ptr<Database> list(const QString& path, const QList<int>& ord
   return db;
 }
 
-// One column of every row of a recordset, as text, from the first row.
 inline QStringList column(Recordset& rs, const QString& name) {
   QStringList out;
   if (rs.RecordCount() == 0) return out;

@@ -7,280 +7,175 @@
 #include "catalog/recordset.h"
 #include "catalog/searchcriteria.h"
 #include "catalog/userobjectlogic.h"
-#include "core/apperror.h"
 #include "core/appstate.h"
 #include "core/numtext.h"
+#include "fixturedb.h"
 #include "sky/altitudefilter.h"
 #include "sky/skycalc.h"
 #include "support/scriptedprompter.h"
 #include "support/testenv.h"
-#include "fixturedb.h"
 
-// The catalog pages and the rules of their windows: record sources, the altitude filter,
-// header sorts, searches and the user object fields.
+// The rules of the catalog windows: searches, header sorts, user fields and the altitude filter.
 class TestCatalogRules : public QObject {
   Q_OBJECT
  private slots:
-  void criteria_data() {
-    QTest::addColumn<int>("page");
-    QTest::addColumn<int>("option");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("criteria");
-    const int num = int(SearchOption::Number), name = int(SearchOption::Name);
-    const QString exact = "name = '*%1' OR name like '*%1,*' OR name like '*%1'";
-    QTest::newRow("Messier number") << QuerySet::Messier << num << "31" << "trim(objectnum) = '31'";
-    QTest::newRow("number as typed, a quote")
-        << QuerySet::NGC << num << " 7'0 " << "trim(objectnum) = ' 7''0 '";
-    QTest::newRow("name substring") << QuerySet::Messier << name << "andr" << "name Like '*andr*'";
-    QTest::newRow("a quote stays in its literal")
-        << QuerySet::User << name << "x' or ((((" << "name Like '*x'' or ((((*'";
-    QTest::newRow("double exact, trimmed, a quote")
-        << QuerySet::DoubleStars << num << "  Abt's Star " << exact.arg("Abt''s Star");
-    QTest::newRow("double close") << QuerySet::DoubleStars << name << " STF 12" << "name Like '* STF 12*'";
-  }
+  // A typed quote stays inside its literal; the Exact Match of a double is trimmed.
   void criteria() {
-    QFETCH(int, page);
-    QFETCH(int, option);
-    QFETCH(QString, text);
-    QFETCH(QString, criteria);
-    QCOMPARE(SearchCriteria(page, SearchOption(option), text), criteria);
+    const SearchOption num = SearchOption::Number, name = SearchOption::Name;
+    const QString exact = "name = '*%1' OR name like '*%1,*' OR name like '*%1'";
+    QCOMPARE(SearchCriteria(QuerySet::NGC, num, " 7'0 "),
+             QStringLiteral("trim(objectnum) = ' 7''0 '"));
+    QCOMPARE(SearchCriteria(QuerySet::User, name, "x' or (((("),
+             QStringLiteral("name Like '*x'' or ((((*'"));
+    QCOMPARE(SearchCriteria(QuerySet::DoubleStars, num, "  Abt's "), exact.arg("Abt''s"));
+    QCOMPARE(SearchCriteria(QuerySet::DoubleStars, name, " STF 12"),
+             QStringLiteral("name Like '* STF 12*'"));
   }
 
   // Clicks on column headers from the start state: the clause and state word after each. A
   // click outside the page's table returns false and changes nothing.
-  void clicks_data() {
-    QTest::addColumn<int>("page");
-    QTest::addColumn<QList<int>>("columns");
-    QTest::addColumn<QStringList>("clauses");
-    QTest::addColumn<QStringList>("words");
-    // Three clicks on one column.
-    const auto row = [](const char* name, int page, int column, const QString& first,
-                        const QString& second, const QString& word, bool descFirst = false) {
-      const QString desc = word + "Desc";
-      QTest::newRow(name) << page << QList<int>{column, column, column} << QStringList{first, second, first}
-                          << (descFirst ? QStringList{desc, word, desc} : QStringList{word, desc, word});
+  void clicks() {
+    const auto walk = [](int page, const QList<int>& columns, const QStringList& clauses,
+                         const QStringList& words) {
+      ScriptedPrompter prompter;
+      AppState state(prompter);
+      PageQuery& q = state.Pages[page];
+      q.Where = QStringLiteral("WHERE (val(Magnitude) between  12 and  0)");
+      for (int click = 0; click < columns.size(); ++click) {
+        const bool changes =
+            click == 0 || clauses[click] != clauses[click - 1] || words[click] != words[click - 1];
+        QCOMPARE(PageHeaderClick(q, page, columns[click]), changes);
+        QCOMPARE(q.OrderBy, clauses[click]);
+        QCOMPARE(q.SortField, words[click]);
+      }
+      QCOMPARE(q.Where, QStringLiteral("WHERE (val(Magnitude) between  12 and  0)"));
     };
-    const QString dec = "ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ";
-    const QString ra = "ORDER BY RAHour, RAMinute", raDesc = "ORDER BY RAHour DESC, RAMinute DESC";
-    const QString byCat = "ORDER BY Category, ObjectNum", byCatDesc = "ORDER BY Category DESC, ObjectNum DESC";
+    // Three clicks on one column.
+    const auto thrice = [&](int page, int column, const QString& first, const QString& second,
+                            const QString& word, bool descFirst = false) {
+      const QString desc = word + "Desc";
+      walk(page, {column, column, column}, {first, second, first},
+           descFirst ? QStringList{desc, word, desc} : QStringList{word, desc, word});
+    };
     // A fresh page holds "ObjectNum": its first click on Number gives the second clause.
-    row("Messier Number from start", QuerySet::Messier, 0, "ORDER BY ObjectNum DESC",
-        "ORDER BY ObjectNum", "ObjectNum", true);
-    row("Deep-sky Category from start", QuerySet::DeepSky, 0, byCatDesc, byCat, "ObjectNum", true);
-    row("Messier Name", QuerySet::Messier, 1, "ORDER BY Name", "ORDER BY Name DESC", "Name");
-    const QString type = "ORDER BY Type, Magnitude", typeDesc = "ORDER BY Type DESC, Magnitude";
-    row("Double Type keeps plain Magnitude", QuerySet::DoubleStars, 2, type, typeDesc, "Type");
-    row("IC Const", QuerySet::IC, 3, "ORDER BY Constellation, Magnitude",
-        "ORDER BY Constellation DESC, Magnitude", "Const");
-    row("Double Const", QuerySet::DoubleStars, 3, "ORDER BY Constellation, val(Magnitude)",
-        "ORDER BY Constellation DESC, val(Magnitude)", "Const");
-    row("SAO Mag", QuerySet::SAO, 4, "ORDER BY Magnitude", "ORDER BY Magnitude DESC", "Mag");
-    row("User Mag", QuerySet::User, 5, "ORDER BY val(Magnitude)", "ORDER BY val(Magnitude) DESC", "Mag");
+    thrice(QuerySet::DeepSky, 0, "ORDER BY Category DESC, ObjectNum DESC",
+           "ORDER BY Category, ObjectNum", "ObjectNum", true);
+    // Type keeps a plain Magnitude; doubles and Category pages sort on the leading magnitude.
+    thrice(QuerySet::DoubleStars, 2, "ORDER BY Type, Magnitude", "ORDER BY Type DESC, Magnitude",
+           "Type");
+    thrice(QuerySet::DoubleStars, 3, "ORDER BY Constellation, val(Magnitude)",
+           "ORDER BY Constellation DESC, val(Magnitude)", "Const");
+    thrice(QuerySet::User, 5, "ORDER BY val(Magnitude)", "ORDER BY val(Magnitude) DESC", "Mag");
     // Declination sorts north first under the word "DEC"; its ascending clause keeps the
     // closing blank.
-    row("Messier Dec sign", QuerySet::Messier, 8, dec + "DESC", dec, "DEC");
-    row("User Dec minutes", QuerySet::User, 11, dec + "DESC", dec, "DEC");
-    // Name, Mag, Name again start afresh; the two halves of the split RA column are one key.
-    QTest::newRow("other column in between")
-        << int(QuerySet::Messier) << QList<int>{1, 4, 1, 6, 7}
-        << QStringList{"ORDER BY Name", "ORDER BY Magnitude", "ORDER BY Name", ra, raDesc}
-        << QStringList{"Name", "Mag", "Name", "RA", "RADesc"};
-    // After a click on Name, a click outside the table.
-    for (const auto& [name, page, nameColumn, column] : QList<std::tuple<const char*, int, int, int>>{
-             {"hidden Category of Messier", QuerySet::Messier, 1, 11},
-             {"Deep-sky past the end", QuerySet::DeepSky, 2, 12}, {"negative", QuerySet::User, 2, -1}})
-      QTest::newRow(name) << page << QList<int>{nameColumn, column}
-                          << QStringList{"ORDER BY Name", "ORDER BY Name"} << QStringList{"Name", "Name"};
-  }
-  void clicks() {
-    QFETCH(int, page);
-    QFETCH(QList<int>, columns);
-    QFETCH(QStringList, clauses);
-    QFETCH(QStringList, words);
-    ScriptedPrompter prompter;
-    AppState state(prompter);
-    PageQuery& q = state.Pages[page];
-    q.Where = QStringLiteral("WHERE (val(Magnitude) between  12 and  0)");
-    for (int click = 0; click < columns.size(); ++click) {
-      const bool changes = click == 0 || clauses[click] != clauses[click - 1] || words[click] != words[click - 1];
-      QCOMPARE(PageHeaderClick(q, page, columns[click]), changes);
-      QCOMPARE(q.OrderBy, clauses[click]);
-      QCOMPARE(q.SortField, words[click]);
-    }
-    QCOMPARE(q.Where, QStringLiteral("WHERE (val(Magnitude) between  12 and  0)"));
+    const QString dec = "ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ";
+    thrice(QuerySet::Messier, 8, dec + "DESC", dec, "DEC");
+    // Name, Mag, Name again start afresh; the two halves of the split RA column are one key;
+    // a click on the hidden Category or past the end changes nothing.
+    const QString name = "ORDER BY Name", mag = "ORDER BY Magnitude";
+    const QString ra = "ORDER BY RAHour, RAMinute", raDesc = "ORDER BY RAHour DESC, RAMinute DESC";
+    walk(QuerySet::Messier, {1, 4, 1, 6, 7, 11}, {name, mag, name, ra, raDesc, raDesc},
+         {"Name", "Mag", "Name", "RA", "RADesc", "RADesc"});
+    walk(QuerySet::DeepSky, {2, 12}, {name, name}, {"Name", "Name"});
   }
 
-  void fields_data() {
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("decDeg");
-    QTest::addColumn<QString>("result");
-    QTest::addColumn<QString>("message");
-    const QString hour = "RA Hour must be a value between 0 and 23";
-    const QString minute = "RA Minute must be a value between 0 and 59.99";
-    const QString degree = "Declination Degree must be a value between 0 and 90";
-    const QString decMin = "Declination Minute must be a value between 0 and 59.99";
-    const QString at90 = "Declination Minute must be a value of 0 when Degree is 90";
-    QTest::newRow("number padded") << 1 << "12" << "" << "        12" << "";
-    QTest::newRow("number trimmed first") << 1 << "  NGC 12  " << "" << "    NGC 12" << "";
-    QTest::newRow("number of 10") << 1 << "1234567890" << "" << "1234567890" << "";
-    QTest::newRow("number with quote") << 1 << "1\"2" << "" << "        12" << "";
-    QTest::newRow("hour 23") << 4 << "23" << "" << "23" << "";
-    QTest::newRow("hour 23.5") << 4 << "23.5" << "" << "23.5" << hour;
-    QTest::newRow("hour text") << 4 << "abc" << "" << "0" << "";
-    QTest::newRow("ra minute 59.995") << 5 << "59.995" << "" << "59.995" << "";
-    QTest::newRow("ra minute 60") << 5 << "60" << "" << "60" << minute;
-    QTest::newRow("deg 90") << 7 << "90" << "" << "90" << "";
-    QTest::newRow("deg 90.5") << 7 << "90.5" << "" << "90.5" << degree;
-    QTest::newRow("dec minute 0 at 90") << 8 << "0" << "90" << "0" << "";
-    QTest::newRow("dec minute 0.01 at 90") << 8 << "0.01" << "90" << "0.01" << at90;
-    QTest::newRow("dec minute 60 at 90") << 8 << "60" << "90" << "60" << at90;
-    QTest::newRow("dec minute 30 at 89") << 8 << "30" << "89" << "30" << "";
-    QTest::newRow("dec minute 60") << 8 << "60" << "10" << "60" << decMin;
-    QTest::newRow("dec minute 59.99") << 8 << "-59.99" << "10" << "59.99" << "";
-    QTest::newRow("name untouched") << 2 << "  Owl  " << "" << "  Owl  " << "";
-    QTest::newRow("info quotes gone") << 11 << "\"\"a\"\"b\"" << "" << "ab" << "";
-  }
+  // A user object's field as it is left: its text, and the message that keeps the user there.
   void fields() {
-    QFETCH(int, index);
-    QFETCH(QString, text);
-    QFETCH(QString, decDeg);
-    QFETCH(QString, result);
-    QFETCH(QString, message);
-    const UserFieldCheck check = ValidateUserField(index, text, decDeg);
-    QCOMPARE(check.text, result);
-    QCOMPARE(check.message, message);
-    QCOMPARE(check.ok(), message.isEmpty());
+    const char* at90 = "Declination Minute must be a value of 0 when Degree is 90";
+    const struct {
+      int index;
+      const char *text, *decDeg, *result, *message;
+    } cases[] = {
+        {1, "  NGC 12  ", "", "    NGC 12", ""},
+        {1, "1234567890", "", "1234567890", ""},
+        {1, "1\"2", "", "        12", ""},
+        {2, "  O\"w\"l  ", "", "  Owl  ", ""},
+        {4, "23", "", "23", ""},
+        {4, "23.5", "", "23.5", "RA Hour must be a value between 0 and 23"},
+        {5, "59.995", "", "59.995", ""},
+        {5, "60", "", "60", "RA Minute must be a value between 0 and 59.99"},
+        {7, "90", "", "90", ""},
+        {7, "90.5", "", "90.5", "Declination Degree must be a value between 0 and 90"},
+        {8, "0", "90", "0", ""},
+        {8, "0.01", "90", "0.01", at90},
+        {8, "60", "90", "60", at90},
+        {8, "30", "89", "30", ""},
+        {8, "60", "10", "60", "Declination Minute must be a value between 0 and 59.99"},
+        {8, "-59.99", "10", "59.99", ""},
+    };
+    for (const auto& c : cases) {
+      const UserFieldCheck check = ValidateUserField(c.index, c.text, c.decDeg);
+      QCOMPARE(check.text + " | " + check.message, QString(c.result) + " | " + c.message);
+      QCOMPARE(check.ok(), !*c.message);
+    }
   }
 
-  void secondsToDecimal_data() {
-    QTest::addColumn<QString>("seconds");
-    QTest::addColumn<double>("value");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("42") << "42" << 0.7 << "0.7";
-    QTest::newRow("0.3 half to even") << "0.3" << 0.0 << "0";      // 0.005 -> 0
-    QTest::newRow("0.9 half to even") << "0.9" << 0.02 << "0.02";  // 0.015 -> 0.02
-    QTest::newRow("text") << "abc" << 0.0 << "0";
-    QTest::newRow("negative") << "-42" << -0.7 << "-0.7";
-  }
-  void secondsToDecimal() {
-    QFETCH(QString, seconds);
-    QFETCH(double, value);
-    QFETCH(QString, text);
-    QCOMPARE(SecondsToDecimal(seconds), value);
-    QCOMPARE(SecondsToDecimalText(seconds), text);
-  }
-
-  void captions() {
+  void captionsAndSeconds() {
+    QCOMPARE(PageByTab(7).numberOptionCaption, QStringLiteral("Exact Match"));
+    for (int tab = 0; tab < 8; ++tab) QCOMPARE(PageByQuerySet(PageByTab(tab).querySet).tab, tab);
     QCOMPARE(UserRecordPosition(3, 12), QStringLiteral(" Record: 3 of 12"));
-    QCOMPARE(UserNewRecordPosition(12), QStringLiteral(" Record: New of 13"));
     QCOMPARE(UserNewRecordPosition(0), QStringLiteral(" Record: New of 1"));
     QCOMPARE(ToggleButtonsCaption(true), QStringLiteral("&Save"));
     QCOMPARE(ToggleButtonsCaption(false), QStringLiteral("&Re-sort"));
     QCOMPARE(DecSignCaption(QString()), QStringLiteral("-"));
     QCOMPARE(ToggledDecSign(QString()), QStringLiteral("+"));
-  }
-
-  void pages() {
-    const int sets[8] = {4, 0, 5, 3, 2, 7, 6, 1};
-    for (int tab = 0; tab < 8; ++tab) {
-      QCOMPARE(PageByTab(tab).querySet, sets[tab]);
-      QCOMPARE(PageByQuerySet(sets[tab]).tab, tab);
-    }
-    QCOMPARE(PageByTab(7).numberOptionCaption, QStringLiteral("Exact Match"));
-    QCOMPARE(PageByTab(5).source, CatalogPage::Source::UserList);
-    // The Double Stars page shows no Category on the hand controller list.
-    QVERIFY(PageByTab(7).hhcColumns[0].hidden);
-  }
-
-  void recordSources() {
-    TestEnv env;
-    AppState& s = *env.state;
-    QCOMPARE(PageRecordSource(s, 4),
-             QStringLiteral("SELECT ObjectNum, Name, Type, Constellation, Magnitude, Info, RAHour, "
-                            "RAMinute, DecSign, DecDeg, DecMinute, Category From MessierObjects "
-                            "WHERE True ORDER BY ObjectNum;"));
-    s.Pages[2].Where = QStringLiteral("WHERE (False)");
-    QCOMPARE(PageRecordSource(s, 2),
-             QStringLiteral("SELECT Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, "
-                            "RAHour, RAMinute, DecSign, DecDeg, DecMinute From DeepSpaceObjects "
-                            "WHERE (False) ORDER BY Category, ObjectNum;"));
-  }
-
-  void userListNeedsItsTemplate() {
-    TestEnv env;
-    env.state->programFolder = env.path(QStringLiteral("prog"));
-    try {
-      EnsureUserList(*env.state);
-      QFAIL("no error without the template");
-    } catch (const AppError& e) {
-      QCOMPARE(e.number, ErrNo::FileNotFound);
-    }
+    // Seconds typed become minutes, half to even: 0.3" is 0.005', 0.9" 0.015'.
+    const QStringList seconds = {"42", "0.3", "0.9", "-42"}, minutes = {"0.7", "0", "0.02", "-0.7"};
+    for (int i = 0; i < seconds.size(); ++i)
+      QCOMPARE(SecondsToDecimalText(seconds[i]), minutes[i]);
   }
 
   // The text the engine evaluates keeps the rows whose altitude at the observing date reaches
   // the minimum, give or take its truncated constants at the edge; with the filter off, all.
-  void altitudeFilter_data() {
-    QTest::addColumn<QString>("hemi");
-    QTest::addColumn<int>("minAlt");  // below zero: the filter is off
-    QTest::newRow("north 20") << "N" << 20;
-    QTest::newRow("north 0") << "N" << 0;
-    QTest::newRow("south 35") << "S" << 35;
-    QTest::newRow("off") << "S" << -1;
-  }
   void altitudeFilter() {
-    QFETCH(QString, hemi);
-    QFETCH(int, minAlt);
-    TestEnv env;
-    AppState& s = *env.state;
-    s.UserDate = env.fixedNow;
-    s.settings.LatHemi = hemi;
-    s.filter.FltAlt = minAlt >= 0;
-    s.filter.FltMinAlt = qint16(minAlt);
-    for (PageQuery& q : s.Pages) q.Filter = QStringLiteral("WHERE Name <> 'x'");
-    auto db = fixture::catalog(env.path(QStringLiteral("c.mdb")));
-    QHash<int, double> altitudes;  // by ObjectNum
-    db->exec(QStringLiteral("BEGIN"));
-    for (int h = 0; h < 24; ++h)
-      for (int d = -80; d <= 80; d += 8) {
-        // Both "+" and a blank sign mean north.
-        const QString sign = d < 0 ? "-" : (d % 16 ? " " : "+");
-        const int n = altitudes.size() + 1;
-        fixture::insert(*db, "NGCObjects", {"NGC", n, "", "", "", "", "", double(h), 17.5, sign, double(qAbs(d)), 30});
-        altitudes[n] = AltitudeAtUserDate(s, SkyPosition::of(h, 17.5, sign, qAbs(d), 30));
+    for (const auto& [hemi, minAlt] : QList<QPair<QString, int>>{{"N", 20}, {"S", 35}, {"S", -1}}) {
+      TestEnv env;
+      AppState& s = *env.state;
+      s.UserDate = env.fixedNow;
+      s.settings.LatHemi = hemi;
+      s.filter.FltAlt = minAlt >= 0;
+      s.filter.FltMinAlt = qint16(minAlt);
+      for (PageQuery& q : s.Pages) q.Filter = QStringLiteral("WHERE Name <> 'x'");
+      auto db = fixture::catalog(env.path(QStringLiteral("c.mdb")));
+      QHash<int, double> altitudes;  // by ObjectNum
+      db->exec(QStringLiteral("BEGIN"));
+      for (int h = 0; h < 24; ++h)
+        for (int d = -80; d <= 80; d += 8) {
+          // Both "+" and a blank sign mean north.
+          const QString sign = d < 0 ? "-" : (d % 16 ? " " : "+");
+          const int n = altitudes.size() + 1;
+          fixture::insert(*db, "NGCObjects", {"NGC", n, "", "", "", "", "", double(h), 17.5, sign,
+                                              double(qAbs(d)), 30});
+          altitudes[n] = AltitudeAtUserDate(s, SkyPosition::of(h, 17.5, sign, qAbs(d), 30));
+        }
+      db->exec(QStringLiteral("COMMIT"));
+      const double sidereal = SiderealDegreesAtUserDate(s);
+      BuildAltitudeWhere(s, sidereal);
+      // The whole text, with L and T for the latitude and the sidereal angle; the latitude goes
+      // in with the same short factor as the rest of the text.
+      const double latitude =
+          (s.settings.LatDeg + s.settings.LatMin / 60.0) * (hemi == "N" ? 1 : -1);
+      const QString alt = QStringLiteral(
+          "(Sin(L) * Sin(((DecDeg + DecMinute / 60) * Val(DecSign & '1')) * 0.017453) + Cos(L) * "
+          "Cos(((DecDeg + DecMinute / 60) * Val(DecSign & '1')) * 0.017453) * Cos((T - ((RAHour + "
+          "RAMinute / 60) * 15)) * 0.017453))");
+      const QString term = QString(" and (Atn(" + alt + " / Sqr(-1*" + alt + " * " + alt +
+                                   " + 1)) * 57.2958) >= " + QString::number(minAlt))
+                               .replace("(L)", "(" + PlainNumber(latitude * 0.017453) + ")")
+                               .replace("Cos((T - ", "Cos((" + PlainNumber(sidereal) + " - ");
+      QCOMPARE(s.Pages[5].Where, s.Pages[5].Filter + (minAlt < 0 ? QString() : term));
+      // The recordset works the repeated sine out once a row.
+      const QString source = PageRecordSource(s, 5);
+      QCOMPARE(TranslateQuery(source, true).contains(QStringLiteral("shared_1")), minAlt >= 0);
+      Recordset rs(db, source);
+      const QStringList selected = fixture::column(rs, QStringLiteral("ObjectNum"));
+      QCOMPARE(selected.size() == altitudes.size(), minAlt < 0);
+      for (auto it = altitudes.cbegin(); it != altitudes.cend(); ++it) {
+        const bool kept = selected.contains(QString::number(it.key()));
+        const QByteArray altitude = QByteArray::number(it.value());
+        if (it.value() >= minAlt + 0.1) QVERIFY2(kept, altitude);
+        if (minAlt >= 0 && it.value() < minAlt - 0.1) QVERIFY2(!kept, altitude);
       }
-    db->exec(QStringLiteral("COMMIT"));
-    const double sidereal = SiderealDegreesAtUserDate(s);
-    BuildAltitudeWhere(s, sidereal);
-    // The whole text, with L and T for the latitude and the sidereal angle; the latitude goes
-    // in with the same short factor as the rest of the text.
-    const double latitude = (s.settings.LatDeg + s.settings.LatMin / 60.0) * (hemi == "N" ? 1 : -1);
-    const QString alt = QStringLiteral(
-        "(Sin(L) * Sin(((DecDeg + DecMinute / 60) * Val(DecSign & '1')) * 0.017453) + Cos(L) * "
-        "Cos(((DecDeg + DecMinute / 60) * Val(DecSign & '1')) * 0.017453) * Cos((T - ((RAHour + "
-        "RAMinute / 60) * 15)) * 0.017453))");
-    const QString term = QString(" and (Atn(" + alt + " / Sqr(-1*" + alt + " * " + alt +
-                                 " + 1)) * 57.2958) >= " + QString::number(minAlt))
-                             .replace("(L)", "(" + PlainNumber(latitude * 0.017453) + ")")
-                             .replace("Cos((T - ", "Cos((" + PlainNumber(sidereal) + " - ");
-    QCOMPARE(s.Pages[5].Where, s.Pages[5].Filter + (minAlt < 0 ? QString() : term));
-    // The recordset works the repeated sine out once a row; it keeps the rows of the text as
-    // it is written.
-    const QString source = PageRecordSource(s, 5);
-    QCOMPARE(TranslateQuery(source, true).contains(QStringLiteral("shared_1")), minAlt >= 0);
-    Recordset rs(db, source);
-    const QStringList selected = fixture::column(rs, QStringLiteral("ObjectNum"));
-    QStringList written;
-    for (Statement st = db->prepare(TranslateQuery(source)); st.step();)
-      written << st.value(0).toString();
-    QCOMPARE(selected, written);
-    QVERIFY(!selected.isEmpty());
-    QCOMPARE(selected.size() == altitudes.size(), minAlt < 0);
-    for (auto it = altitudes.cbegin(); it != altitudes.cend(); ++it) {
-      const bool kept = selected.contains(QString::number(it.key()));
-      const QByteArray altitude = QByteArray::number(it.value());
-      if (it.value() >= minAlt + 0.1) QVERIFY2(kept, altitude);
-      if (minAlt >= 0 && it.value() < minAlt - 0.1) QVERIFY2(!kept, altitude);
     }
   }
 };
