@@ -1,9 +1,9 @@
 # Quick start: `make run` builds and starts Tavorine, `make test` builds and runs the tests,
-# `make package` builds the Debian package in $(BUILD)/.
+# `make package` builds the Debian package in $(BUILD)/, `make format` formats the C++.
 BUILD ?= build
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build run test bench package clean
+.PHONY: all deps configure build run test bench package format clean
 
 all: build
 
@@ -28,6 +28,9 @@ package: build
 
 bench: build
 	@for b in $(BUILD)/bench/bench_*; do [ -f "$$b" ] && [ -x "$$b" ] && "$$b"; done; true
+
+format:
+	git ls-files '*.cpp' '*.h' | xargs clang-format -i
 
 clean:
 	rm -rf $(BUILD)

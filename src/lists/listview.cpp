@@ -103,6 +103,7 @@ QString ListVariantName(ListVariant variant) {
 }
 
 const ListFormLayout& ListFormLayoutFor(ListVariant variant) {
+  // clang-format off
   static const ListFormLayout large{
       10900, 7400, 10670, 7100, 10900, 7400, 4240, 975, 0,
       {{QStringLiteral("cmdClearGoto"), 405},
@@ -124,6 +125,7 @@ const ListFormLayout& ListFormLayoutFor(ListVariant variant) {
        {QStringLiteral("cmdObserved"), 405},
        {QStringLiteral("cmdPrevious"), 405},
        {QStringLiteral("cmdCDC"), 405}}};
+  // clang-format on
   return variant == ListVariant::CurrentListFixed ? compact : large;
 }
 

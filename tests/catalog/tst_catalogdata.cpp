@@ -85,6 +85,7 @@ class TestCatalogData : public QObject {
   Q_OBJECT
  private slots:
   // Counts that must lie within bounds: row counts, and zero counts of rows that break a rule.
+  // clang-format off
   void counts_data() {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("sql");
@@ -156,6 +157,7 @@ class TestCatalogData : public QObject {
     row("list template empty", "SELECT count(*) FROM Objects", 0, 0, "TavorineTemplate.tmp");
     row("user table empty", "SELECT count(*) FROM UserObjects", 0, 0, "TavorineUserList.tmp");
   }
+  // clang-format on
   void counts() {
     QFETCH(QString, file);
     QFETCH(QString, sql);

@@ -70,6 +70,7 @@ class TestEditUserList : public QObject {
   // The rules are the rules test's; these rows prove the editor runs them as the focus leaves
   // a field, and before keys, the data control or Escape leave the record (one of those stands
   // for all: they share the check). A failed test stops the move.
+  // clang-format off
   void fieldTestedWhenLeft_data() {
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("typed");
@@ -80,6 +81,7 @@ class TestEditUserList : public QObject {
     QTest::newRow("minus, ctrl page down") << 7 << "-45" << ctrlPgDn << "45";
     QTest::newRow("hour 30, escape") << 4 << "30" << int(Qt::Key_Escape) << "";
   }
+  // clang-format on
   void fieldTestedWhenLeft() {
     QFETCH(int, index);
     QFETCH(QString, typed);

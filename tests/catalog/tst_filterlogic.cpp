@@ -37,6 +37,7 @@ class TestFilterLogic : public QObject {
 
   // Which of the five boxes are ticked (G, C, O, P, N), then Messier's and Deep-sky's clauses.
   // NGC's follows from Messier's: those pages count cluster nebulosity among the open clusters.
+  // clang-format off
   void tickedBoxes_data() {
     QTest::addColumn<QString>("ticked");
     QTest::addColumn<QString>("messier");
@@ -48,6 +49,7 @@ class TestFilterLogic : public QObject {
         << "G" << "WHERE (False or (Type = 'Galaxy' and val(Magnitude) between  12 and  0))"
         << "WHERE (False or (val(Magnitude) between  12 and  0))";
   }
+  // clang-format on
   void tickedBoxes() {
     QFETCH(QString, ticked);
     QFETCH(QString, messier);
@@ -73,6 +75,7 @@ class TestFilterLogic : public QObject {
   // overflow error, as the dialog shows it), changing nothing. Otherwise it sets the pages'
   // clauses and writes Filter.ini, which reads back as the values in force; the altitude is
   // kept rounded half to even, its box ticked or not.
+  // clang-format off
   void ok_data() {
     QTest::addColumn<QString>("minAlt");
     QTest::addColumn<QString>("galMax");
@@ -89,6 +92,7 @@ class TestFilterLogic : public QObject {
     QTest::newRow("rounds to the largest single")
         << "20" << "3.4028235e38" << "" << "20,#TRUE#,3.40282347E+38";
   }
+  // clang-format on
   void ok() {
     QFETCH(QString, minAlt);
     QFETCH(QString, galMax);

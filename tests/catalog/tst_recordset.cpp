@@ -31,6 +31,7 @@ class TestRecordset : public QObject {
 
   // The classic functions as the engine works them out, or the error they raise; several
   // cases of one function or operator are joined into one text.
+  // clang-format off
   void functions_data() {
     QTest::addColumn<QString>("expr");
     QTest::addColumn<QString>("expected");
@@ -61,6 +62,7 @@ class TestRecordset : public QObject {
     row("3000 brackets after a term", "'x' or " + QString("(").repeated(3000) + "1", {},
         ErrNo::QueryTooComplex);
   }
+  // clang-format on
   void functions() {
     QFETCH(QString, expr);
     QFETCH(QString, expected);
@@ -101,6 +103,7 @@ class TestRecordset : public QObject {
   // command and its argument, then after " => " what must hold (key=value; a column name gives
   // its value on the current row, "Col[]" the whole column). A command raises no error unless
   // err= says.
+  // clang-format off
   void steps_data() {
     QTest::addColumn<QList<int>>("orders");
     QTest::addColumn<QString>("setup");  // SQL run before the recordset opens
@@ -175,6 +178,7 @@ class TestRecordset : public QObject {
         "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) "
         "INSERT INTO Objects (DisplayOrder, Name) SELECT i, 'S' || i FROM n");
   }
+  // clang-format on
   void steps() {
     QFETCH(QList<int>, orders);
     QFETCH(QString, setup);

@@ -200,6 +200,7 @@ class TestCharts : public QObject {
     QCOMPARE(surface.image().pixelColor(5, 5), QColor(0xFF, 0xFF, 0xC0));
   }
 
+  // clang-format off
   void bestPairs_data() {
     QTest::addColumn<QString>("stars");
     QTest::addColumn<QString>("seps");
@@ -236,6 +237,7 @@ class TestCharts : public QObject {
     QTest::newRow("row 6 is not looked at without the two star table")
         << "A* B* C* D* P* E" << hidden << false << five << QStringList() << false;
   }
+  // clang-format on
   void bestPairs() {
     QFETCH(QString, stars);
     QFETCH(QString, seps);
@@ -250,6 +252,7 @@ class TestCharts : public QObject {
     QCOMPARE(pairs.polarisNote, note);
   }
 
+  // clang-format off
   void starRules_data() {
     QTest::addColumn<bool>("autoOnly");
     QTest::addColumn<bool>("showNames");
@@ -263,6 +266,7 @@ class TestCharts : public QObject {
         << true << true << QStringList{"A", "B", "E"} << QStringList{"A", "B"};
     QTest::newRow("names off") << false << false << QStringList() << QStringList{"A", "B", "F"};
   }
+  // clang-format on
   void starRules() {
     QFETCH(bool, autoOnly);
     QFETCH(bool, showNames);
@@ -384,6 +388,7 @@ class TestCharts : public QObject {
 
   // A null field shows as one empty box of twelve; a null Messier name, or a null category on
   // any page, stops with the old error.
+  // clang-format off
   void nullRule_data() {
     QTest::addColumn<QString>("field");
     QTest::addColumn<int>("tab");
@@ -393,6 +398,7 @@ class TestCharts : public QObject {
     QTest::newRow("name, Messier") << "Name" << kMessier << error;
     QTest::newRow("category") << "Category" << kCaldwell << error;
   }
+  // clang-format on
   void nullRule() {
     QFETCH(QString, field);
     QFETCH(int, tab);

@@ -52,6 +52,7 @@ SetupFields fieldsWith(const QStringList& edits, const QString& folder) {
 class TestCoreLogic : public QObject {
   Q_OBJECT
  private slots:
+  // clang-format off
   void val_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<double>("value");
@@ -70,12 +71,14 @@ class TestCoreLogic : public QObject {
     QTest::newRow("50 digits") << QString(50, QLatin1Char('9')) << 1e50;
     QTest::newRow("beyond a double") << "1e400" << 0.0;
   }
+  // clang-format on
   void val() {
     QFETCH(QString, text);
     QTEST(Val(text), "value");
   }
 
   // The same texts under a decimal-comma locale.
+  // clang-format off
   void plainAndPrinted_data() {
     QTest::addColumn<double>("value");
     QTest::addColumn<QString>("plain");
@@ -90,6 +93,7 @@ class TestCoreLogic : public QObject {
     QTest::newRow("small") << 0.00001 << "1E-05" << " 1E-05";
     QTest::newRow("small fixed") << 0.0001 << "0.0001" << " .0001";
   }
+  // clang-format on
   void plainAndPrinted() {
     QFETCH(double, value);
     QTEST(PlainNumber(value), "plain");
@@ -158,6 +162,7 @@ class TestCoreLogic : public QObject {
 
   // Folders and list titles come back as they were written, whatever letters they hold; a
   // single-byte file from before keeps reading as such.
+  // clang-format off
   void textFieldEncoding_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QByteArray>("bytes");
@@ -173,6 +178,7 @@ class TestCoreLogic : public QObject {
     QTest::newRow("single-byte form is UTF-8") << QStringLiteral("Caf\u00C3\u00A9")
                                                << QByteArray("Caf\xC3\x83\xC2\xA9");
   }
+  // clang-format on
   void textFieldEncoding() {
     QFETCH(QString, text);
     QFETCH(QByteArray, bytes);
@@ -189,6 +195,7 @@ class TestCoreLogic : public QObject {
   // 15 fields) or empty is read to its end and written again whole, with colour 200; a filter
   // file that does not read whole is written again from the filter in force, and reading past
   // its end rewrites the settings file too. A bad field keeps its value. "@": the temp folder.
+  // clang-format off
   void startupRepairs_data() {
     QTest::addColumn<QByteArray>("settings");  // null: none
     QTest::addColumn<QByteArray>("filter");  // empty: none, so the default is written
@@ -226,6 +233,7 @@ class TestCoreLogic : public QObject {
         << good << QByteArray(kDefaultFilter).replace("30", "3O") << QStringList{mismatch} << good
         << false << kDefaultFilter;
   }
+  // clang-format on
   void startupRepairs() {
     QFETCH(QByteArray, settings);
     QFETCH(QByteArray, filter);
@@ -356,6 +364,7 @@ class TestCoreLogic : public QObject {
   }
 
   // OK writes the whole settings file (and the INDI file for that route), which reads back.
+  // clang-format off
   void ok_data() {
     QTest::addColumn<QStringList>("edits");
     QTest::addColumn<QString>("record");    // "@": the temporary folder
@@ -393,6 +402,7 @@ class TestCoreLogic : public QObject {
         << QStringList{"route=indi", "indiHost=", "indiPort=70000", "indiDevice=Simulator"}
         << indi << R"("localhost",7624,"Simulator")";
   }
+  // clang-format on
   void ok() {
     QFETCH(QStringList, edits);
     QFETCH(QString, record);

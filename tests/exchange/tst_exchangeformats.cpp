@@ -28,6 +28,7 @@ QByteArray lines(std::initializer_list<const char*> all) {
 class TestExchangeFormats : public QObject {
   Q_OBJECT
  private slots:
+  // clang-format off
   void codePage_data() {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QByteArray>("bytes");
@@ -35,6 +36,7 @@ class TestExchangeFormats : public QObject {
     QTest::newRow("base letters") << QString::fromUtf8("Ő\uFB01") << QByteArray("Ofi");
     QTest::newRow("no stand-in") << QString::fromUtf8("α\U0001F52D.") << QByteArray("??.");
   }
+  // clang-format on
   void codePage() {
     QFETCH(QString, text);
     QFETCH(QByteArray, bytes);
@@ -48,6 +50,7 @@ class TestExchangeFormats : public QObject {
     QCOMPARE(DecodeImportText("\xE9\x96"), QString::fromUtf8("é–"));
   }
 
+  // clang-format off
   void writers_data() {
     QTest::addColumn<QString>("format");
     QTest::addColumn<QByteArray>("expected");
@@ -90,6 +93,7 @@ class TestExchangeFormats : public QObject {
     QTest::newRow("csv") << "csv" << csv;
     QTest::newRow("brillet") << "brillet" << brillet;
   }
+  // clang-format on
   void writers() {
     QFETCH(QString, format);
     QFETCH(QByteArray, expected);
@@ -108,6 +112,7 @@ class TestExchangeFormats : public QObject {
   }
 
   // A palm file holds 40 objects, a tour the first 200; a Brillet file counts them all.
+  // clang-format off
   void splits_data() {
     QTest::addColumn<int>("count");
     QTest::addColumn<QStringList>("palmFiles");  // "name:objects"
@@ -115,6 +120,7 @@ class TestExchangeFormats : public QObject {
     QTest::newRow("201") << 201 << QStringList{"Deep 1.txt:40", "Deep 2.txt:40", "Deep 3.txt:40",
                                                "Deep 4.txt:40", "Deep 5.txt:40", "Deep 6.txt:1"};
   }
+  // clang-format on
   void splits() {
     QFETCH(int, count);
     QFETCH(QStringList, palmFiles);
@@ -136,6 +142,7 @@ class TestExchangeFormats : public QObject {
     QCOMPARE(brillet.count("\r\n"), count + 2);
   }
 
+  // clang-format off
   void readers_data() {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<bool>("header");
@@ -168,6 +175,7 @@ class TestExchangeFormats : public QObject {
         << QStringList{"Messier|M42|M42|Emission Nebula|4| |5|35.3|-|5|23|Orion",
                        "Star|A very lon|A very long identifier|Probable Star|.5| |23|60|+|0|30|x"};
   }
+  // clang-format on
   void readers() {
     QFETCH(QByteArray, file);
     QFETCH(bool, header);

@@ -74,6 +74,7 @@ class TestEditListLogic : public QObject {
   // an empty page, "down@n" and "up@n" move row n, and a step ending in "-" changes nothing.
   // Deletes and moves leave gaps and the DisplayOrder values where they were; adds number
   // after the last row, in the order selected.
+  // clang-format off
   void edits_data() {
     QTest::addColumn<QString>("start");
     QTest::addColumn<QString>("steps");
@@ -97,6 +98,7 @@ class TestEditListLogic : public QObject {
     QTest::newRow("up on the first") << "1 2 5" << "up@0-" << "1 2 5|R1,R2,R5|R1|0";
     QTest::newRow("moves on an empty list") << "" << "down- up-" << "|||-1";
   }
+  // clang-format on
   void edits() {
     QFETCH(QString, start);
     QFETCH(QString, steps);
@@ -195,6 +197,7 @@ class TestEditListLogic : public QObject {
   // A fresh window holds "DisplayOrder", so its first click on "#" is the descending clause; a
   // second click on a head turns its clause round. Heads that share a key count as one; another
   // head in between starts afresh; a click outside the fifteen columns is refused.
+  // clang-format off
   void clicks_data() {
     QTest::addColumn<QList<int>>("clicks");
     QTest::addColumn<QString>("key");
@@ -215,6 +218,7 @@ class TestEditListLogic : public QObject {
     QTest::newRow("outside -1") << QList<int>{9, -1} << "ORDER BY Info" << "Info";
     QTest::newRow("outside 15") << QList<int>{9, 15} << "ORDER BY Info" << "Info";
   }
+  // clang-format on
   void clicks() {
     QFETCH(QList<int>, clicks);
     QFETCH(QString, key);
@@ -227,6 +231,7 @@ class TestEditListLogic : public QObject {
     QCOMPARE(state.ListSortField, field);
   }
 
+  // clang-format off
   void autoSortKeys_data() {
     QTest::addColumn<double>("alt");
     QTest::addColumn<double>("az");
@@ -241,6 +246,7 @@ class TestEditListLogic : public QObject {
         {"slice edge 30", 0, 30, 30}};
     for (const auto& r : rows) QTest::newRow(r.name) << r.alt << r.az << r.key;
   }
+  // clang-format on
   void autoSortKeys() {
     QFETCH(double, alt);
     QFETCH(double, az);

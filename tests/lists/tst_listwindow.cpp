@@ -221,6 +221,7 @@ class TestListWindow : public QObject {
   }
 
   // Every row marked; the dialog answered on the second row by each button.
+  // clang-format off
   void clearGoto_data() {
     QTest::addColumn<QString>("button");
     QTest::addColumn<QString>("choice");
@@ -229,6 +230,7 @@ class TestListWindow : public QObject {
     QTest::newRow("all") << "Command1" << "All" << " , , , ";
     QTest::newRow("cancel") << "cmdCancel" << "None" << "Y,Y,Y,Y";
   }
+  // clang-format on
   void clearGoto() {
     QFETCH(QString, button);
     QFETCH(QString, choice);

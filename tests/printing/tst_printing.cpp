@@ -56,6 +56,7 @@ class TestPrinting : public QObject {
     env_->state->UserDate = env_->fixedNow;
   }
 
+  // clang-format off
   void listPages_data() {
     QTest::addColumn<QString>("style");
     QTest::addColumn<int>("count");
@@ -67,6 +68,7 @@ class TestPrinting : public QObject {
     QTest::newRow("5 with comments: one page") << PrintStyleComments() << 5 << 1 << 1;
     QTest::newRow("11 with comments: three") << PrintStyleComments() << 11 << 1 << 3;
   }
+  // clang-format on
   void listPages() {
     QFETCH(QString, style);
     QFETCH(int, count);
@@ -83,6 +85,7 @@ class TestPrinting : public QObject {
              style == PrintStyleComments() ? count * copies : 0);
   }
 
+  // clang-format off
   void objectBlock_data() {
     QTest::addColumn<QString>("category");
     QTest::addColumn<QString>("objectText");
@@ -90,6 +93,7 @@ class TestPrinting : public QObject {
     QTest::newRow("catalog") << "Messier" << "Messier 7";
     QTest::newRow("the test minds case") << "double star" << "double star 7";
   }
+  // clang-format on
   void objectBlock() {
     QFETCH(QString, category);
     QFETCH(QString, objectText);
@@ -138,6 +142,7 @@ class TestPrinting : public QObject {
   }
 
   // The dialog's whole road to a PDF: each style, looked at as pictures of its pages.
+  // clang-format off
   void pdfOfEachStyle_data() {
     QTest::addColumn<QString>("option");  // none: the alignment chart
     QTest::addColumn<int>("pages");
@@ -146,6 +151,7 @@ class TestPrinting : public QObject {
     QTest::newRow("chart") << "optChart" << 2;
     QTest::newRow("alignment chart") << "" << 2;
   }
+  // clang-format on
   void pdfOfEachStyle() {
     QFETCH(QString, option);
     QFETCH(int, pages);

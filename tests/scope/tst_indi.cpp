@@ -97,6 +97,7 @@ class TestIndi : public QObject {
   }
 
   // What cannot work says why, for the GoTo and the read-back; Setup's Find lists telescopes.
+  // clang-format off
   void failures_data() {
     QTest::addColumn<int>("server");  // 0: none, 1: many, 2: the Celestron driver alone
     QTest::addColumn<QString>("device");
@@ -108,6 +109,7 @@ class TestIndi : public QObject {
            "Celestron GPS.";
     QTest::newRow("no device named") << 1 << " " << "No INDI device is named in Setup.";
   }
+  // clang-format on
   void failures() {
     QFETCH(int, server);
     QFETCH(QString, device);

@@ -94,6 +94,7 @@ class TestScopeLink : public QObject {
   }
 
   // Position fields from RA and Dec minutes (Dec south from 21600 down).
+  // clang-format off
   void display_data() {
     QTest::addColumn<double>("raMinutes");
     QTest::addColumn<double>("decMinutes");
@@ -106,12 +107,14 @@ class TestScopeLink : public QObject {
     QTest::newRow("just south of 0") << 0.0 << 21599.9 << "0|0|-|0|0";
     QTest::newRow("dec minute 59.6 carries") << 0.0 << 659.6 << "0|0|+|11|0";
   }
+  // clang-format on
   void display() {
     QFETCH(double, raMinutes);
     QFETCH(double, decMinutes);
     QTEST(Shown(DisplayPosition(raMinutes, decMinutes)), "shown");
   }
 
+  // clang-format off
   void route_data() {
     QTest::addColumn<QString>("commPort");
     QTest::addColumn<QString>("target");  // serial device or relay host:port
@@ -119,6 +122,7 @@ class TestScopeLink : public QObject {
     QTest::newRow("HCD :port") << "HCD :4030" << "127.0.0.1:4030";
     QTest::newRow("zero") << "0" << "127.0.0.1:2000";
   }
+  // clang-format on
   void route() {
     QFETCH(QString, commPort);
     const ScopeRoute r = ScopeRoute::of(commPort);
@@ -128,6 +132,7 @@ class TestScopeLink : public QObject {
   // Each family's bytes over a pseudo-terminal (or the relay) and read back, then the failures
   // and their messages. A serial read waits with the hourglass; a relay read returns on the
   // reply's "#"; nothing waits longer than a few seconds.
+  // clang-format off
   void exchanges_data() {
     QTest::addColumn<LinkRow>("row");
     const QString n = QStringLiteral("normal");
@@ -166,6 +171,7 @@ class TestScopeLink : public QObject {
     QTest::newRow("short BIG reply is silent")
         << LinkRow{"BIG", "short", "+", true, {}, none, {}, {}};
   }
+  // clang-format on
   void exchanges() {
     QFETCH(LinkRow, row);
     SimRig rig;
@@ -199,6 +205,7 @@ class TestScopeLink : public QObject {
   }
 
   // A port that will not open says why and what to do.
+  // clang-format off
   void portOpenTexts_data() {
     QTest::addColumn<int>("fault");
     QTest::addColumn<bool>("pending");
@@ -218,6 +225,7 @@ class TestScopeLink : public QObject {
         << "You were added to the group dialout, which may use /dev/ttyUSB0, after this session "
            "began.\nLog out and log in again (or restart the computer), then try again.";
   }
+  // clang-format on
   void portOpenTexts() {
     QFETCH(int, fault);
     QFETCH(bool, pending);
@@ -240,6 +248,7 @@ class TestScopeLink : public QObject {
   }
 
   // The typed checks, the guard at the zenith, a panel's trap when the timers fail to start.
+  // clang-format off
   void quickGoto_data() {
     QTest::addColumn<QuickRow>("row");
     const QString fine = QStringLiteral("1|0|0|+|0|0|0");
@@ -266,6 +275,7 @@ class TestScopeLink : public QObject {
     QTest::newRow("above, yes") << QuickRow{"", 0, 89, true, true, 0, {above}, true};
     QTest::newRow("below, no") << QuickRow{"", 91, 95, false, true, 0, {below}, false};
   }
+  // clang-format on
   void quickGoto() {
     QFETCH(QuickRow, row);
     SimRig rig;  // a telescope only where a slew is due: any other slew fails aloud
@@ -297,6 +307,7 @@ class TestScopeLink : public QObject {
 
   // A list row's fields go by their leading numbers (a blank minutes field is 0, not "Invalid
   // Coordinates"); the row is marked only after a slew.
+  // clang-format off
   void listGoto_data() {
     QTest::addColumn<QString>("situation");
     QTest::addColumn<QStringList>("texts");
@@ -306,6 +317,7 @@ class TestScopeLink : public QObject {
     QTest::newRow("error 5 is silent") << "err5" << QStringList{};
     QTest::newRow("hand control: error 5 is silent too") << "hand control" << QStringList{};
   }
+  // clang-format on
   void listGoto() {
     QFETCH(QString, situation);
     QFETCH(QStringList, texts);
@@ -339,6 +351,7 @@ class TestScopeLink : public QObject {
   void flipSign() { QCOMPARE(FlipDecSign("-") + FlipDecSign("x"), QStringLiteral("++")); }
 
   // The rounded minutes carry into the next unit, RA wraps at 24h, a blank sign is left out.
+  // clang-format off
   void chartCommands_data() {
     QTest::addColumn<QList<double>>("p");  // RA h, m, Dec d, m
     QTest::addColumn<QString>("sign");
@@ -350,12 +363,14 @@ class TestScopeLink : public QObject {
     QTest::newRow("24h wraps") << QList<double>{23, 59.7, 89, 59.9} << "-"
                                << "SETRA RA:0h0m00.00s|SETDEC DEC:-90d0m00s";
   }
+  // clang-format on
   void chartCommands() {
     QFETCH(QList<double>, p);
     QFETCH(QString, sign);
     QTEST(ChartServerCommands(p[0], p[1], sign, p[2], p[3], 5).mid(0, 2).join('|'), "sent");
   }
 
+  // clang-format off
   void moveChart_data() {
     QTest::addColumn<QByteArray>("greeting");  // null: hangs up; "-": nothing listens
     QTest::addColumn<QByteArray>("answer");
@@ -377,6 +392,7 @@ class TestScopeLink : public QObject {
     QTest::newRow("nothing listening") << QByteArray("-") << QByteArray() << QStringList{}
                                        << "Start CDC before using this feature.";
   }
+  // clang-format on
   void moveChart() {
     QFETCH(QByteArray, greeting);
     QFETCH(QByteArray, answer);

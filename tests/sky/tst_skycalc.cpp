@@ -51,6 +51,7 @@ class TestSkyCalc : public QObject {
   Q_OBJECT
 
  private slots:
+  // clang-format off
   void sidereal_data() {
     QTest::addColumn<QString>("site");
     QTest::addColumn<QDateTime>("userDate");
@@ -62,6 +63,7 @@ class TestSkyCalc : public QObject {
     QTest::newRow("years ago, not normalised")
         << "E 127 40 N 26 20" << QDateTime(QDate(2000, 1, 1), QTime(20, 30)) << -183.9905460546288;
   }
+  // clang-format on
   void sidereal() {
     QFETCH(QString, site);
     QFETCH(QDateTime, userDate);
@@ -103,6 +105,7 @@ class TestSkyCalc : public QObject {
   }
 
   // Exact values to a tenth; the sky's geometry is crossCheck's.
+  // clang-format off
   void altitudeAzimuth_data() {
     QTest::addColumn<AltAzRow>("row");
     const QString n = QStringLiteral("E 151 12 N 26 20");
@@ -113,6 +116,7 @@ class TestSkyCalc : public QObject {
     QTest::newRow("pole, 1.25") << AltAzRow{pole, 90, "+", "1", "15", 1.2, qQNaN()};
     QTest::newRow("pole, -1.45") << AltAzRow{pole, 90, "-", "1", "27", -1.4, qQNaN()};
   }
+  // clang-format on
   void altitudeAzimuth() {
     QFETCH(AltAzRow, row);
     TestEnv env;
@@ -140,6 +144,7 @@ class TestSkyCalc : public QObject {
     for (const auto& e : env.prompter.entries) QCOMPARE(e.title, QStringLiteral("Error"));
   }
 
+  // clang-format off
   void separation_data() {
     QTest::addColumn<SkyPosition>("first");
     QTest::addColumn<SkyPosition>("second");
@@ -157,6 +162,7 @@ class TestSkyCalc : public QObject {
     QTest::newRow("bad text: 0 and a message")
         << kVega << SkyPosition{"6", "23.9518", "-", "fifty", "41.74"} << 0.0;
   }
+  // clang-format on
   void separation() {
     QFETCH(SkyPosition, first);
     QFETCH(SkyPosition, second);
