@@ -7,8 +7,8 @@
 
 #include "benchsetup.h"
 #include "benchstats.h"
-#include "plainsky.h"
 #include "lists/autosort.h"
+#include "plainsky.h"
 #include "sky/skycalc.h"
 
 namespace {
@@ -20,9 +20,9 @@ void plainSort(const AppState& state, const Database& doc) {
                             bench::latitudeDegrees(state.settings)};
   std::vector<qint64> ids;
   std::vector<double> keys;
-  Statement read = doc.prepare(QStringLiteral(
-      "SELECT rowid, RAHour, RAMinute, DecSign, DecDeg, DecMinute FROM Objects "
-      "ORDER BY DisplayOrder, rowid"));
+  Statement read = doc.prepare(
+      QStringLiteral("SELECT rowid, RAHour, RAMinute, DecSign, DecDeg, DecMinute FROM Objects "
+                     "ORDER BY DisplayOrder, rowid"));
   while (read.step()) {
     double alt = 0, az = 0;
     sky.altAz(read.doubleValue(1), read.doubleValue(2),
@@ -36,7 +36,8 @@ void plainSort(const AppState& state, const Database& doc) {
   std::iota(order.begin(), order.end(), 0);
   std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return keys[a] < keys[b]; });
   Database::Transaction batch(doc);
-  Statement write = doc.prepare(QStringLiteral("UPDATE Objects SET DisplayOrder = ?1 WHERE rowid = ?2"));
+  Statement write =
+      doc.prepare(QStringLiteral("UPDATE Objects SET DisplayOrder = ?1 WHERE rowid = ?2"));
   for (size_t n = 0; n < order.size(); ++n) {
     write.bindInt64(1, qint64(n + 1));
     write.bindInt64(2, ids[size_t(order[n])]);
@@ -60,8 +61,8 @@ int main(int argc, char** argv) {
   } cases[] = {{2000, 2, 50}, {40000, 6, 1000}};
   bool met = true;
   for (const auto& c : cases) {
-    const QString path = bench::listOfPage(state, setup.dir, QStringLiteral("sort%1.tlf").arg(c.rows),
-                                           c.tab, c.rows);
+    const QString path = bench::listOfPage(state, setup.dir,
+                                           QStringLiteral("sort%1.tlf").arg(c.rows), c.tab, c.rows);
     auto doc = Database::open(path, Database::Mode::ReadWrite);
     Recordset list(doc, QStringLiteral("Objects"));  // the editor's open list
     list.MoveLast();

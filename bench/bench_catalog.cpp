@@ -8,12 +8,12 @@
 
 #include "benchsetup.h"
 #include "benchstats.h"
-#include "plainsky.h"
 #include "catalog/catalogpages.h"
 #include "catalog/database.h"
 #include "catalog/jetsql.h"
 #include "catalog/recordset.h"
 #include "core/appstate.h"
+#include "plainsky.h"
 #include "sky/altitudefilter.h"
 #include "sky/skycalc.h"
 
@@ -82,16 +82,19 @@ int main(int argc, char** argv) {
         const double lst = SiderealDegreesAtUserDate(state);
         rows = 0;
         for (const CatalogPage& p : CatalogPages()) {
-          Statement st = pageInOrder(*dbOf(p), PageRecordSource(state, p.querySet),
-                                     QStringLiteral("RAHour, RAMinute, DecSign, DecDeg, DecMinute"));
+          Statement st =
+              pageInOrder(*dbOf(p), PageRecordSource(state, p.querySet),
+                          QStringLiteral("RAHour, RAMinute, DecSign, DecDeg, DecMinute"));
           std::vector<qint64> ids;
           while (st.step()) {
             ++rows;
             const double sign = st.value(3).toString() == QLatin1String("-") ? -1 : 1;
             const double dec = (st.doubleValue(4) + st.doubleValue(5) / 60) * sign * 0.017453;
             const double ha = (lst - (st.doubleValue(1) + st.doubleValue(2) / 60) * 15) * 0.017453;
-            const double sn = std::sin(lat) * std::sin(dec) + std::cos(lat) * std::cos(dec) * std::cos(ha);
-            if (std::atan(sn / std::sqrt(-sn * sn + 1)) * 57.2958 >= 20) ids.push_back(st.int64Value(0));
+            const double sn =
+                std::sin(lat) * std::sin(dec) + std::cos(lat) * std::cos(dec) * std::cos(ha);
+            if (std::atan(sn / std::sqrt(-sn * sn + 1)) * 57.2958 >= 20)
+              ids.push_back(st.int64Value(0));
           }
         }
       });

@@ -8,12 +8,12 @@
 
 #include "benchsetup.h"
 #include "benchstats.h"
-#include "plainsky.h"
 #include "charts/skywidget.h"
 #include "core/mainwindow.h"
 #include "lists/editlist.h"
 #include "lists/listview.h"
 #include "lists/listwindow.h"
+#include "plainsky.h"
 
 namespace {
 
@@ -77,17 +77,16 @@ int main(int argc, char** argv) {
                 0);
   const ChartConstants& small = ChartConstantsFor(ChartWindow::EditList);
   QImage editorImage(editor.sky()->surface().image().size(), QImage::Format_RGB32);
-  bench::report(out, QStringLiteral("list editor chart redraw (load, date change)"),
-                bench::measure([&](int) { editor.DrawSkyChart(); },
-                               [&](int) {
-                                 const bench::PlainSky sky{SiderealDegreesAtUserDate(state),
-                                                           bench::latitudeDegrees(state.settings)};
-                                 plainChart(stars, sky, small, editorImage);
-                               },
-                               [&](int run) {
-                                 state.UserDate =
-                                     QDateTime(QDate::currentDate(), QTime(18 + run, 30));
-                               }),
-                10);
+  bench::report(
+      out, QStringLiteral("list editor chart redraw (load, date change)"),
+      bench::measure(
+          [&](int) { editor.DrawSkyChart(); },
+          [&](int) {
+            const bench::PlainSky sky{SiderealDegreesAtUserDate(state),
+                                      bench::latitudeDegrees(state.settings)};
+            plainChart(stars, sky, small, editorImage);
+          },
+          [&](int run) { state.UserDate = QDateTime(QDate::currentDate(), QTime(18 + run, 30)); }),
+      10);
   return 0;
 }

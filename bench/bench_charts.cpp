@@ -118,8 +118,7 @@ int main(int argc, char** argv) {
   std::vector<SkyCoordinates> stars;
   for (const MapStar& s : LoadAlignmentStars(*catalog)) stars.push_back(s.position);
   met &= bench::report(out,
-                       QStringLiteral("Alignment chart and best pairs, %1 stars")
-                           .arg(stars.size()),
+                       QStringLiteral("Alignment chart and best pairs, %1 stars").arg(stars.size()),
                        bench::measure(
                            [&](int) {
                              align.DrawAlignmentChart();

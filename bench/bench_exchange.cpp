@@ -19,8 +19,8 @@ constexpr int kObjects = 10000;
 // Reads every column of every row of the list, in the list's order.
 void readRows(const QString& path, int limit) {
   Database db(path, Database::Mode::ReadOnly);
-  Statement st = db.prepare(
-      QStringLiteral("SELECT * FROM Objects ORDER BY DisplayOrder LIMIT %1").arg(limit));
+  Statement st =
+      db.prepare(QStringLiteral("SELECT * FROM Objects ORDER BY DisplayOrder LIMIT %1").arg(limit));
   QString sink;
   while (st.step())
     for (int i = 0; i < st.columnCount(); ++i) sink += st.value(i).toString();
@@ -72,9 +72,9 @@ int main(int argc, char** argv) {
       [&](int) { target = bench::freshList(state, dir, QStringLiteral("target.tlf")); });
   // The last prepared list holds the floor's rows; import once more to check what it stores.
   target = bench::freshList(state, dir, QStringLiteral("target.tlf"));
-  imported &= ImportFile(ImportFormat::Csv, csv, true,
-                         Database::open(target, Database::Mode::ReadWrite),
-                         ImportTarget::CurrentList);
+  imported &=
+      ImportFile(ImportFormat::Csv, csv, true, Database::open(target, Database::Mode::ReadWrite),
+                 ImportTarget::CurrentList);
   Database check(target, Database::Mode::ReadOnly);
   Statement count = check.prepare(QStringLiteral("SELECT COUNT(*) FROM Objects"));
   count.step();

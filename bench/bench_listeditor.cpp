@@ -30,8 +30,9 @@ int main(int argc, char** argv) {
             QStringLiteral("SELECT %1 FROM NGCObjects WHERE rowid = ?1").arg(columns.join(", ")));
         QStringList marks;
         for (int i = 0; i <= columns.size(); ++i) marks << QStringLiteral("?%1").arg(i + 1);
-        Statement write = doc->prepare(QStringLiteral("INSERT INTO Objects (%1, DisplayOrder) VALUES (%2)")
-                                           .arg(columns.join(", "), marks.join(", ")));
+        Statement write =
+            doc->prepare(QStringLiteral("INSERT INTO Objects (%1, DisplayOrder) VALUES (%2)")
+                             .arg(columns.join(", "), marks.join(", ")));
         Database::Transaction batch(*doc);
         for (int n = 0; n < selection.size(); ++n) {
           read.bindInt64(1, selection[n]);
@@ -46,8 +47,9 @@ int main(int argc, char** argv) {
       },
       [&](int run) {
         static int n = 0;
-        doc = Database::open(bench::freshList(state, setup.dir, QStringLiteral("add%1.tlf").arg(n++)),
-                             Database::Mode::ReadWrite);
+        doc =
+            Database::open(bench::freshList(state, setup.dir, QStringLiteral("add%1.tlf").arg(n++)),
+                           Database::Mode::ReadWrite);
         Q_UNUSED(run);
       });
   return bench::report(out, QStringLiteral("add a selection of 500 NGC rows"), m, 300) ? 0 : 2;

@@ -40,11 +40,10 @@ int main(int argc, char** argv) {
   };
 
   const QString compact = bench::catalogRowsList(state, dir, QStringLiteral("compact.tlf"), 500);
-  bool met = bench::report(
-      out, QStringLiteral("Compact list, 500 objects, to PDF"),
-      bench::measure([&](int) { toPdf(compact, PrintStyleCompact()); },
-                     [&](int) { readRows(compact); }),
-      1000);
+  bool met = bench::report(out, QStringLiteral("Compact list, 500 objects, to PDF"),
+                           bench::measure([&](int) { toPdf(compact, PrintStyleCompact()); },
+                                          [&](int) { readRows(compact); }),
+                           1000);
 
   // Each object moved to the northern sky, where it stands above the horizon all night.
   const QString chart = bench::catalogRowsList(state, dir, QStringLiteral("chart.tlf"), 300);
@@ -56,9 +55,9 @@ int main(int argc, char** argv) {
                      [&](int) {
                        Recordset objects(Database::open(chart, Database::Mode::ReadOnly),
                                          QStringLiteral("Objects"));
-                       Recordset stars(Database::open(state.catalogPath(),
-                                                      Database::Mode::ReadOnly),
-                                       QStringLiteral("MapStars to 4_5"));
+                       Recordset stars(
+                           Database::open(state.catalogPath(), Database::Mode::ReadOnly),
+                           QStringLiteral("MapStars to 4_5"));
                        double sum = 0;
                        for (Recordset* rs : {&objects, &stars})
                          for (rs->MoveFirst(); !rs->isEOF(); rs->MoveNext())

@@ -15,12 +15,12 @@
 #include <cstdlib>
 
 #include "benchstats.h"
-#include "silentprompter.h"
 #include "core/appstate.h"
 #include "core/mainwindow.h"
 #include "core/paths.h"
 #include "core/settings.h"
 #include "core/widgetprompter.h"
+#include "silentprompter.h"
 
 namespace {
 

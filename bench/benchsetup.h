@@ -5,13 +5,13 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "silentprompter.h"
 #include "catalog/catalogpages.h"
 #include "catalog/database.h"
 #include "catalog/recordset.h"
 #include "core/appstate.h"
 #include "core/paths.h"
 #include "lists/editlistlogic.h"
+#include "silentprompter.h"
 
 namespace bench {
 
@@ -53,8 +53,8 @@ inline QString listOfPage(const AppState& state, const QTemporaryDir& dir, const
 
 // A new list of the first n rows of the NGC and then the IC catalog, copied straight in SQL
 // (DisplayOrder from the catalog's row ids).
-inline QString catalogRowsList(const AppState& state, const QTemporaryDir& dir,
-                               const QString& name, int n) {
+inline QString catalogRowsList(const AppState& state, const QTemporaryDir& dir, const QString& name,
+                               int n) {
   const QString path = freshList(state, dir, name);
   Database db(path, Database::Mode::ReadWrite);
   db.exec(QStringLiteral("ATTACH DATABASE '%1' AS cat").arg(state.catalogPath()));

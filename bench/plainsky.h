@@ -26,8 +26,8 @@ struct PlainSky {
     *altitude = std::round(std::asin(s) / k * 10) / 10;
     if (!azimuth) return;
     const double den = std::cos(h) * std::cos(d) * std::sin(lat) - std::sin(d) * std::cos(lat);
-    *azimuth = std::round(std::atan(std::sin(h) * std::cos(d) / den) / k * 10) / 10 +
-               (den < 0 ? 180 : 0);
+    *azimuth =
+        std::round(std::atan(std::sin(h) * std::cos(d) / den) / k * 10) / 10 + (den < 0 ? 180 : 0);
   }
 };
 

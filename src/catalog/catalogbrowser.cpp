@@ -77,8 +77,8 @@ void CatalogBrowser::buildPage(int tab) {
 
   auto* bottom = new QHBoxLayout;
   auto* searchColumn = new QVBoxLayout;
-  searchColumn->addWidget(named(new QLabel(QStringLiteral("Search for:"), p->widget),
-                                QStringLiteral("lblSearch")));
+  searchColumn->addWidget(
+      named(new QLabel(QStringLiteral("Search for:"), p->widget), QStringLiteral("lblSearch")));
   p->search = named(new QLineEdit(p->widget), def.searchBox);
   // The hand control window's pages are narrow: their find buttons stand one above another.
   const bool narrow = host_ == BrowserHost::HHC;
@@ -88,8 +88,8 @@ void CatalogBrowser::buildPage(int tab) {
   searchColumn->addStretch(1);
   bottom->addLayout(searchColumn);
 
-  auto* column = named(new QGroupBox(def.searchFrameCaption, p->widget),
-                       QStringLiteral("fraColumn"));
+  auto* column =
+      named(new QGroupBox(def.searchFrameCaption, p->widget), QStringLiteral("fraColumn"));
   auto* columnLayout = new QVBoxLayout(column);
   p->optNum = named(new QRadioButton(def.numberOptionCaption, column), def.numberOption);
   p->optName = named(new QRadioButton(def.nameOptionCaption, column), def.nameOption);
@@ -98,7 +98,8 @@ void CatalogBrowser::buildPage(int tab) {
   columnLayout->addWidget(p->optName);
   bottom->addWidget(column);
 
-  auto* search = named(new QGroupBox(QStringLiteral("Search"), p->widget), QStringLiteral("fraSearch"));
+  auto* search =
+      named(new QGroupBox(QStringLiteral("Search"), p->widget), QStringLiteral("fraSearch"));
   auto* searchLayout =
       new QBoxLayout(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, search);
   if (narrow) {
@@ -116,8 +117,8 @@ void CatalogBrowser::buildPage(int tab) {
 
   p->extras = new QVBoxLayout;
   if (def.querySet == 7) {
-    p->cmdEditUser = named(new QPushButton(QStringLiteral("Edit"), p->widget),
-                           QStringLiteral("cmdEditUser"));
+    p->cmdEditUser =
+        named(new QPushButton(QStringLiteral("Edit"), p->widget), QStringLiteral("cmdEditUser"));
     p->extras->addWidget(p->cmdEditUser);
     connect(p->cmdEditUser, &QPushButton::clicked, this, [this] { editUserObjects(); });
   }
@@ -131,9 +132,11 @@ void CatalogBrowser::buildPage(int tab) {
   p->grid->installEventFilter(this);
   p->grid->viewport()->installEventFilter(this);
 
-  connect(p->search, &QLineEdit::textChanged, this, [this, tab] { setDefaultFind(tab, pages_[tab]->cmdFind); });
+  connect(p->search, &QLineEdit::textChanged, this,
+          [this, tab] { setDefaultFind(tab, pages_[tab]->cmdFind); });
   for (QRadioButton* o : {p->optNum, p->optName})
-    connect(o, &QRadioButton::clicked, this, [this, tab] { setDefaultFind(tab, pages_[tab]->cmdFind); });
+    connect(o, &QRadioButton::clicked, this,
+            [this, tab] { setDefaultFind(tab, pages_[tab]->cmdFind); });
   connect(p->cmdFind, &QPushButton::clicked, this, [this, tab] { find(tab, FindFirst); });
   connect(p->cmdNext, &QPushButton::clicked, this, [this, tab] { find(tab, FindNext); });
   connect(p->cmdPrev, &QPushButton::clicked, this, [this, tab] { find(tab, FindPrev); });
@@ -142,7 +145,8 @@ void CatalogBrowser::buildPage(int tab) {
   connect(p->grid, &DataGrid::rowColChange, this,
           [this, tab](const QVariant& last) { rowChanged(tab, last); });
   connect(p->grid, &DataGrid::gridClicked, this, [this, tab] { emit pageClicked(tab); });
-  connect(p->grid, &DataGrid::gridDoubleClicked, this, [this, tab] { emit pageDoubleClicked(tab); });
+  connect(p->grid, &DataGrid::gridDoubleClicked, this,
+          [this, tab] { emit pageDoubleClicked(tab); });
   if (host_ == BrowserHost::EditList) {
     connect(p->grid, &DataGrid::gridMousePressed, this,
             [this](Qt::MouseButton, Qt::KeyboardModifiers modifiers) {

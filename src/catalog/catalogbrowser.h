@@ -56,10 +56,10 @@ class CatalogBrowser : public QTabWidget {
   QLineEdit* currentSearchBox() const { return searchBox(currentIndex()); }
 
  signals:
-  void pageRowChanged(int tab);     // a page grid changed row (after the selection rule)
+  void pageRowChanged(int tab);  // a page grid changed row (after the selection rule)
   void pageClicked(int tab);
   void pageDoubleClicked(int tab);
-  void pageEntered(int tab);        // a page grid got the focus
+  void pageEntered(int tab);  // a page grid got the focus
 
  private:
   struct Page;

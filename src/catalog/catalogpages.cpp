@@ -4,8 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "core/appstate.h"
 #include "core/apperror.h"
+#include "core/appstate.h"
 
 namespace {
 
@@ -101,14 +101,19 @@ std::array<CatalogPage, 8> buildPages() {
   using S = CatalogPage::Source;
   // The SAO page's search controls say "SAO" where its grid and data control say "SAOStars".
   return {{
-      makePage(0, 4, "Messier", "MessierObjects", "datMessierRS", "DBMessier", "Messier", "Messier", false),
-      makePage(1, 0, "Caldwell", "CaldwellObjects", "datCaldwellRS", "DBCaldwell", "Caldwell", "Caldwell", false),
+      makePage(0, 4, "Messier", "MessierObjects", "datMessierRS", "DBMessier", "Messier", "Messier",
+               false),
+      makePage(1, 0, "Caldwell", "CaldwellObjects", "datCaldwellRS", "DBCaldwell", "Caldwell",
+               "Caldwell", false),
       makePage(2, 5, "NGC", "NGCObjects", "datNGCRS", "DBNGC", "NGC", "NGC", false),
       makePage(3, 3, "IC", "ICObjects", "datICRS", "DBIC", "IC", "IC", false),
       makePage(4, 2, "Deep-sky", "DeepSpaceObjects", "datDSORS", "DBDSO", "DSO", "DSO", true),
-      makePage(5, 7, "User Supplied", "UserObjects", "datUserRS", "DBUser", "User", "User", true, S::UserList),
-      makePage(6, 6, "SAO Stars", "StarObjects", "datSAOStarsRS", "DBSAOStars", "SAO", "SAO", false),
-      makePage(7, 1, "Double Stars", "DoubleStarObjects", "datDoubleRS", "DBDoubles", "Double", "Double", false),
+      makePage(5, 7, "User Supplied", "UserObjects", "datUserRS", "DBUser", "User", "User", true,
+               S::UserList),
+      makePage(6, 6, "SAO Stars", "StarObjects", "datSAOStarsRS", "DBSAOStars", "SAO", "SAO",
+               false),
+      makePage(7, 1, "Double Stars", "DoubleStarObjects", "datDoubleRS", "DBDoubles", "Double",
+               "Double", false),
   }};
 }
 
@@ -145,6 +150,6 @@ void EnsureUserList(AppState& state) {
   QDir().mkpath(QFileInfo(target).absolutePath());
   if (!QFile::copy(source, target)) throw AppError::ofFile(ErrNo::PathFileAccess, target);
   // The copy keeps the template's read-only mode when it is installed that way.
-  QFile::setPermissions(target, QFile::permissions(target) | QFileDevice::WriteOwner |
-                                    QFileDevice::ReadOwner);
+  QFile::setPermissions(
+      target, QFile::permissions(target) | QFileDevice::WriteOwner | QFileDevice::ReadOwner);
 }

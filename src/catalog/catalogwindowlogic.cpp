@@ -17,8 +17,9 @@ QString UserListOutdatedTitle() { return QStringLiteral("Alert!"); }
 QString UserListOutdatedMessage() {
   return QStringLiteral("Your User List needs to be updated in order to sort on RA.") +
          QLatin1Char('\n') +
-         QStringLiteral("Please report this on the Tavorine issue tracker, and we will tell you "
-                        "how to update it.");
+         QStringLiteral(
+             "Please report this on the Tavorine issue tracker, and we will tell you "
+             "how to update it.");
 }
 
 QString UserObjectsTable() { return QStringLiteral("UserObjects"); }

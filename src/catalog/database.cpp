@@ -20,7 +20,8 @@ namespace {
 QString whyNotWritten(const QString& file) {
   const QFileInfo info(file);
   if (!info.exists()) return QStringLiteral("the file is no longer there");
-  if (!QFileInfo(info.absolutePath()).isWritable()) return QStringLiteral("its folder cannot be written");
+  if (!QFileInfo(info.absolutePath()).isWritable())
+    return QStringLiteral("its folder cannot be written");
   if (!info.isWritable()) return QStringLiteral("the file is read-only");
   return QString();
 }
@@ -36,16 +37,12 @@ AppError dbError(sqlite3* db) {
       case SQLITE_READONLY:
       case SQLITE_CANTOPEN:
       case SQLITE_IOERR:
-      case SQLITE_PERM:
-        e.about(path, whyNotWritten(path));
-        break;
+      case SQLITE_PERM: e.about(path, whyNotWritten(path)); break;
       case SQLITE_BUSY:
       case SQLITE_LOCKED:
       case SQLITE_NOTADB:
       case SQLITE_CORRUPT:
-      case SQLITE_FULL:
-        e.about(path);
-        break;
+      case SQLITE_FULL: e.about(path); break;
       default: break;
     }
   }
@@ -58,12 +55,9 @@ const char* const kInvalidCall = "Invalid procedure call or argument";
 
 QString textOf(sqlite3_value* v) {
   switch (sqlite3_value_type(v)) {
-    case SQLITE_INTEGER:
-      return QString::number(sqlite3_value_int64(v));
-    case SQLITE_FLOAT:
-      return PlainNumber(sqlite3_value_double(v));
-    case SQLITE_NULL:
-      return QString();
+    case SQLITE_INTEGER: return QString::number(sqlite3_value_int64(v));
+    case SQLITE_FLOAT: return PlainNumber(sqlite3_value_double(v));
+    case SQLITE_NULL: return QString();
     default:
       return QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_value_text(v)),
                                sqlite3_value_bytes(v));
@@ -104,17 +98,10 @@ void fnVal(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
   }
   sqlite3_value* v = argv[0];
   switch (sqlite3_value_type(v)) {
-    case SQLITE_INTEGER:
-      sqlite3_result_int64(ctx, sqlite3_value_int64(v));
-      return;
-    case SQLITE_FLOAT:
-      sqlite3_result_double(ctx, sqlite3_value_double(v));
-      return;
-    case SQLITE_NULL:
-      sqlite3_result_int(ctx, 0);
-      return;
-    default:
-      break;
+    case SQLITE_INTEGER: sqlite3_result_int64(ctx, sqlite3_value_int64(v)); return;
+    case SQLITE_FLOAT: sqlite3_result_double(ctx, sqlite3_value_double(v)); return;
+    case SQLITE_NULL: sqlite3_result_int(ctx, 0); return;
+    default: break;
   }
   // The program's own conversion, over the text's bytes as the engine holds them.
   const char* text = reinterpret_cast<const char*>(sqlite3_value_text(v));
@@ -141,8 +128,8 @@ void fnMid(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
   }
   qint64 start = 0, length = -1;
   if (sqlite3_value_type(argv[1]) == SQLITE_NULL || !wholeArg(argv[1], &start) || start < 1 ||
-      (argc == 3 && (sqlite3_value_type(argv[2]) == SQLITE_NULL || !wholeArg(argv[2], &length) ||
-                     length < 0))) {
+      (argc == 3 &&
+       (sqlite3_value_type(argv[2]) == SQLITE_NULL || !wholeArg(argv[2], &length) || length < 0))) {
     sqlite3_result_error(ctx, kInvalidCall, -1);
     return;
   }
@@ -164,7 +151,8 @@ void fnInstr(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
     }
     t = 1;
   }
-  if (sqlite3_value_type(argv[t]) == SQLITE_NULL || sqlite3_value_type(argv[t + 1]) == SQLITE_NULL) {
+  if (sqlite3_value_type(argv[t]) == SQLITE_NULL ||
+      sqlite3_value_type(argv[t + 1]) == SQLITE_NULL) {
     sqlite3_result_null(ctx);
     return;
   }
@@ -185,15 +173,10 @@ void fnInstr(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
 void fnTrim(sqlite3_context* ctx, int, sqlite3_value** argv) {
   sqlite3_value* v = argv[0];
   switch (sqlite3_value_type(v)) {
-    case SQLITE_NULL:
-      sqlite3_result_null(ctx);
-      return;
+    case SQLITE_NULL: sqlite3_result_null(ctx); return;
     case SQLITE_INTEGER:
-    case SQLITE_FLOAT:
-      resultText(ctx, textOf(v));
-      return;
-    default:
-      break;
+    case SQLITE_FLOAT: resultText(ctx, textOf(v)); return;
+    default: break;
   }
   const char* s = reinterpret_cast<const char*>(sqlite3_value_text(v));
   int n = sqlite3_value_bytes(v);
@@ -279,8 +262,8 @@ void RegisterClassicFunctions(sqlite3* db) {
   create(db, "cos", 1, fnMath<cosOf>);
   create(db, "sqr", 1, fnSqr);
   create(db, "likepattern", 1, fnLikePattern);
-  sqlite3_create_collation_v2(db, kObjectNumberCollation, SQLITE_UTF8, nullptr,
-                              collateObjectNumber, nullptr);
+  sqlite3_create_collation_v2(db, kObjectNumberCollation, SQLITE_UTF8, nullptr, collateObjectNumber,
+                              nullptr);
 }
 
 int CompareObjectNumbers(QByteArrayView a, QByteArrayView b) {
@@ -356,13 +339,9 @@ void Statement::bind(int index, const QVariant& value) {
       case QMetaType::LongLong:
       case QMetaType::UInt:
       case QMetaType::Short:
-      case QMetaType::Bool:
-        rc = sqlite3_bind_int64(stmt_, index, value.toLongLong());
-        break;
+      case QMetaType::Bool: rc = sqlite3_bind_int64(stmt_, index, value.toLongLong()); break;
       case QMetaType::Double:
-      case QMetaType::Float:
-        rc = sqlite3_bind_double(stmt_, index, value.toDouble());
-        break;
+      case QMetaType::Float: rc = sqlite3_bind_double(stmt_, index, value.toDouble()); break;
       default: {
         const QByteArray u = value.toString().toUtf8();
         rc = sqlite3_bind_text(stmt_, index, u.constData(), u.size(), SQLITE_TRANSIENT);
@@ -398,30 +377,25 @@ QString Statement::columnName(int index) const {
 
 QVariant Statement::value(int index) const {
   switch (sqlite3_column_type(stmt_, index)) {
-    case SQLITE_INTEGER:
-      return QVariant(qlonglong(sqlite3_column_int64(stmt_, index)));
-    case SQLITE_FLOAT:
-      return QVariant(sqlite3_column_double(stmt_, index));
-    case SQLITE_NULL:
-      return QVariant();
+    case SQLITE_INTEGER: return QVariant(qlonglong(sqlite3_column_int64(stmt_, index)));
+    case SQLITE_FLOAT: return QVariant(sqlite3_column_double(stmt_, index));
+    case SQLITE_NULL: return QVariant();
     default:
-      return QVariant(QString::fromUtf8(
-          reinterpret_cast<const char*>(sqlite3_column_text(stmt_, index)),
-          sqlite3_column_bytes(stmt_, index)));
+      return QVariant(
+          QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt_, index)),
+                            sqlite3_column_bytes(stmt_, index)));
   }
 }
 
 qint64 Statement::int64Value(int index) const { return sqlite3_column_int64(stmt_, index); }
 double Statement::doubleValue(int index) const { return sqlite3_column_double(stmt_, index); }
-bool Statement::isNull(int index) const {
-  return sqlite3_column_type(stmt_, index) == SQLITE_NULL;
-}
+bool Statement::isNull(int index) const { return sqlite3_column_type(stmt_, index) == SQLITE_NULL; }
 
 // ---- Database ----------------------------------------------------------------------------
 
 Database::Database(const QString& path, Mode mode) : path_(path), mode_(mode) {
-  const int flags = (mode == Mode::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) |
-                    SQLITE_OPEN_NOMUTEX;
+  const int flags =
+      (mode == Mode::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) | SQLITE_OPEN_NOMUTEX;
   const int rc = sqlite3_open_v2(path.toUtf8().constData(), &db_, flags, nullptr);
   if (rc != SQLITE_OK) {
     AppError e = dbError(db_);
@@ -435,7 +409,8 @@ Database::Database(const QString& path, Mode mode) : path_(path), mode_(mode) {
   RegisterClassicFunctions(db_);
   // The catalog (about 6 MB) is read whole by the altitude filter, its pages twice a query:
   // keep all of it in memory rather than read it from the file again each time.
-  if (mode == Mode::ReadOnly) sqlite3_exec(db_, "PRAGMA cache_size = -16384", nullptr, nullptr, nullptr);
+  if (mode == Mode::ReadOnly)
+    sqlite3_exec(db_, "PRAGMA cache_size = -16384", nullptr, nullptr, nullptr);
   // A file that is no database shows itself only at its first read: make that happen here.
   try {
     Statement s = prepare(QStringLiteral("SELECT count(*) FROM sqlite_master"));
@@ -484,7 +459,8 @@ Database::Transaction::Transaction(const Database& db) : db_(db) {
 
 Database::Transaction::~Transaction() {
   // A failed statement may already have ended the transaction.
-  if (active_ && db_.inTransaction()) sqlite3_exec(db_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+  if (active_ && db_.inTransaction())
+    sqlite3_exec(db_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
 void Database::Transaction::commit() {
@@ -497,8 +473,8 @@ namespace {
 QString schemaType(const Database& db, const QString& name) {
   QString n = name;
   if (n.startsWith(QLatin1Char('[')) && n.endsWith(QLatin1Char(']'))) n = n.mid(1, n.size() - 2);
-  Statement s = db.prepare(
-      QStringLiteral("SELECT type FROM sqlite_master WHERE name = ?1 COLLATE NOCASE"));
+  Statement s =
+      db.prepare(QStringLiteral("SELECT type FROM sqlite_master WHERE name = ?1 COLLATE NOCASE"));
   s.bind(1, n);
   return s.step() ? s.value(0).toString() : QString();
 }

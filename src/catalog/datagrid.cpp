@@ -75,8 +75,8 @@ void DataGrid::followRecordset(int row) {
     const QModelIndex idx = model_->index(row, col);
     // Judged before the view's own scrolling to the new current cell.
     const ScrollHint hint = scrollHintFor(idx);
-    selectionModel()->setCurrentIndex(idx, QItemSelectionModel::ClearAndSelect |
-                                               QItemSelectionModel::Rows);
+    selectionModel()->setCurrentIndex(
+        idx, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     scrollTo(idx, hint);
   } else {
     selectionModel()->clearCurrentIndex();
@@ -112,8 +112,8 @@ void DataGrid::currentChanged(const QModelIndex& current, const QModelIndex& pre
 void DataGrid::announceRowChange() {
   if (!rs_) return;
   const int row = rs_->currentRow();
-  const QVariant now = (row >= 0 && row < rs_->RecordCount()) ? QVariant(rs_->bookmarkAt(row))
-                                                              : QVariant();
+  const QVariant now =
+      (row >= 0 && row < rs_->RecordCount()) ? QVariant(rs_->bookmarkAt(row)) : QVariant();
   if (now == lastBookmark_ && now.isValid()) return;
   const QVariant last = lastBookmark_;
   lastBookmark_ = now;
@@ -163,8 +163,8 @@ void DataGrid::setCurrentColumn(int column) {
   const int row = rs_ ? rs_->currentRow() : -1;
   if (row < 0 || column < 0 || column >= model_->columnCount()) return;
   following_ = true;
-  selectionModel()->setCurrentIndex(model_->index(row, column),
-                                    QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  selectionModel()->setCurrentIndex(
+      model_->index(row, column), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   following_ = false;
 }
 
@@ -184,9 +184,7 @@ void DataGrid::clearSelectedBookmarks() {
   syncMarks();
 }
 
-void DataGrid::syncMarks() {
-  model_->setMarked(QSet<qint64>(selected_.begin(), selected_.end()));
-}
+void DataGrid::syncMarks() { model_->setMarked(QSet<qint64>(selected_.begin(), selected_.end())); }
 
 void DataGrid::mousePressEvent(QMouseEvent* event) {
   emit gridMousePressed(event->button(), event->modifiers());

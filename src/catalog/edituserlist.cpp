@@ -63,8 +63,8 @@ QString UserDataControl::caption() const { return caption_->text(); }
 // ---- the editor ---------------------------------------------------------------------------
 
 QString EditUserList::fieldName(int index) {
-  static const char* names[] = {"Category", "ObjectNum", "Name",   "Type",
-                                "RAHour",   "RAMinute",  "DecSign", "DecDeg",
+  static const char* names[] = {"Category",  "ObjectNum", "Name",          "Type",
+                                "RAHour",    "RAMinute",  "DecSign",       "DecDeg",
                                 "DecMinute", "Magnitude", "Constellation", "Info"};
   return QString::fromLatin1(names[index]);
 }
@@ -135,13 +135,15 @@ void EditUserList::build() {
   grid->addWidget(sample("45.7", "lblSampleDecMinute"), 7, 4);
 
   grid->addWidget(named(new QLabel(QStringLiteral("Entries above this line are required"), this),
-                        QStringLiteral("lblRequired")), 8, 0, 1, 6);
+                        QStringLiteral("lblRequired")),
+                  8, 0, 1, 6);
   Line1 = named(new QFrame(this), QStringLiteral("Line1"));
   Line1->setFrameShape(QFrame::HLine);
   Line1->setFrameShadow(QFrame::Sunken);
   grid->addWidget(Line1, 9, 0, 1, 6);
   grid->addWidget(named(new QLabel(QStringLiteral("Entries below this line are optional"), this),
-                        QStringLiteral("lblOptional")), 10, 0, 1, 6);
+                        QStringLiteral("lblOptional")),
+                  10, 0, 1, 6);
   grid->addWidget(label("Magnitude"), 11, 0);
   grid->addWidget(txtFields[9], 11, 1, 1, 5);
   grid->addWidget(label("Constellation"), 12, 0);
@@ -172,10 +174,14 @@ void EditUserList::build() {
 
   datUserRS = named(new UserDataControl(this), QStringLiteral("datUserRS"));
   root->addWidget(datUserRS);
-  connect(datUserRS, &UserDataControl::moveFirst, this, [this] { moveRecord(int(UserEditorKey::First)); });
-  connect(datUserRS, &UserDataControl::movePrevious, this, [this] { moveRecord(int(UserEditorKey::Previous)); });
-  connect(datUserRS, &UserDataControl::moveNext, this, [this] { moveRecord(int(UserEditorKey::Next)); });
-  connect(datUserRS, &UserDataControl::moveLast, this, [this] { moveRecord(int(UserEditorKey::Last)); });
+  connect(datUserRS, &UserDataControl::moveFirst, this,
+          [this] { moveRecord(int(UserEditorKey::First)); });
+  connect(datUserRS, &UserDataControl::movePrevious, this,
+          [this] { moveRecord(int(UserEditorKey::Previous)); });
+  connect(datUserRS, &UserDataControl::moveNext, this,
+          [this] { moveRecord(int(UserEditorKey::Next)); });
+  connect(datUserRS, &UserDataControl::moveLast, this,
+          [this] { moveRecord(int(UserEditorKey::Last)); });
 
   auto* buttons = new QHBoxLayout;
   auto button = [&](const char* caption, const char* name) {
@@ -197,7 +203,8 @@ void EditUserList::build() {
   connect(cmdDelete, &QPushButton::clicked, this, &EditUserList::onDelete);
   connect(cmdRefresh, &QPushButton::clicked, this, &EditUserList::onRefresh);
   connect(cmdFind, &QPushButton::clicked, this, &EditUserList::onFind);
-  connect(cmdClose, &QPushButton::clicked, this, [this] { RunIgnoringErrors([this] { close(); }); });
+  connect(cmdClose, &QPushButton::clicked, this,
+          [this] { RunIgnoringErrors([this] { close(); }); });
 
   // The form sees its keys before its controls.
   installEventFilter(this);
@@ -249,9 +256,8 @@ void EditUserList::showRecord() {
 void EditUserList::showDecSign() { cmdDecSign->setText(DecSignCaption(txtFields[6]->text())); }
 
 void EditUserList::enableFields() {
-  const bool row =
-      rs_ && (mbAddNewFlag || rs_->hasCurrentRow() ||
-              rs_->editMode() == Recordset::EditMode::AddNew);
+  const bool row = rs_ && (mbAddNewFlag || rs_->hasCurrentRow() ||
+                           rs_->editMode() == Recordset::EditMode::AddNew);
   for (QLineEdit* f : txtFields) f->setEnabled(row);
   cmdDecSign->setEnabled(row);
 }
@@ -437,7 +443,8 @@ SearchUser::SearchUser(AppState& state, Recordset* rs, QWidget* parent)
   root->addWidget(txtSearchString);
   Frame1 = named(new QGroupBox(QStringLiteral("Column to Search"), this), QStringLiteral("Frame1"));
   auto* fl = new QVBoxLayout(Frame1);
-  Option1 = named(new QRadioButton(QStringLiteral("Object Number"), Frame1), QStringLiteral("Option1"));
+  Option1 =
+      named(new QRadioButton(QStringLiteral("Object Number"), Frame1), QStringLiteral("Option1"));
   Option2 = named(new QRadioButton(QStringLiteral("Common/Alternate Name"), Frame1),
                   QStringLiteral("Option2"));
   fl->addWidget(Option1);
@@ -448,9 +455,10 @@ SearchUser::SearchUser(AppState& state, Recordset* rs, QWidget* parent)
   root->addWidget(Label3);
   auto* buttons = new QHBoxLayout;
   cmdFind = named(new QPushButton(QStringLiteral("&Find First"), this), QStringLiteral("cmdFind"));
-  cmdFindNext = named(new QPushButton(QStringLiteral("Find &Next"), this), QStringLiteral("cmdFindNext"));
-  cmdFindPrev = named(new QPushButton(QStringLiteral("Find &Previous"), this),
-                      QStringLiteral("cmdFindPrev"));
+  cmdFindNext =
+      named(new QPushButton(QStringLiteral("Find &Next"), this), QStringLiteral("cmdFindNext"));
+  cmdFindPrev =
+      named(new QPushButton(QStringLiteral("Find &Previous"), this), QStringLiteral("cmdFindPrev"));
   cmdClose = named(new QPushButton(QStringLiteral("&Close"), this), QStringLiteral("cmdClose"));
   for (QPushButton* b : {cmdFind, cmdFindNext, cmdFindPrev, cmdClose}) {
     b->setAutoDefault(false);

@@ -87,8 +87,8 @@ class EditUserList : public QDialog {
   UserDataControl* datUserRS = nullptr;
   std::array<QLineEdit*, 12> txtFields{};
   QPushButton* cmdDecSign = nullptr;
-  QPushButton *cmdAdd = nullptr, *cmdDelete = nullptr, *cmdRefresh = nullptr,
-              *cmdFind = nullptr, *cmdClose = nullptr;
+  QPushButton *cmdAdd = nullptr, *cmdDelete = nullptr, *cmdRefresh = nullptr, *cmdFind = nullptr,
+              *cmdClose = nullptr;
   QLineEdit *txtSeconds = nullptr, *txtDecimal = nullptr;
   QFrame* Line1 = nullptr;
 };

@@ -75,16 +75,19 @@ void Filter::build() {
   altRow->addWidget(txtMinAltFilter);
   altRow->addWidget(UpDown1);
   altRow->addSpacing(12);
-  auto* altNote = named(new QLabel(QStringLiteral(
-      "Remove the check mark to list all objects, even those below the horizon."), this),
+  auto* altNote = named(
+      new QLabel(QStringLiteral(
+                     "Remove the check mark to list all objects, even those below the horizon."),
+                 this),
       "lblAltNote");
   altNote->setWordWrap(true);
   altRow->addWidget(altNote, 1);
   root->addLayout(altRow);
 
   // Object types.
-  auto* objects = named(new QGroupBox(QStringLiteral("Magnitude of Messier, Caldwell, NGC, IC, DSO"),
-                                      this), "fraObjects");
+  auto* objects =
+      named(new QGroupBox(QStringLiteral("Magnitude of Messier, Caldwell, NGC, IC, DSO"), this),
+            "fraObjects");
   auto* og = new QGridLayout(objects);
   og->addWidget(new QLabel(QStringLiteral("Brightest:"), objects), 0, 1);
   og->addWidget(new QLabel(QStringLiteral("Faintest:"), objects), 0, 2);
@@ -108,10 +111,14 @@ void Filter::build() {
     og->addWidget(field(objects, row.faintest), r, 2);
     ++r;
   }
-  auto* typeNote = named(new QLabel(QStringLiteral(
-      "Clearing the checkmark will remove that type of object from the filtered lists.  For "
-      "example, if you are not interested in viewing Open Clusters, remove the check mark next "
-      "to that object type."), objects), "lblTypeNote");
+  auto* typeNote = named(
+      new QLabel(
+          QStringLiteral(
+              "Clearing the checkmark will remove that type of object from the filtered lists.  For "
+              "example, if you are not interested in viewing Open Clusters, remove the check mark next "
+              "to that object type."),
+          objects),
+      "lblTypeNote");
   typeNote->setWordWrap(true);
   typeNote->setMinimumWidth(200);
   og->addWidget(typeNote, 1, 3, 5, 1);
@@ -131,26 +138,29 @@ void Filter::build() {
     g->addWidget(field(parent, highName), row, 4);
   };
   rangeRow(dg, doubles, 0, "Separation:", "Least:", "txtDSSepMin", "Greatest:", "txtDSSepMax");
-  rangeRow(dg, doubles, 1, "Primary's Magnitude:", "Faintest:", "txtDSMagMin", "Brightest:",
-           "txtDSMagMax");
-  rangeRow(dg, doubles, 2, "Mag. Difference:", "Least:", "txtDSMagDifMin", "Greatest:",
-           "txtDSMagDifMax");
+  rangeRow(dg, doubles, 1, "Primary's Magnitude:", "Faintest:", "txtDSMagMin",
+           "Brightest:", "txtDSMagMax");
+  rangeRow(dg, doubles, 2, "Mag. Difference:", "Least:", "txtDSMagDifMin",
+           "Greatest:", "txtDSMagDifMax");
   dg->addWidget(named(new QLabel(QStringLiteral("(Primary - Secondary)"), doubles), "lblDifNote"),
                 3, 0, 1, 5);
   lower->addWidget(doubles);
 
   auto* user = named(new QGroupBox(QStringLiteral("User Supplied Objects"), this), "fraUser");
   auto* ug = new QGridLayout(user);
-  rangeRow(ug, user, 0, "Magnitude:", "Faintest:", "txtUserMagMin", "Brightest:",
-           "txtUserMagMax");
+  rangeRow(ug, user, 0, "Magnitude:", "Faintest:", "txtUserMagMin", "Brightest:", "txtUserMagMax");
   ug->setRowStretch(1, 1);
   lower->addWidget(user, 0, Qt::AlignTop);
   root->addWidget(objects);
   root->addLayout(lower);
 
-  auto* patience = named(new QLabel(QStringLiteral(
-      "Please be patient after clicking OK; on slower computers filtering may take 2 full "
-      "minutes."), this), "lblPatience");
+  auto* patience = named(
+      new QLabel(
+          QStringLiteral(
+              "Please be patient after clicking OK; on slower computers filtering may take 2 full "
+              "minutes."),
+          this),
+      "lblPatience");
   patience->setWordWrap(true);
   root->addWidget(patience);
 
@@ -196,20 +206,16 @@ QLineEdit* Filter::box(const FilterField& field) const {
 FilterForm Filter::form() const {
   FilterForm f;
   for (const FilterField& field : FilterFields()) {
-    if (field.tick)
-      f.*field.tick = tickBox(field.control)->isChecked();
-    else
-      f.*field.text = box(field)->text();
+    if (field.tick) f.*field.tick = tickBox(field.control)->isChecked();
+    else f.*field.text = box(field)->text();
   }
   return f;
 }
 
 void Filter::setForm(const FilterForm& f) {
   for (const FilterField& field : FilterFields()) {
-    if (field.tick)
-      tickBox(field.control)->setChecked(f.*field.tick);
-    else
-      box(field)->setText(f.*field.text);
+    if (field.tick) tickBox(field.control)->setChecked(f.*field.tick);
+    else box(field)->setText(f.*field.text);
   }
   enableFields();
 }

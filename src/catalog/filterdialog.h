@@ -21,9 +21,8 @@ class Filter : public QDialog {
 
   // The file dialogs, replaceable for tests: title, start folder and filter in, the chosen
   // file out ("" on cancel).
-  using FileChooser =
-      std::function<QString(QWidget* parent, const QString& title, const QString& folder,
-                            const QString& filter)>;
+  using FileChooser = std::function<QString(QWidget* parent, const QString& title,
+                                            const QString& folder, const QString& filter)>;
   void setOpenChooser(FileChooser chooser) { chooseOpen_ = std::move(chooser); }
   void setSaveChooser(FileChooser chooser) { chooseSave_ = std::move(chooser); }
 

@@ -8,12 +8,9 @@
 FilterForm FilterFormFrom(const FilterSettings& f) {
   FilterForm form;
   for (const FilterField& field : FilterFields()) {
-    if (field.flag)
-      form.*field.tick = f.*field.flag;
-    else if (field.whole)
-      form.*field.text = PlainNumber(f.*field.whole);
-    else
-      form.*field.text = PlainSingle(f.*field.single);
+    if (field.flag) form.*field.tick = f.*field.flag;
+    else if (field.whole) form.*field.text = PlainNumber(f.*field.whole);
+    else form.*field.text = PlainSingle(f.*field.single);
   }
   return form;
 }
@@ -21,12 +18,9 @@ FilterForm FilterFormFrom(const FilterSettings& f) {
 FilterSettings FilterFormToSettings(const FilterForm& form) {
   FilterSettings f;
   for (const FilterField& field : FilterFields()) {
-    if (field.flag)
-      f.*field.flag = form.*field.tick;
-    else if (field.whole)
-      f.*field.whole = CInt(Val(form.*field.text));
-    else
-      f.*field.single = CSng(Val(form.*field.text));
+    if (field.flag) f.*field.flag = form.*field.tick;
+    else if (field.whole) f.*field.whole = CInt(Val(form.*field.text));
+    else f.*field.single = CSng(Val(form.*field.text));
   }
   return f;
 }
@@ -87,12 +81,12 @@ std::array<QString, 8> FilterClauses(const FilterForm& form) {
 
   // Magnitude holds "primary,secondary" and Info starts with the separation.
   clauses[QuerySet::DoubleStars] =
-      QStringLiteral("WHERE (val(Magnitude) between ") +
-      range(form.txtDSMagMin, form.txtDSMagMax) +
-      QStringLiteral(" and ((Val(Mid(Magnitude, Instr(Magnitude, ',') + 1, 100)) - "
-                     "Val(Magnitude)) between ") +
-      range(form.txtDSMagDifMin, form.txtDSMagDifMax) +
-      QStringLiteral(" and (val(Info) between ") + range(form.txtDSSepMin, form.txtDSSepMax);
+      QStringLiteral("WHERE (val(Magnitude) between ") + range(form.txtDSMagMin, form.txtDSMagMax) +
+      QStringLiteral(
+          " and ((Val(Mid(Magnitude, Instr(Magnitude, ',') + 1, 100)) - "
+          "Val(Magnitude)) between ") +
+      range(form.txtDSMagDifMin, form.txtDSMagDifMax) + QStringLiteral(" and (val(Info) between ") +
+      range(form.txtDSSepMin, form.txtDSSepMax);
   return clauses;
 }
 

@@ -21,14 +21,15 @@ struct Token {
 };
 
 bool isWordStart(QChar c) { return c.isLetter() || c == QLatin1Char('_'); }
-bool isWordChar(QChar c) { return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('$'); }
+bool isWordChar(QChar c) {
+  return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('$');
+}
 
 // The engine reads a statement only up to its first NUL, so a literal holding one (pasted
 // into a search box, say) is spelt with char(0) instead.
 QString withoutNul(const QString& literal) {
   if (!literal.contains(QChar())) return literal;
-  return QLatin1Char('(') +
-         QString(literal).replace(QChar(), QStringLiteral("' || char(0) || '")) +
+  return QLatin1Char('(') + QString(literal).replace(QChar(), QStringLiteral("' || char(0) || '")) +
          QLatin1Char(')');
 }
 
@@ -68,7 +69,8 @@ QVector<Token> tokenize(const QString& s) {
         body += s[i++];
       }
       body.replace(QLatin1Char('\''), QStringLiteral("''"));
-      t.kind = closed ? Tok::String : Tok::Other;  // an open literal is left for the engine to refuse
+      t.kind =
+          closed ? Tok::String : Tok::Other;  // an open literal is left for the engine to refuse
       t.text = closed ? QLatin1Char('\'') + body + QLatin1Char('\'') : s.mid(start);
     } else if (c == QLatin1Char('[')) {
       while (i < n && s[i] != QLatin1Char(']')) ++i;
@@ -150,26 +152,31 @@ QString leadingSpace(const QString& s) {
   return s.left(i);
 }
 
-
 // The functions a shared term may call: they have no side effect and raise no error, so
 // working them out once for every row, even a row an earlier condition drops, changes
 // nothing but the time it takes.
 bool isQuietFunction(const QString& name) {
-  static const QSet<QString> names = {
-      QStringLiteral("val"), QStringLiteral("trim"), QStringLiteral("atn"),
-      QStringLiteral("sin"), QStringLiteral("cos"),  QStringLiteral("ifnull"),
-      QStringLiteral("min"), QStringLiteral("max")};
+  static const QSet<QString> names = {QStringLiteral("val"), QStringLiteral("trim"),
+                                      QStringLiteral("atn"), QStringLiteral("sin"),
+                                      QStringLiteral("cos"), QStringLiteral("ifnull"),
+                                      QStringLiteral("min"), QStringLiteral("max")};
   return names.contains(name.toLower());
 }
 
 // Words that read as a column to the parser but are none; a condition naming one is not
 // shared (its columns could not be listed).
 bool isKeywordLike(const QString& word) {
-  static const QSet<QString> words = {
-      QStringLiteral("null"),         QStringLiteral("case"),         QStringLiteral("exists"),
-      QStringLiteral("cast"),         QStringLiteral("current_date"), QStringLiteral("current_time"),
-      QStringLiteral("current_timestamp"), QStringLiteral("raise"),   QStringLiteral("rowid"),
-      QStringLiteral("oid"),          QStringLiteral("_rowid_")};
+  static const QSet<QString> words = {QStringLiteral("null"),
+                                      QStringLiteral("case"),
+                                      QStringLiteral("exists"),
+                                      QStringLiteral("cast"),
+                                      QStringLiteral("current_date"),
+                                      QStringLiteral("current_time"),
+                                      QStringLiteral("current_timestamp"),
+                                      QStringLiteral("raise"),
+                                      QStringLiteral("rowid"),
+                                      QStringLiteral("oid"),
+                                      QStringLiteral("_rowid_")};
   return words.contains(word.toLower());
 }
 
@@ -237,8 +244,7 @@ class Translator {
   }
 
   Expr andExpr() {
-    return leftAssociative(&Translator::notExpr,
-                           [](const Token& t) { return t.is("and"); });
+    return leftAssociative(&Translator::notExpr, [](const Token& t) { return t.is("and"); });
   }
 
   // Counts a level while it lives; too many raise "Query is too complex.".
@@ -432,8 +438,7 @@ class Translator {
     const Token k = cur();
     Expr e;
     switch (k.kind) {
-      case Tok::End:
-        return e;
+      case Tok::End: return e;
       case Tok::String:
         ++p_;
         e = plain(k.pre + withoutNul(k.text));
@@ -445,9 +450,7 @@ class Translator {
         e.numeric = true;
         e.number = k.text.toDouble();
         return e;
-      case Tok::Bracket:
-        ++p_;
-        return column(dotted(plain(k.pre + k.text)));
+      case Tok::Bracket: ++p_; return column(dotted(plain(k.pre + k.text)));
       case Tok::Word: {
         if (isClauseWord(k) || k.is("and") || k.is("or") || k.is("not")) return e;
         ++p_;
@@ -463,8 +466,7 @@ class Translator {
             Expr arg = orExpr();
             if (arg.consumed && !arg.concatParts.isEmpty() && cur().op(")"))
               args = arg.concatParts.join(QStringLiteral(", "));
-            else
-              args = arg.text;
+            else args = arg.text;
           }
           args += sequence(true);
           QString close;
@@ -516,8 +518,7 @@ class Translator {
           return plain(k.pre + k.text);
         }
         return e;
-      default:
-        return e;
+      default: return e;
     }
   }
 
@@ -587,7 +588,8 @@ class Translator {
     }
     if (chosen.isEmpty()) return written.text;
 
-    for (int i = 0; i < chosen.size(); ++i) shared_.insert(chosen[i], QStringLiteral("shared_%1").arg(i + 1));
+    for (int i = 0; i < chosen.size(); ++i)
+      shared_.insert(chosen[i], QStringLiteral("shared_%1").arg(i + 1));
     p_ = start;
     terms_ = Terms{};
     columns_.clear();
@@ -606,7 +608,8 @@ class Translator {
       select << QStringLiteral("%1 AS shared_%2").arg(chosen[i]).arg(i + 1);
     // LIMIT keeps the engine from folding the subquery back into the condition.
     return leadingSpace(written.text) +
-           QStringLiteral("rowid IN (SELECT shared_rowid FROM (SELECT %1 FROM %2 LIMIT -1) WHERE %3)")
+           QStringLiteral(
+               "rowid IN (SELECT shared_rowid FROM (SELECT %1 FROM %2 LIMIT -1) WHERE %3)")
                .arg(select.join(QStringLiteral(", ")), table_, rewritten.bare());
   }
 
@@ -630,12 +633,12 @@ class Translator {
     int parent, refs, calls, unsafe;
   };
   bool share_ = false;
-  QString table_;              // the table after FROM
-  bool collecting_ = false;    // noting bracketed terms
-  Terms terms_;                // running counts
-  QVector<Group> groups_;      // the bracketed terms in the order they close
-  int group_ = -1;             // the term being read
-  QStringList columns_;        // column references, in order
+  QString table_;                   // the table after FROM
+  bool collecting_ = false;         // noting bracketed terms
+  Terms terms_;                     // running counts
+  QVector<Group> groups_;           // the bracketed terms in the order they close
+  int group_ = -1;                  // the term being read
+  QStringList columns_;             // column references, in order
   QHash<QString, QString> shared_;  // term -> its name in the subquery
 };
 

@@ -11,10 +11,13 @@ constexpr int kCacheRows = 2048;
 // checks once a block instead of once a row.
 constexpr int kBlockRows = 64;
 
-AppError noCurrentRecord() { return AppError(ErrNo::NoCurrentRecord, QStringLiteral("No current record.")); }
+AppError noCurrentRecord() {
+  return AppError(ErrNo::NoCurrentRecord, QStringLiteral("No current record."));
+}
 
 AppError readOnly() {
-  return AppError(ErrNo::Database, QStringLiteral("Cannot update. Database or object is read-only."));
+  return AppError(ErrNo::Database,
+                  QStringLiteral("Cannot update. Database or object is read-only."));
 }
 
 QString nameOf(const QString& source) {
@@ -29,10 +32,8 @@ QString FieldText(const QVariant& value) {
   if (value.isNull()) return QString();
   switch (value.typeId()) {
     case QMetaType::Double:
-    case QMetaType::Float:
-      return PlainNumber(value.toDouble());
-    default:
-      return value.toString();
+    case QMetaType::Float: return PlainNumber(value.toDouble());
+    default: return value.toString();
   }
 }
 
@@ -316,17 +317,28 @@ void Recordset::find(const QString& criteria, FindFrom from) {
     while (st.step()) matches.insert(st.int64Value(0));
   } else {
     const QString qt = QuoteIdentifier(table_);
-    Statement st = db_->prepare(
-        QStringLiteral("SELECT %1.rowid FROM %1 WHERE %2").arg(qt, cond));
+    Statement st = db_->prepare(QStringLiteral("SELECT %1.rowid FROM %1 WHERE %2").arg(qt, cond));
     while (st.step()) matches.insert(st.int64Value(0));
   }
   const int n = int(ids_.size());
   int start = 0, step = 1;
   switch (from) {
-    case FindFrom::First: start = 0; step = 1; break;
-    case FindFrom::Last: start = n - 1; step = -1; break;
-    case FindFrom::Next: start = deleted_ ? pos_ : pos_ + 1; step = 1; break;
-    case FindFrom::Previous: start = pos_ - 1; step = -1; break;
+    case FindFrom::First:
+      start = 0;
+      step = 1;
+      break;
+    case FindFrom::Last:
+      start = n - 1;
+      step = -1;
+      break;
+    case FindFrom::Next:
+      start = deleted_ ? pos_ : pos_ + 1;
+      step = 1;
+      break;
+    case FindFrom::Previous:
+      start = pos_ - 1;
+      step = -1;
+      break;
   }
   for (int i = qBound(-1, start, n); i >= 0 && i < n; i += step) {
     if (matches.contains(ids_[i])) {
@@ -536,4 +548,6 @@ void Recordset::setValue(int field, const QVariant& v) {
   emit rowsChanged(row, row);
 }
 
-void Recordset::setValue(const QString& field, const QVariant& v) { setValue(checkedField(field), v); }
+void Recordset::setValue(const QString& field, const QVariant& v) {
+  setValue(checkedField(field), v);
+}

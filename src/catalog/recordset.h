@@ -66,10 +66,10 @@ class Recordset : public QObject {
   // ---- changes
   void AddNew();
   void Edit();
-  void Update();        // nothing to write is no error; a write that fails drops the change
+  void Update();  // nothing to write is no error; a write that fails drops the change
   void CancelUpdate();
-  void Delete();        // the row becomes invalid until the next move
-  void Requery();       // back on the first row
+  void Delete();   // the row becomes invalid until the next move
+  void Requery();  // back on the first row
   EditMode editMode() const { return mode_; }
 
   // ---- fields of the current row (or of the edit buffer while editing)
@@ -89,7 +89,7 @@ class Recordset : public QObject {
   int currentRow() const;  // -1 when no row is current
   QVariant rowValue(int row, int field) const;
   void setRowValue(int row, int field, const QVariant& v);
-  qint64 bookmarkAt(int row) const;     // 0 for the new row
+  qint64 bookmarkAt(int row) const;          // 0 for the new row
   int rowOfBookmark(qint64 bookmark) const;  // -1 when not in the set
 
  signals:
@@ -117,9 +117,9 @@ class Recordset : public QObject {
 
   std::shared_ptr<Database> db_;
   QString source_;
-  QString query_;        // translated query, when the source is read whole
+  QString query_;  // translated query, when the source is read whole
   bool materialized_ = false;
-  QString table_;        // the base table, for a source kept as row ids
+  QString table_;  // the base table, for a source kept as row ids
   QString where_;
   QString orderBy_;
   QStringList columns_;
@@ -136,7 +136,7 @@ class Recordset : public QObject {
   QVector<bool> changed_;
   int posBeforeAdd_ = -1;
 
-  mutable Statement fetch_;  // a block of rows by their ids
+  mutable Statement fetch_;                 // a block of rows by their ids
   std::map<QByteArray, Statement> writes_;  // UPDATE, INSERT, DELETE by kind and fields
   mutable QHash<qint64, QVector<QVariant>> cache_;
   mutable QHash<qint64, int> index_;

@@ -41,16 +41,15 @@ void RecordsetModel::resync() {
 }
 
 void RecordsetModel::setColumnCaption(int column, const QString& caption) {
-  if (caption.isNull())
-    captions_.remove(column);
-  else
-    captions_.insert(column, caption);
+  if (caption.isNull()) captions_.remove(column);
+  else captions_.insert(column, caption);
   emit headerDataChanged(Qt::Horizontal, column, column);
 }
 
 void RecordsetModel::setColumnAlignment(int column, Qt::Alignment alignment) {
   alignments_.insert(column, alignment);
-  if (rows_ > 0) emit dataChanged(index(0, column), index(rows_ - 1, column), {Qt::TextAlignmentRole});
+  if (rows_ > 0)
+    emit dataChanged(index(0, column), index(rows_ - 1, column), {Qt::TextAlignmentRole});
 }
 
 void RecordsetModel::clearColumnFormats() {
@@ -77,19 +76,15 @@ QVariant RecordsetModel::data(const QModelIndex& index, int role) const {
   if (!rs_ || !index.isValid() || index.row() >= rows_) return QVariant();
   switch (role) {
     case Qt::DisplayRole:
-    case Qt::EditRole:
-      try {
-        return FieldText(rs_->rowValue(index.row(), index.column()));
+    case Qt::EditRole: try { return FieldText(rs_->rowValue(index.row(), index.column()));
       } catch (const AppError&) {
         return QVariant();
       }
     case Qt::TextAlignmentRole:
-      return QVariant::fromValue(
-          alignments_.value(index.column(), Qt::AlignLeft) | Qt::AlignVCenter);
-    case MarkedRole:
-      return !marked_.isEmpty() && marked_.contains(rs_->bookmarkAt(index.row()));
-    default:
-      return QVariant();
+      return QVariant::fromValue(alignments_.value(index.column(), Qt::AlignLeft) |
+                                 Qt::AlignVCenter);
+    case MarkedRole: return !marked_.isEmpty() && marked_.contains(rs_->bookmarkAt(index.row()));
+    default: return QVariant();
   }
 }
 

@@ -45,13 +45,11 @@ QString UserSearchFieldOf(SearchOption option) {
 }
 
 SearchOption UserSearchOptionOf(const QString& userSearchField) {
-  return userSearchField == QLatin1String("ObjectNum") ? SearchOption::Number
-                                                       : SearchOption::Name;
+  return userSearchField == QLatin1String("ObjectNum") ? SearchOption::Number : SearchOption::Name;
 }
 
 QString SearchUserCriteria(const QString& userSearchField, const QString& text) {
-  return userSearchField == QLatin1String("ObjectNum") ? numberCriteria(text)
-                                                       : nameCriteria(text);
+  return userSearchField == QLatin1String("ObjectNum") ? numberCriteria(text) : nameCriteria(text);
 }
 
 QString NotFoundMessage() { return QStringLiteral("Not Found."); }

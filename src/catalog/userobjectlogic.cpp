@@ -40,8 +40,7 @@ UserFieldCheck ValidateUserField(int index, const QString& text, const QString& 
       if (v > 23) check.message = QStringLiteral("RA Hour must be a value between 0 and 23");
       break;
     case 5:
-      if (v >= 60)
-        check.message = QStringLiteral("RA Minute must be a value between 0 and 59.99");
+      if (v >= 60) check.message = QStringLiteral("RA Minute must be a value between 0 and 59.99");
       break;
     case 7:
       if (v > 90)
@@ -49,8 +48,7 @@ UserFieldCheck ValidateUserField(int index, const QString& text, const QString& 
       break;
     case 8:
       if (Val(decDegText) == 90 && v != 0)
-        check.message =
-            QStringLiteral("Declination Minute must be a value of 0 when Degree is 90");
+        check.message = QStringLiteral("Declination Minute must be a value of 0 when Degree is 90");
       else if (v >= 60)
         check.message = QStringLiteral("Declination Minute must be a value between 0 and 59.99");
       break;

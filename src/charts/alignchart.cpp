@@ -18,9 +18,9 @@ std::vector<MapStar> LoadAlignmentStars(const Database& catalog, const QString& 
                      "AlignmentName, autoalignment FROM \"%1\"")
           .arg(QString(source).replace(QLatin1Char('"'), QLatin1String("\"\""))));
   while (st.step()) {
-    stars.push_back({SkyCoordinates::of(st.value(0), st.value(1), st.value(2), st.value(3),
-                                        st.value(4)),
-                     flag(st.value(5)), FieldText(st.value(6)), flag(st.value(7))});
+    stars.push_back(
+        {SkyCoordinates::of(st.value(0), st.value(1), st.value(2), st.value(3), st.value(4)),
+         flag(st.value(5)), FieldText(st.value(6)), flag(st.value(7))});
   }
   return stars;
 }

@@ -27,8 +27,8 @@ std::vector<MapStar> LoadAlignmentStars(const Database& catalog,
 constexpr quint32 AlignNameColour = 0x00C0FFFFu;  // the pale yellow of the names
 
 struct AlignChartOptions {
-  bool autoOnly = false;     // chkAutoAlignment: automatic alignment stars only
-  bool showNames = true;     // ShowNames
+  bool autoOnly = false;       // chkAutoAlignment: automatic alignment stars only
+  bool showNames = true;       // ShowNames
   quint32 objectColour = 200;  // ObjectColor: the large dots
 };
 

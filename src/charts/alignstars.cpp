@@ -42,8 +42,8 @@ AlignStars::~AlignStars() = default;
 
 void AlignStars::buildControls() {
   auto place = [this](QWidget* w, int left, int top, int width, int height) {
-    w->setGeometry(TwipsToPixels(left, this), TwipsToPixels(top, this),
-                   TwipsToPixels(width, this), TwipsToPixels(height, this));
+    w->setGeometry(TwipsToPixels(left, this), TwipsToPixels(top, this), TwipsToPixels(width, this),
+                   TwipsToPixels(height, this));
   };
   auto button = [&](QWidget* parent, const char* name, const QString& caption) {
     auto* b = new QPushButton(caption, parent);
@@ -185,10 +185,9 @@ void AlignStars::resizeEvent(QResizeEvent* event) {
   resizing_ = true;
   RunIgnoringErrors([&] {
     const QWidget* area = f->mdiArea() ? f->mdiArea()->viewport() : nullptr;
-    const AlignStarsSize s =
-        AlignStarsResize(f->isMaximized(), area ? twipsOf(area->width()) : 1 << 30,
-                         area ? twipsOf(area->height()) : 1 << 30, twipsOf(f->width()),
-                         twipsOf(f->height()));
+    const AlignStarsSize s = AlignStarsResize(
+        f->isMaximized(), area ? twipsOf(area->width()) : 1 << 30,
+        area ? twipsOf(area->height()) : 1 << 30, twipsOf(f->width()), twipsOf(f->height()));
     const bool smaller = s.width != twipsOf(f->width()) || s.height != twipsOf(f->height());
     if (s.restoreNormal) f->showNormal();
     else if (!f->isMaximized() && smaller)

@@ -15,16 +15,16 @@ class AppState;
 
 // One alignment star of the favourable altitude band, as MapStars gives it.
 struct AlignmentCandidate {
-  QString name;            // AlignmentName
-  SkyCoordinates position;  // RAHour, RAMinute, DecSign, DecDeg, DecMinute
+  QString name;                // AlignmentName
+  SkyCoordinates position;     // RAHour, RAMinute, DecSign, DecDeg, DecMinute
   bool autoAlignment = false;  // autoalignment
 };
 
 // One row of a pair table. Rows past the last pair of the two star table are empty: no name,
 // separation 0.
 struct AlignmentPair {
-  QString name;             // "Vega - Deneb"
-  double separation = 0;    // degrees, rounded half to even to one decimal
+  QString name;           // "Vega - Deneb"
+  double separation = 0;  // degrees, rounded half to even to one decimal
 };
 
 struct BestPairs {

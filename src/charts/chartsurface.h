@@ -1,8 +1,8 @@
 #pragma once
 
+#include <qnamespace.h>
 #include <QString>
 #include <QtGlobal>
-#include <qnamespace.h>
 #include <utility>
 
 // A drawing surface measured in twips (1440 an inch), origin top left, y downward, that keeps
@@ -19,8 +19,8 @@ class ChartSurface {
   // vertical one, as the classic Circle draws it. Whole, not filled.
   virtual void circle(float x, float y, float radius, quint32 colour, float aspect = 1) = 0;
   virtual void line(float x1, float y1, float x2, float y2, quint32 colour) = 0;
-  virtual void setLineWidth(int width) = 0;  // pixels; 1 by default
-  virtual void setLineStyle(int style) = 0;  // 0 solid, 1 dash, 2 dot
+  virtual void setLineWidth(int width) = 0;            // pixels; 1 by default
+  virtual void setLineStyle(int style) = 0;            // 0 solid, 1 dash, 2 dot
   virtual void setTextPosition(float x, float y) = 0;  // top left of the next text
   virtual void text(const QString& text, quint32 colour) = 0;
 };

@@ -41,8 +41,17 @@ constexpr int kOpenWidth = 14400;
 constexpr int kOpenHeight = 8400;
 
 // The telescope panel under the pages: which row a control follows, its left and width.
-enum class Row { ReadBack, ReadBackLabel, GetRA, Manual, ManualLabel, DecSignBox, DecSignButton,
-                 Close, FilterLabel };
+enum class Row {
+  ReadBack,
+  ReadBackLabel,
+  GetRA,
+  Manual,
+  ManualLabel,
+  DecSignBox,
+  DecSignButton,
+  Close,
+  FilterLabel
+};
 struct PanelPlace {
   const char* name;
   Row row;
@@ -190,9 +199,9 @@ void HHC::buildControls() {
   timerAltitude->setInterval(60000);
 
   const std::pair<const char*, void (HHC::*)()> handlers[] = {
-      {"cmdGetRA", &HHC::cmdGetRA_Click},       {"cmdQuickGoto", &HHC::cmdQuickGoto_Click},
-      {"cmdDecSign", &HHC::cmdDecSign_Click},   {"cmdGoto", &HHC::cmdGoto_Click},
-      {"cmdCDC", &HHC::cmdCDC_Click},           {"cmdFilterAlt", &HHC::cmdFilterAlt_Click}};
+      {"cmdGetRA", &HHC::cmdGetRA_Click},     {"cmdQuickGoto", &HHC::cmdQuickGoto_Click},
+      {"cmdDecSign", &HHC::cmdDecSign_Click}, {"cmdGoto", &HHC::cmdGoto_Click},
+      {"cmdCDC", &HHC::cmdCDC_Click},         {"cmdFilterAlt", &HHC::cmdFilterAlt_Click}};
   for (const auto& [name, slot] : handlers) {
     auto* b = findChild<QPushButton*>(QString::fromLatin1(name));
     connect(b, &QPushButton::clicked, this, [this, slot = slot] { (this->*slot)(); });
@@ -263,8 +272,8 @@ void HHC::ShowDetails() {
       detail(n)->setText(texts[n - 1]);
       detail(n)->setCursorPosition(0);
     }
-    const SkyPosition p{detail(7)->text(), detail(8)->text(), detail(9)->text(),
-                        detail(10)->text(), detail(11)->text()};
+    const SkyPosition p{detail(7)->text(), detail(8)->text(), detail(9)->text(), detail(10)->text(),
+                        detail(11)->text()};
     detail(13)->setText(PlainNumber(AltitudeNow(state_, p)));
     Sky->PlotObject(p, quint32(state_.settings.ObjectColor));
   });

@@ -28,7 +28,6 @@ bool AltitudeTickRequery(qint16& altitudeTicks) {
 }
 
 HHCLayout HHCLayoutFor(int w, int h) {
-  return HHCLayout{w - 4120, h - 1275, w - 4525, h - 3195, h - 3420, h - 1200, h - 1170,
-                   h - 1140, h - 825,  h - 795,  h - 795,  h - 815,  h - 855,  h - 390,
-                   h - 340};
+  return HHCLayout{w - 4120, h - 1275, w - 4525, h - 3195, h - 3420, h - 1200, h - 1170, h - 1140,
+                   h - 825,  h - 795,  h - 795,  h - 815,  h - 855,  h - 390,  h - 340};
 }

@@ -20,14 +20,14 @@ bool AltitudeTickRequery(qint16& altitudeTicks);
 constexpr int HHCMinWidth = 9525;
 constexpr int HHCMinHeight = 7335;
 struct HHCLayout {
-  int tabWidth, tabHeight;          // SSTab1
-  int gridWidth, gridHeight;        // every page grid but the User Supplied one
-  int userGridHeight;               // DBUser, which has cmdEditUser under it
-  int getRATop;                     // cmdGetRA
-  int readBackTop, readBackLabelTop;  // txtRAHour..txtDecMin, their "RA" and "Dec"
-  int manualTop, manualLabelTop;    // cmdQuickGoto and the manual boxes, their "RA" and "Dec"
+  int tabWidth, tabHeight;              // SSTab1
+  int gridWidth, gridHeight;            // every page grid but the User Supplied one
+  int userGridHeight;                   // DBUser, which has cmdEditUser under it
+  int getRATop;                         // cmdGetRA
+  int readBackTop, readBackLabelTop;    // txtRAHour..txtDecMin, their "RA" and "Dec"
+  int manualTop, manualLabelTop;        // cmdQuickGoto and the manual boxes, their "RA" and "Dec"
   int decSignBoxTop, decSignButtonTop;  // txtGotoDecSign, cmdDecSign
-  int lineY;                        // the line above the manual row
-  int closeTop, filterLabelTop;     // cmdClose and cmdFilterAlt, lblFilter
+  int lineY;                            // the line above the manual row
+  int closeTop, filterLabelTop;         // cmdClose and cmdFilterAlt, lblFilter
 };
 HHCLayout HHCLayoutFor(int innerWidth, int innerHeight);

@@ -14,12 +14,19 @@ quint32 ChartColourToRgb(quint32 colour, bool redScreen) {
 namespace {
 
 ChartConstants windowChart(int left) {
-  return ChartConstants{
-      left, 0, 4020, 4000, 2000, 2000, 1800, SystemColour3DHighlight, SystemColour3DHighlight,
-      {{QStringLiteral("N"), 0, 0, 4020, 190, Qt::AlignHCenter},
-       {QStringLiteral("S"), 0, 3795, 4020, 190, Qt::AlignHCenter},
-       {QStringLiteral("E"), 0, 1920, 255, 195, Qt::AlignLeft},
-       {QStringLiteral("W"), 3730, 1920, 255, 195, Qt::AlignRight}}};
+  return ChartConstants{left,
+                        0,
+                        4020,
+                        4000,
+                        2000,
+                        2000,
+                        1800,
+                        SystemColour3DHighlight,
+                        SystemColour3DHighlight,
+                        {{QStringLiteral("N"), 0, 0, 4020, 190, Qt::AlignHCenter},
+                         {QStringLiteral("S"), 0, 3795, 4020, 190, Qt::AlignHCenter},
+                         {QStringLiteral("E"), 0, 1920, 255, 195, Qt::AlignLeft},
+                         {QStringLiteral("W"), 3730, 1920, 255, 195, Qt::AlignRight}}};
 }
 
 }  // namespace
@@ -29,18 +36,19 @@ const ChartConstants& ChartConstantsFor(ChartWindow window) {
   static const ChartConstants currentList = windowChart(45);
   static const ChartConstants currentListFixed = windowChart(7680);
   // The list editor's date label takes the place of the "S".
-  static const ChartConstants editList{0,
-                                       0,
-                                       3150,
-                                       3150,
-                                       1550,
-                                       1550,
-                                       1350,
-                                       ChartWhite,
-                                       0x00E0E0E0u,
-                                       {{QStringLiteral("N"), 0, 0, 3150, 195, Qt::AlignHCenter},
-                                        {QStringLiteral("E"), 0, 1440, 255, 195, Qt::AlignLeft},
-                                        {QStringLiteral("W"), 2835, 1440, 255, 195, Qt::AlignRight}}};
+  static const ChartConstants editList{
+      0,
+      0,
+      3150,
+      3150,
+      1550,
+      1550,
+      1350,
+      ChartWhite,
+      0x00E0E0E0u,
+      {{QStringLiteral("N"), 0, 0, 3150, 195, Qt::AlignHCenter},
+       {QStringLiteral("E"), 0, 1440, 255, 195, Qt::AlignLeft},
+       {QStringLiteral("W"), 2835, 1440, 255, 195, Qt::AlignRight}}};
   static const ChartConstants alignStars{
       30,
       0,

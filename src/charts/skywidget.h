@@ -16,8 +16,8 @@
 class SkyWidget : public QWidget {
   Q_OBJECT
  public:
-  SkyWidget(ChartWindow window, SkyChart::AltAzFunction altitude,
-            SkyChart::AltAzFunction azimuth, QWidget* parent = nullptr);
+  SkyWidget(ChartWindow window, SkyChart::AltAzFunction altitude, SkyChart::AltAzFunction azimuth,
+            QWidget* parent = nullptr);
 
   // Draw under the hourglass pointer, then repaint.
   void DrawSkyChart(const std::vector<SkyCoordinates>& stars);
@@ -32,7 +32,9 @@ class SkyWidget : public QWidget {
   // letters) are resolved at each draw, and the chart draws again when the mode changes.
   void followRedScreen(std::function<bool()> isOn);
   // A fixed mode, for a chart that is made again on each toggle.
-  void setRedScreen(bool on) { followRedScreen([on] { return on; }); }
+  void setRedScreen(bool on) {
+    followRedScreen([on] { return on; });
+  }
 
   // Place and size the control in its window from the window's twips.
   void placeAt(int leftTwips, int topTwips);

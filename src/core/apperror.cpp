@@ -12,8 +12,10 @@ QString AppError::describe(int number) {
     case ErrNo::PathFileAccess: return QStringLiteral("Path/File access error");
     case ErrNo::PathNotFound: return QStringLiteral("Path not found");
     case ErrNo::InvalidUseOfNull: return QStringLiteral("Invalid use of Null");
-    case ErrNo::NoDdePeer: return QStringLiteral("No foreign application responded to a DDE initiate");
-    case ErrNo::PrinterError: return QStringLiteral("Problem getting printer information from the system");
+    case ErrNo::NoDdePeer:
+      return QStringLiteral("No foreign application responded to a DDE initiate");
+    case ErrNo::PrinterError:
+      return QStringLiteral("Problem getting printer information from the system");
     case ErrNo::DialogCancelled: return QStringLiteral("Cancel was selected.");
     case ErrNo::NoCurrentRecord: return QStringLiteral("No current record.");
     case ErrNo::QueryTooComplex: return QStringLiteral("Query is too complex.");

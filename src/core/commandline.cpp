@@ -37,18 +37,19 @@ std::optional<CommandLineAnswer> AnswerCommandLine(const QStringList& arguments,
   const QString name = QCoreApplication::applicationName();
   if (parser.isSet(help)) return CommandLineAnswer{0, parser.helpText(), {}};
   if (parser.isSet(version))
-    return CommandLineAnswer{0, name + QLatin1Char(' ') + QCoreApplication::applicationVersion() +
-                                    QLatin1Char('\n'),
-                             {}};
+    return CommandLineAnswer{
+        0,
+        name + QLatin1Char(' ') + QCoreApplication::applicationVersion() + QLatin1Char('\n'),
+        {}};
   if (!refuseOthers) return std::nullopt;
   QString why;
-  if (!parsed)
-    why = parser.errorText();
+  if (!parsed) why = parser.errorText();
   else if (!parser.positionalArguments().isEmpty())
     why = QStringLiteral("Unexpected argument '%1': Tavorine opens lists from its File menu.")
               .arg(parser.positionalArguments().constFirst());
   if (why.isEmpty()) return std::nullopt;
-  return CommandLineAnswer{
-      1, {}, name + QStringLiteral(": ") + why + QStringLiteral("\nTry '") + name +
-                 QStringLiteral(" --help'.\n")};
+  return CommandLineAnswer{1,
+                           {},
+                           name + QStringLiteral(": ") + why + QStringLiteral("\nTry '") + name +
+                               QStringLiteral(" --help'.\n")};
 }

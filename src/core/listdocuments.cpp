@@ -50,8 +50,7 @@ QString OpenListDialogTitle() { return QStringLiteral("Open existing list..."); 
 
 QString ListDocumentTitle(const QString& path) { return QFileInfo(path).completeBaseName(); }
 
-std::optional<ListDocumentRequest> NewListRequest(AppState& state,
-                                                  const ListFileChooser& choose) {
+std::optional<ListDocumentRequest> NewListRequest(AppState& state, const ListFileChooser& choose) {
   return silently([&]() -> std::optional<ListDocumentRequest> {
     if (tooMany(state)) return std::nullopt;
     QString path = choose(true, NewListDialogTitle(), state.LastListFolder);
@@ -74,8 +73,7 @@ std::optional<ListDocumentRequest> NewListRequest(AppState& state,
   });
 }
 
-std::optional<ListDocumentRequest> OpenListRequest(AppState& state,
-                                                   const ListFileChooser& choose) {
+std::optional<ListDocumentRequest> OpenListRequest(AppState& state, const ListFileChooser& choose) {
   return silently([&]() -> std::optional<ListDocumentRequest> {
     if (tooMany(state)) return std::nullopt;
     const QString path = choose(false, OpenListDialogTitle(), state.LastListFolder);

@@ -28,8 +28,7 @@ QString OpenListDialogTitle();  // "Open existing list..."
 QString ListDocumentTitle(const QString& path);
 
 std::optional<ListDocumentRequest> NewListRequest(AppState& state, const ListFileChooser& choose);
-std::optional<ListDocumentRequest> OpenListRequest(AppState& state,
-                                                   const ListFileChooser& choose);
+std::optional<ListDocumentRequest> OpenListRequest(AppState& state, const ListFileChooser& choose);
 // index 0..4 of the recent-file table.
 std::optional<ListDocumentRequest> RecentListRequest(AppState& state, int index);
 

@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
-#include <QScreen>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -14,6 +13,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
@@ -35,10 +35,10 @@
 #include "core/windowplacement.h"
 #include "exchange/exchangecommands.h"
 #include "info/frmabout.h"
-#include "lists/editlist.h"
 #include "info/frmlicense.h"
 #include "info/frmsupport.h"
 #include "info/helpwindow.h"
+#include "lists/editlist.h"
 #include "lists/listwindow.h"
 #include "printing/printoptions.h"
 #include "scope/gotoflow.h"
@@ -131,11 +131,11 @@ void TavorineListMain::buildMenus() {
   QMenu* import = file->addMenu(QStringLiteral("&Import"));
   import->menuAction()->setObjectName(QStringLiteral("mnuImport"));
   mnuImporthcTour = addAction(import, "mnuImporthcTour",
-                               QStringLiteral("from &NexTour/hcTour File to Current List"), {},
-                               &TavorineListMain::mnuImporthcTour_Click);
-  mnuImportCurrent = addAction(import, "mnuImportCurrent",
-                                QStringLiteral("from &CSV File to Current List"), {},
-                                &TavorineListMain::mnuImportCurrent_Click);
+                              QStringLiteral("from &NexTour/hcTour File to Current List"), {},
+                              &TavorineListMain::mnuImporthcTour_Click);
+  mnuImportCurrent =
+      addAction(import, "mnuImportCurrent", QStringLiteral("from &CSV File to Current List"), {},
+                &TavorineListMain::mnuImportCurrent_Click);
   addAction(import, "mnuImportUser", QStringLiteral("from CSV File to &User Supplied List"), {},
             &TavorineListMain::mnuImportUser_Click);
 
@@ -155,7 +155,7 @@ void TavorineListMain::buildMenus() {
             &TavorineListMain::mnuExportCSV_Click);
   file->addSeparator()->setObjectName(QStringLiteral("mnuSep3"));
   mnuPrint = addAction(file, "mnuPrint", QStringLiteral("&Print"),
-                        QKeySequence(Qt::CTRL | Qt::Key_P), &TavorineListMain::mnuPrint_Click);
+                       QKeySequence(Qt::CTRL | Qt::Key_P), &TavorineListMain::mnuPrint_Click);
   mnuPrint->setEnabled(false);
   mnuSepMRU = file->addSeparator();
   mnuSepMRU->setObjectName(QStringLiteral("mnuSepMRU"));
@@ -179,9 +179,9 @@ void TavorineListMain::buildMenus() {
             &TavorineListMain::mnuEditUserList_Click);
   addAction(tools, "mnuAlignStars", QStringLiteral("&Alignment Star Chart"), {},
             &TavorineListMain::mnuAlignStars_Click);
-  mnuRedScreen = addAction(tools, "mnuRedScreen", QStringLiteral("&Red Screen"),
-                            QKeySequence(Qt::CTRL | Qt::Key_R),
-                            &TavorineListMain::mnuRedScreen_Click);
+  mnuRedScreen =
+      addAction(tools, "mnuRedScreen", QStringLiteral("&Red Screen"),
+                QKeySequence(Qt::CTRL | Qt::Key_R), &TavorineListMain::mnuRedScreen_Click);
   mnuRedScreen->setCheckable(true);
   // At the telescope Ctrl+R must work from whichever window has the focus (the help too).
   mnuRedScreen->setShortcutContext(Qt::ApplicationShortcut);
@@ -211,14 +211,13 @@ void TavorineListMain::fillWindowMenu() {
   windowMenu_->clear();
   addAction(windowMenu_, "mnuCascade", QStringLiteral("&Cascade"), {},
             &TavorineListMain::mnuCascade_Click);
-  addAction(windowMenu_, "mnuTile", QStringLiteral("&Tile"), {},
-            &TavorineListMain::mnuTile_Click);
+  addAction(windowMenu_, "mnuTile", QStringLiteral("&Tile"), {}, &TavorineListMain::mnuTile_Click);
   const QList<QMdiSubWindow*> children = mdi_->subWindowList();
   if (!children.isEmpty()) windowMenu_->addSeparator();
   int n = 1;
   for (QMdiSubWindow* child : children) {
-    QAction* a = windowMenu_->addAction(
-        QStringLiteral("&%1 %2").arg(n++).arg(child->windowTitle()));
+    QAction* a =
+        windowMenu_->addAction(QStringLiteral("&%1 %2").arg(n++).arg(child->windowTitle()));
     a->setCheckable(true);
     a->setChecked(child == mdi_->activeSubWindow());
     connect(a, &QAction::triggered, this, [this, child] { mdi_->setActiveSubWindow(child); });
@@ -368,7 +367,7 @@ void TavorineListMain::closeEvent(QCloseEvent* event) {
 }
 
 QString TavorineListMain::runListFileDialog(bool save, const QString& title,
-                                           const QString& folder) {
+                                            const QString& folder) {
   QFileDialog dialog(this, title, folder, ListFileFilter());
   dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
@@ -400,9 +399,8 @@ void TavorineListMain::openListWindow(const ListDocumentRequest& request) {
                                   ? ListVariant::CurrentListFixed
                                   : ListVariant::CurrentList;
   CurrentList* child = nullptr;
-  const bool loaded = RunGuarded(state_.prompter(), [&] {
-    child = new CurrentList(variant, state_, *this);
-  });
+  const bool loaded =
+      RunGuarded(state_.prompter(), [&] { child = new CurrentList(variant, state_, *this); });
   if (!loaded) {
     // A document that cannot be shown does not keep one of the nine places.
     RegisterClose(state_, request.path, slot);
@@ -500,8 +498,8 @@ void TavorineListMain::mnuAlignStars_Click() {
 QList<QAbstractButton*> TavorineListMain::toolbarButtons() const {
   const auto* bar = findChild<QToolBar*>(QStringLiteral("tbToolbar"));
   QList<QAbstractButton*> out;
-  for (const char* name : {"cmdNew", "cmdOpen", "cmdPrint", "cmdHHC", "cmdAlignStars",
-                           "cmdRedScreen"})
+  for (const char* name :
+       {"cmdNew", "cmdOpen", "cmdPrint", "cmdHHC", "cmdAlignStars", "cmdRedScreen"})
     out << bar->findChild<QAbstractButton*>(QString::fromLatin1(name));
   return out;
 }

@@ -17,8 +17,8 @@ namespace {
 // the user's locale at start.
 QByteArray scientific(double value, int precision) {
   char buf[64];
-  const auto r = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific,
-                               precision);
+  const auto r =
+      std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific, precision);
   return QByteArray(buf, static_cast<int>(r.ptr - buf));
 }
 

@@ -47,8 +47,8 @@ QString ListFolderOf(const QString& fullName, const QString& fileTitle) {
   const int at = fileTitle.isEmpty() ? -1 : fullName.indexOf(fileTitle, 0, Qt::CaseInsensitive);
   if (at >= 0) return fullName.left(at);
   // A title that is not in the name: the folder up to the last separator.
-  const int sep = std::max(fullName.lastIndexOf(QLatin1Char('/')),
-                           fullName.lastIndexOf(QLatin1Char('\\')));
+  const int sep =
+      std::max(fullName.lastIndexOf(QLatin1Char('/')), fullName.lastIndexOf(QLatin1Char('\\')));
   return fullName.left(sep + 1);
 }
 

@@ -32,8 +32,8 @@ QString ListFolderOf(const QString& fullName, const QString& fileTitle);
 bool UseCompactListWindow(int screenHeightTwips);
 
 // Texts of the boxes around opening a document.
-QString TooManyFilesMessage();                                // title AppTitle()
-QString OverwriteQuestion(const QString& fullName);           // title "Confirm", Yes/No
-QString UnableToOverwriteMessage(const QString& fullName);    // title "Oops"
-QString AlreadyOpenMessage(const QString& fullName);          // title "Oops"
-QString RecentFileGoneMessage(const QString& title);          // title "Error"
+QString TooManyFilesMessage();                              // title AppTitle()
+QString OverwriteQuestion(const QString& fullName);         // title "Confirm", Yes/No
+QString UnableToOverwriteMessage(const QString& fullName);  // title "Oops"
+QString AlreadyOpenMessage(const QString& fullName);        // title "Oops"
+QString RecentFileGoneMessage(const QString& title);        // title "Error"

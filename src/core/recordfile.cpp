@@ -172,7 +172,8 @@ void WriteWholeFile(const QString& path, const QByteArray& bytes) {
   if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size() || !f.commit()) {
     const QFileInfo info(folder);
     throw AppError::ofFile(ErrNo::PathFileAccess, path,
-                           info.isWritable() ? f.errorString()
-                                             : QStringLiteral("the folder %1 cannot be written").arg(folder));
+                           info.isWritable()
+                               ? f.errorString()
+                               : QStringLiteral("the folder %1 cannot be written").arg(folder));
   }
 }

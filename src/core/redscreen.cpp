@@ -62,22 +62,21 @@ const qint32 kClassicColors[SysColor::Count] = {
 };
 
 const QPalette::ColorRole kDirectRole[SysColor::Count] = {
-    QPalette::NoRole,      QPalette::NoRole,     QPalette::NoRole,   QPalette::NoRole,
-    QPalette::NoRole,      QPalette::Base,       QPalette::NoRole,   QPalette::NoRole,
-    QPalette::Text,        QPalette::NoRole,     QPalette::NoRole,   QPalette::NoRole,
-    QPalette::NoRole,      QPalette::Highlight,  QPalette::HighlightedText,
-    QPalette::Button,      QPalette::Dark,       QPalette::PlaceholderText,
-    QPalette::ButtonText,  QPalette::NoRole,     QPalette::Light,    QPalette::Shadow,
-    QPalette::Midlight,    QPalette::ToolTipText, QPalette::ToolTipBase,
+    QPalette::NoRole,      QPalette::NoRole,    QPalette::NoRole,
+    QPalette::NoRole,      QPalette::NoRole,    QPalette::Base,
+    QPalette::NoRole,      QPalette::NoRole,    QPalette::Text,
+    QPalette::NoRole,      QPalette::NoRole,    QPalette::NoRole,
+    QPalette::NoRole,      QPalette::Highlight, QPalette::HighlightedText,
+    QPalette::Button,      QPalette::Dark,      QPalette::PlaceholderText,
+    QPalette::ButtonText,  QPalette::NoRole,    QPalette::Light,
+    QPalette::Shadow,      QPalette::Midlight,  QPalette::ToolTipText,
+    QPalette::ToolTipBase,
 };
 
 const char* const kButtonTips[][2] = {
-    {"cmdNew", "New List"},
-    {"cmdOpen", "Open Existing List"},
-    {"cmdRedScreen", "Red Screen"},
-    {"cmdHHC", "Hyper Hand Control"},
-    {"cmdPrint", "Print"},
-    {"cmdAlignStars", "Alignment Star Chart"},
+    {"cmdNew", "New List"},         {"cmdOpen", "Open Existing List"},
+    {"cmdRedScreen", "Red Screen"}, {"cmdHHC", "Hyper Hand Control"},
+    {"cmdPrint", "Print"},          {"cmdAlignStars", "Alignment Star Chart"},
 };
 
 }  // namespace

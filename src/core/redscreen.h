@@ -3,8 +3,8 @@
 #include <QBrush>
 #include <QHash>
 #include <QIcon>
-#include <QPair>
 #include <QList>
+#include <QPair>
 #include <QPalette>
 #include <QPointer>
 #include <QString>

@@ -24,8 +24,7 @@ int PictureLevel(QIcon::Mode mode) {
 // Pictures are turned red once and kept, keyed by the picture and the level.
 QPixmap CachedInRed(const QPixmap& picture, int brightest) {
   if (picture.isNull()) return picture;
-  const QString key =
-      QStringLiteral("redscreen:%1:%2").arg(picture.cacheKey()).arg(brightest);
+  const QString key = QStringLiteral("redscreen:%1:%2").arg(picture.cacheKey()).arg(brightest);
   QPixmap red;
   if (!QPixmapCache::find(key, &red)) {
     red = PixmapInRed(picture, brightest);
@@ -40,8 +39,8 @@ class RedIconEngine : public QIconEngine {
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
     const qreal dpr = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
-    painter->drawPixmap(rect, CachedInRed(icon_.pixmap(rect.size(), dpr, mode, state),
-                                          PictureLevel(mode)));
+    painter->drawPixmap(
+        rect, CachedInRed(icon_.pixmap(rect.size(), dpr, mode, state), PictureLevel(mode)));
   }
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
     return CachedInRed(icon_.pixmap(size, mode, state), PictureLevel(mode));
@@ -110,8 +109,7 @@ QImage ImageInRed(QImage image, int brightest) {
   switch (image.format()) {
     case QImage::Format_RGB32:
     case QImage::Format_ARGB32:
-    case QImage::Format_ARGB32_Premultiplied:
-      break;
+    case QImage::Format_ARGB32_Premultiplied: break;
     default:
       image = image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
                                                             : QImage::Format_RGB32);
@@ -121,8 +119,8 @@ QImage ImageInRed(QImage image, int brightest) {
     auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
     for (int x = 0; x < image.width(); ++x) {
       const QRgb p = line[x];
-      const int level = qGreen(p) == 0 && qBlue(p) == 0 ? qMin(qRed(p), brightest)
-                                                        : qGray(p) * brightest / 255;
+      const int level =
+          qGreen(p) == 0 && qBlue(p) == 0 ? qMin(qRed(p), brightest) : qGray(p) * brightest / 255;
       line[x] = qRgba(level, 0, 0, qAlpha(p));
     }
   }
@@ -135,9 +133,7 @@ QPixmap PixmapInRed(const QPixmap& picture, int brightest) {
   return out;
 }
 
-QIcon IconInRed(const QIcon& icon) {
-  return icon.isNull() ? icon : QIcon(new RedIconEngine(icon));
-}
+QIcon IconInRed(const QIcon& icon) { return icon.isNull() ? icon : QIcon(new RedIconEngine(icon)); }
 
 RedScreenStyle::RedScreenStyle(QStyle* base) : QProxyStyle(base) {}
 
@@ -149,12 +145,10 @@ void RedScreenStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
     case PE_PanelButtonCommand:
     case PE_PanelButtonTool:
     case PE_FrameDefaultButton:
-      DrawRedOnly(painter, option->rect, [&](QPainter* p) {
-        QProxyStyle::drawPrimitive(element, option, p, widget);
-      });
+      DrawRedOnly(painter, option->rect,
+                  [&](QPainter* p) { QProxyStyle::drawPrimitive(element, option, p, widget); });
       return;
-    default:
-      QProxyStyle::drawPrimitive(element, option, painter, widget);
+    default: QProxyStyle::drawPrimitive(element, option, painter, widget);
   }
 }
 
@@ -165,9 +159,8 @@ void RedScreenStyle::drawControl(ControlElement element, const QStyleOption* opt
     QProxyStyle::drawControl(element, option, painter, widget);
     return;
   }
-  DrawRedOnly(painter, option->rect, [&](QPainter* p) {
-    QProxyStyle::drawControl(element, option, p, widget);
-  });
+  DrawRedOnly(painter, option->rect,
+              [&](QPainter* p) { QProxyStyle::drawControl(element, option, p, widget); });
 }
 
 // The title bar of a list window and, when it is maximised, its buttons in the menu bar.
@@ -177,9 +170,8 @@ void RedScreenStyle::drawComplexControl(ComplexControl control, const QStyleOpti
     QProxyStyle::drawComplexControl(control, option, painter, widget);
     return;
   }
-  DrawRedOnly(painter, option->rect, [&](QPainter* p) {
-    QProxyStyle::drawComplexControl(control, option, p, widget);
-  });
+  DrawRedOnly(painter, option->rect,
+              [&](QPainter* p) { QProxyStyle::drawComplexControl(control, option, p, widget); });
 }
 
 void RedScreenStyle::drawItemPixmap(QPainter* painter, const QRect& rect, int alignment,

@@ -79,12 +79,9 @@ void LoadIndiSettings(AppState& state) {
 QByteArray FilterRecord(const FilterSettings& f) {
   RecordWriter w;
   for (const FilterField& field : FilterFields()) {
-    if (field.flag)
-      w.boolean(f.*field.flag);
-    else if (field.whole)
-      w.integer(f.*field.whole);
-    else
-      w.single(f.*field.single);
+    if (field.flag) w.boolean(f.*field.flag);
+    else if (field.whole) w.integer(f.*field.whole);
+    else w.single(f.*field.single);
   }
   return w.endRecord().bytes();
 }
@@ -93,7 +90,9 @@ void WriteFilterFile(const QString& path, const FilterSettings& f) {
   WriteWholeFile(path, FilterRecord(f));
 }
 
-void SaveFilterDefaults(const AppState& state) { WriteFilterFile(state.filterPath(), state.filter); }
+void SaveFilterDefaults(const AppState& state) {
+  WriteFilterFile(state.filterPath(), state.filter);
+}
 
 using FieldReaders = std::vector<std::function<void(RecordReader&)>>;
 
@@ -121,12 +120,10 @@ FieldReaders SettingsFieldReaders(ProgramSettings& s) {
 FieldReaders FilterFieldReaders(FilterSettings& f) {
   FieldReaders steps;
   for (const FilterField& field : FilterFields()) {
-    if (field.flag)
-      steps.push_back([&f, m = field.flag](RecordReader& r) { f.*m = r.boolean(); });
+    if (field.flag) steps.push_back([&f, m = field.flag](RecordReader& r) { f.*m = r.boolean(); });
     else if (field.whole)
       steps.push_back([&f, m = field.whole](RecordReader& r) { f.*m = r.int16(); });
-    else
-      steps.push_back([&f, m = field.single](RecordReader& r) { f.*m = r.single(); });
+    else steps.push_back([&f, m = field.single](RecordReader& r) { f.*m = r.single(); });
   }
   return steps;
 }

@@ -45,8 +45,8 @@ Setup::Setup(AppState& state, QWidget* parent) : QDialog(parent), state_(state) 
     return QFileDialog::getExistingDirectory(p, QStringLiteral("Select Directory"), start);
   };
   chooseColor_ = [](QWidget* p, qint32 initial) -> qint32 {
-    const QColor c = QColorDialog::getColor(
-        QColor(RedOf(initial), GreenOf(initial), BlueOf(initial)), p);
+    const QColor c =
+        QColorDialog::getColor(QColor(RedOf(initial), GreenOf(initial), BlueOf(initial)), p);
     return c.isValid() ? RedLowValue(c.red(), c.green(), c.blue()) : -1;
   };
   build();
@@ -105,8 +105,8 @@ void Setup::build() {
   deviceRow->addWidget(cmbIndiDevice, 1);
   deviceRow->addWidget(cmdIndiFind);
   commGrid->addLayout(deviceRow, 4, 1, 1, 3);
-  indiControls_ = {hostLabel, txtIndiHost, portLabel, txtIndiPort, deviceLabel, cmbIndiDevice,
-                   cmdIndiFind};
+  indiControls_ = {hostLabel,   txtIndiHost,   portLabel,  txtIndiPort,
+                   deviceLabel, cmbIndiDevice, cmdIndiFind};
   commGrid->setColumnStretch(3, 1);
   root->addWidget(comm);
 
@@ -131,18 +131,18 @@ void Setup::build() {
   };
   siteRow(0, QStringLiteral("Longitude"), "cmdEastWest", "txtLongDeg", "txtLongMin", cmdEastWest,
           txtLongDeg, txtLongMin);
-  siteRow(1, QStringLiteral("Latitude"), "cmdNorthSouth", "txtLatDeg", "txtLatMin",
-          cmdNorthSouth, txtLatDeg, txtLatMin);
+  siteRow(1, QStringLiteral("Latitude"), "cmdNorthSouth", "txtLatDeg", "txtLatMin", cmdNorthSouth,
+          txtLatDeg, txtLatMin);
   siteGrid->setColumnStretch(6, 1);
   middle->addWidget(site);
 
   // Altitude Controls.
   auto* alt = named(new QGroupBox(QStringLiteral("Altitude Controls"), this), "fraAltitude");
   auto* altGrid = new QGridLayout(alt);
-  chkUseAltLimit = named(
-      new QCheckBox(QStringLiteral("Use Altitude Controls? (Warns you prior to GoTo operations)"),
-                    alt),
-      "chkUseAltLimit");
+  chkUseAltLimit =
+      named(new QCheckBox(
+                QStringLiteral("Use Altitude Controls? (Warns you prior to GoTo operations)"), alt),
+            "chkUseAltLimit");
   altGrid->addWidget(chkUseAltLimit, 0, 0, 1, 3);
   lblMinAlt = named(new QLabel(QStringLiteral("Minimum Altitude:"), alt), "lblMinAlt");
   txtMinAlt = numberField(alt, "txtMinAlt");
@@ -159,13 +159,13 @@ void Setup::build() {
   // Time Zone Information.
   auto* tz = named(new QGroupBox(QStringLiteral("Time Zone Information"), this), "fraTimeZone");
   auto* tzGrid = new QGridLayout(tz);
-  chkUseWindowsTimeZone = named(
-      new QCheckBox(QStringLiteral("Use Windows Time Zone Setting?"), tz), "chkUseWindowsTimeZone");
+  chkUseWindowsTimeZone = named(new QCheckBox(QStringLiteral("Use Windows Time Zone Setting?"), tz),
+                                "chkUseWindowsTimeZone");
   tzGrid->addWidget(chkUseWindowsTimeZone, 0, 0, 1, 2);
   lblMyTimeZone = named(
-      new QLabel(QStringLiteral(
-                     "Enter Hours from UTC (+ for East Hemisphere, - for West Hemisphere):"),
-                 tz),
+      new QLabel(
+          QStringLiteral("Enter Hours from UTC (+ for East Hemisphere, - for West Hemisphere):"),
+          tz),
       "lblMyTimeZone");
   txtMyTimeZone = numberField(tz, "txtMyTimeZone");
   tzGrid->addWidget(lblMyTimeZone, 1, 0);
@@ -174,7 +174,8 @@ void Setup::build() {
   root->addWidget(tz);
 
   // Location of Tavorine Lists.
-  auto* lists = named(new QGroupBox(QStringLiteral("Location of Tavorine Lists"), this), "fraDataDir");
+  auto* lists =
+      named(new QGroupBox(QStringLiteral("Location of Tavorine Lists"), this), "fraDataDir");
   auto* listsRow = new QHBoxLayout(lists);
   txtDataDir = named(new QLineEdit(lists), "txtDataDir");
   cmmdBrowse = named(new QPushButton(QStringLiteral("&Browse"), lists), "cmmdBrowse");
@@ -279,9 +280,9 @@ void Setup::fillFoundPorts() {
   const auto ports = QSerialPortInfo::availablePorts();
   for (const QSerialPortInfo& p : ports) {
     const QString description = p.description().isEmpty() ? p.portName() : p.description();
-    cmbFoundPorts->addItem(p.systemLocation() + QStringLiteral(" (") + description +
-                                QLatin1Char(')'),
-                            p.systemLocation());
+    cmbFoundPorts->addItem(
+        p.systemLocation() + QStringLiteral(" (") + description + QLatin1Char(')'),
+        p.systemLocation());
     if (p.systemLocation() == txtCommPort->text().trimmed()) chosen = cmbFoundPorts->count() - 1;
   }
   if (cmbFoundPorts->count() == 0) {
@@ -310,8 +311,8 @@ void Setup::setAltitudeControls(bool useLimit) {
 
 void Setup::showObjectColor() {
   shpObjectColor->setStyleSheet(QStringLiteral("QFrame#shpObjectColor { background-color: %1; "
-                                                "border: 1px solid black; }")
-                                     .arg(CssColor(state_.settings.ObjectColor)));
+                                               "border: 1px solid black; }")
+                                    .arg(CssColor(state_.settings.ObjectColor)));
 }
 
 SetupFields Setup::fields() const {
@@ -342,7 +343,8 @@ bool Setup::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::FocusIn) {
     if (auto* edit = qobject_cast<QLineEdit*>(watched)) {
       // After the click that gave the focus has placed the cursor.
-      QTimer::singleShot(0, edit, [edit] { edit->setSelection(0, qMin(100, int(edit->text().size()))); });
+      QTimer::singleShot(0, edit,
+                         [edit] { edit->setSelection(0, qMin(100, int(edit->text().size()))); });
     }
   }
   return QDialog::eventFilter(watched, event);

@@ -108,14 +108,11 @@ bool SetupOk(AppState& state, SetupFields& fields) {
   // 3. The port as typed; the proxy route keeps an address typed after "HCD". The INDI server
   // and device are kept apart, also while another route is chosen.
   state.indi = IndiSettingsOf(fields);
-  if (fields.indiSelected)
-    s.CommPort = QStringLiteral("INDI");
-  else if (fields.commPortSelected)
-    s.CommPort = fields.commPort;
+  if (fields.indiSelected) s.CommPort = QStringLiteral("INDI");
+  else if (fields.commPortSelected) s.CommPort = fields.commPort;
   else if (fields.commPort.trimmed().startsWith(QLatin1String("HCD")))
     s.CommPort = fields.commPort.trimmed();
-  else
-    s.CommPort = QStringLiteral("HCD");
+  else s.CommPort = QStringLiteral("HCD");
   // 4. The site, strictly; each field is stored as soon as it converts.
   s.LongDeg = CInt(fields.longDeg);
   s.LongMin = CInt(fields.longMin);

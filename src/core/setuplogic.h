@@ -8,21 +8,21 @@
 // What the Setup dialog shows and what it hands back: the texts of its fields and the states
 // of its check boxes and options, without any widget.
 struct SetupFields {
-  int scopeIndex = 0;             // cmbScopeType
-  bool commPortSelected = true;   // optCommPort (false: optHCD)
-  QString commPort;               // txtCommPort
-  bool indiSelected = false;      // optIndi (then neither of the two above)
-  QString indiHost, indiPort;     // txtIndiHost, txtIndiPort
-  QString indiDevice;             // cmbIndiDevice
-  QString eastWest;               // caption of cmdEastWest
-  QString longDeg, longMin;       // txtLongDeg, txtLongMin
-  QString northSouth;             // caption of cmdNorthSouth
-  QString latDeg, latMin;         // txtLatDeg, txtLatMin
-  bool useWindowsTimeZone = true; // chkUseWindowsTimeZone
-  QString myTimeZone;             // txtMyTimeZone
-  bool useAltLimit = true;        // chkUseAltLimit
-  QString minAlt, maxAlt;         // txtMinAlt, txtMaxAlt
-  QString dataDir;                // txtDataDir
+  int scopeIndex = 0;              // cmbScopeType
+  bool commPortSelected = true;    // optCommPort (false: optHCD)
+  QString commPort;                // txtCommPort
+  bool indiSelected = false;       // optIndi (then neither of the two above)
+  QString indiHost, indiPort;      // txtIndiHost, txtIndiPort
+  QString indiDevice;              // cmbIndiDevice
+  QString eastWest;                // caption of cmdEastWest
+  QString longDeg, longMin;        // txtLongDeg, txtLongMin
+  QString northSouth;              // caption of cmdNorthSouth
+  QString latDeg, latMin;          // txtLatDeg, txtLatMin
+  bool useWindowsTimeZone = true;  // chkUseWindowsTimeZone
+  QString myTimeZone;              // txtMyTimeZone
+  bool useAltLimit = true;         // chkUseAltLimit
+  QString minAlt, maxAlt;          // txtMinAlt, txtMaxAlt
+  QString dataDir;                 // txtDataDir
 };
 
 // The texts of the telescope families, in the order of the drop-down list.

@@ -38,7 +38,9 @@ class WindowPlacement : public QObject {
   }
 
  private:
-  void save() const { WriteWindowGeometry(folder_, window_->objectName(), window_->saveGeometry()); }
+  void save() const {
+    WriteWindowGeometry(folder_, window_->objectName(), window_->saveGeometry());
+  }
 
   // The frame round the window: the real one once the window manager has put it on, until then
   // a title bar's height.
@@ -62,10 +64,8 @@ class WindowPlacement : public QObject {
     const QRect frame = window_->geometry().marginsAdded(m);
     const QSize smallest = window_->minimumSize().grownBy(m);
     const QRect fitted = FitFrame(frame, smallest, screen->availableGeometry());
-    if (restored && fitted != frame)
-      window_->setGeometry(fitted.marginsRemoved(m));
-    else if (!restored && fitted.size() != frame.size())
-      window_->resize(fitted.size().shrunkBy(m));
+    if (restored && fitted != frame) window_->setGeometry(fitted.marginsRemoved(m));
+    else if (!restored && fitted.size() != frame.size()) window_->resize(fitted.size().shrunkBy(m));
   }
 
   QPointer<QWidget> window_;

@@ -34,9 +34,9 @@ ExportResult ExportList(ExportKind kind, const QString& dataSource, const QStrin
     }
     case ExportKind::Csv:
     case ExportKind::Brillet:
-      WriteWholeFile(PathStem(dataSource) + QStringLiteral(".csv"),
-                     WriteCsv(list, kind == ExportKind::Csv ? CsvVariant::General
-                                                            : CsvVariant::Brillet));
+      WriteWholeFile(
+          PathStem(dataSource) + QStringLiteral(".csv"),
+          WriteCsv(list, kind == ExportKind::Csv ? CsvVariant::General : CsvVariant::Brillet));
       break;
   }
   return result;

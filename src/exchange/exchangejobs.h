@@ -13,8 +13,8 @@ class Database;
 enum class ExportKind { Tour, Palm, Csv, Brillet };
 
 struct ExportResult {
-  int files = 1;        // how many files were written
-  QString tourText;     // for a tour: where it went and what to do next
+  int files = 1;     // how many files were written
+  QString tourText;  // for a tour: where it went and what to do next
 };
 
 // Writes the export of the list document at dataSource, whose title is title. Files already

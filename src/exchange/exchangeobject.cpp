@@ -45,9 +45,10 @@ int StoreImportedObjects(const std::shared_ptr<Database>& db, ImportTarget targe
   for (const ExchangeColumnInfo& c : ExchangeColumns()) columns << QuoteIdentifier(c.field);
   if (list) columns << QStringLiteral("DisplayOrder");
   for (int i = 1; i <= columns.size(); ++i) marks << QStringLiteral("?%1").arg(i);
-  Statement insert = db->prepare(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                                    .arg(QuoteIdentifier(table), columns.join(QStringLiteral(", ")),
-                                         marks.join(QStringLiteral(", "))));
+  Statement insert =
+      db->prepare(QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                      .arg(QuoteIdentifier(table), columns.join(QStringLiteral(", ")),
+                           marks.join(QStringLiteral(", "))));
   for (const ImportedObject& object : objects) {
     for (int i = 0; i < ExchangeColumnCount; ++i) insert.bind(i + 1, object[size_t(i)]);
     if (list) {

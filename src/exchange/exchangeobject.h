@@ -11,16 +11,26 @@ class Database;
 // The twelve columns of an object as the exchange files carry it, in the column order of the
 // CSV files (which the CSV imports expect too).
 enum ExchangeColumn {
-  ColCategory, ColObjectNum, ColName, ColType, ColMagnitude, ColConstellation,
-  ColRAHour, ColRAMinute, ColDecSign, ColDecDeg, ColDecMinute, ColInfo,
+  ColCategory,
+  ColObjectNum,
+  ColName,
+  ColType,
+  ColMagnitude,
+  ColConstellation,
+  ColRAHour,
+  ColRAMinute,
+  ColDecSign,
+  ColDecDeg,
+  ColDecMinute,
+  ColInfo,
   ExchangeColumnCount
 };
 
 struct ExchangeColumnInfo {
-  QString field;    // the table column
-  QString header;   // its caption in a CSV header line
-  bool trimmed;     // written trimmed, as text
-  bool number;      // one of the four position numbers
+  QString field;   // the table column
+  QString header;  // its caption in a CSV header line
+  bool trimmed;    // written trimmed, as text
+  bool number;     // one of the four position numbers
 };
 const std::array<ExchangeColumnInfo, ExchangeColumnCount>& ExchangeColumns();
 

@@ -21,10 +21,8 @@ double ListRows::number(ExchangeColumn column) const {
   const QVariant v = value(column);
   switch (v.typeId()) {
     case QMetaType::Double:
-    case QMetaType::LongLong:
-      return v.toDouble();
-    default:
-      return Val(FieldText(v));
+    case QMetaType::LongLong: return v.toDouble();
+    default: return Val(FieldText(v));
   }
 }
 

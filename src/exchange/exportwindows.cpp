@@ -30,12 +30,15 @@ const ExportForm& formOf(ExportKind kind) {
       "same folder as the Tavorine List file (usually the data directory found in 'Tools, "
       "Setup').";
   static const QByteArray palm =
-      QByteArray("This operation creates a TXT file which is compatible with Planetarium for "
-                 "Palm.  ") +
+      QByteArray(
+          "This operation creates a TXT file which is compatible with Planetarium for "
+          "Palm.  ") +
       sameFolder + "  Refer to the instuctions of this program for futher details.";
   static const QByteArray csv =
-      QByteArray("This operation creates a CSV file which is compatible with most spreadsheet "
-                 "and database programs.  ") + sameFolder;
+      QByteArray(
+          "This operation creates a CSV file which is compatible with most spreadsheet "
+          "and database programs.  ") +
+      sameFolder;
   static const QByteArray brillet =
       QByteArray("This operation creates a CSV file which is compatible with Brillet.  ") +
       sameFolder;
@@ -153,8 +156,8 @@ void ExportWait::work() {
   repaint();
   succeeded_ = RunGuarded(state_.prompter(), [&] {
     const Hourglass hourglass;
-    result_ = ExportList(kind_, source_.dataSource, source_.title,
-                         FindTourFolders(state_.windowsDriveC));
+    result_ =
+        ExportList(kind_, source_.dataSource, source_.title, FindTourFolders(state_.windowsDriveC));
   });
   if (!succeeded_ || kind_ != ExportKind::Tour) {
     done(succeeded_ ? Accepted : Rejected);
@@ -180,10 +183,11 @@ ExportCompleteWindow::ExportCompleteWindow(bool multipleFiles, QWidget* parent) 
   auto* layout = new QVBoxLayout(this);
   const QStringList labels =
       multipleFiles
-          ? QStringList{
-                QStringLiteral("Multiple export files have been created, each with the same"),
-                QStringLiteral("name as the Tavorine List file but with a numeric suffix."),
-                QStringLiteral("Import all of these files to the same category in Planetarium.")}
+          ? QStringList{QStringLiteral(
+                            "Multiple export files have been created, each with the same"),
+                        QStringLiteral("name as the Tavorine List file but with a numeric suffix."),
+                        QStringLiteral(
+                            "Import all of these files to the same category in Planetarium.")}
           : QStringList{QStringLiteral("The file has been created.")};
   int n = 0;
   for (const QString& text : labels) {

@@ -131,8 +131,8 @@ void ImportWindow::showEvent(QShowEvent* event) {
 void ImportWindow::cmdOK_Click() {
   const ImportForm& form = formOf(kind_);
   if (!form.tour) {
-    for (QWidget* w : std::initializer_list<QWidget*>{cmdOK, cmdCancel, Label2_,
-                                                       chkImportHasHeader})
+    for (QWidget* w :
+         std::initializer_list<QWidget*>{cmdOK, cmdCancel, Label2_, chkImportHasHeader})
       w->hide();
     state_.ImportHasHeader = chkImportHasHeader->isChecked();
   }
@@ -143,13 +143,13 @@ void ImportWindow::cmdOK_Click() {
     const Hourglass hourglass;
     RunGuarded(
         [&] {
-          imported = ImportFile(form.format, file_, state_.ImportHasHeader, datPrimaryRS_,
-                                form.target);
+          imported =
+              ImportFile(form.format, file_, state_.ImportHasHeader, datPrimaryRS_, form.target);
         },
         [](const AppError&) {});
   }
-  state_.prompter().message(AppTitle(), imported ? ImportCompleteText(form.target)
-                                                  : IncorrectFileFormatText());
+  state_.prompter().message(AppTitle(),
+                            imported ? ImportCompleteText(form.target) : IncorrectFileFormatText());
   accept();
 }
 

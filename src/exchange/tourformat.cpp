@@ -27,10 +27,9 @@ double secondsOf(double minutes) { return (minutes - std::floor(minutes)) * 60; 
 
 // "Type" text of each type code a tour may hold.
 QString typeOfCode(const QString& code) {
-  static const char* types[] = {"Asterism",     "Globular Cluster", "Double Star",
-                                "Emission Nebula", "Galaxy",       "Nebula",
-                                "Open Cluster", "Planetary Nebula", "Probable Star",
-                                "Triple Star"};
+  static const char* types[] = {
+      "Asterism", "Globular Cluster", "Double Star",      "Emission Nebula", "Galaxy",
+      "Nebula",   "Open Cluster",     "Planetary Nebula", "Probable Star",   "Triple Star"};
   if (code.size() == 1 && code[0] >= QLatin1Char('0') && code[0] <= QLatin1Char('9'))
     return QString::fromLatin1(types[code[0].unicode() - '0']);
   return QStringLiteral(" ");
@@ -122,12 +121,10 @@ QString TourLine(const ListRows& list) {
   const QString identifier = TourIdentifier(category, list.trimmed(ColObjectNum));
   const QString description = QStringLiteral("       ") + list.trimmed(ColName) +
                               QStringLiteral(" - ") + list.trimmed(ColInfo);
-  const QString magnitude =
-      PrintedNumber(std::floor(Val(list.text(ColMagnitude)) * 10)).trimmed();
-  return ra + QLatin1Char('#') + dec + QLatin1Char('#') + inField(identifier) +
-         QLatin1Char('#') + inField(description) + QStringLiteral("####") + magnitude +
-         QStringLiteral("####") + TourTypeCode(list.text(ColType), category) +
-         QStringLiteral("#######");
+  const QString magnitude = PrintedNumber(std::floor(Val(list.text(ColMagnitude)) * 10)).trimmed();
+  return ra + QLatin1Char('#') + dec + QLatin1Char('#') + inField(identifier) + QLatin1Char('#') +
+         inField(description) + QStringLiteral("####") + magnitude + QStringLiteral("####") +
+         TourTypeCode(list.text(ColType), category) + QStringLiteral("#######");
 }
 
 QByteArray WriteTour(ListRows& list) {

@@ -1,9 +1,9 @@
 #include "info/aboutinfo.h"
 
+#include <sqlite3.h>
 #include <QFile>
 #include <QSysInfo>
 #include <QtGlobal>
-#include <sqlite3.h>
 
 #include "core/appstate.h"
 
@@ -75,7 +75,8 @@ QString LicenseText(const QString& path) {
   QFile f(path);
   if (!f.open(QIODevice::ReadOnly))
     return QStringLiteral("The licence text was not found at ") + path +
-           QStringLiteral(".\nTavorine is released under the GNU General Public License v3.0 "
-                          "or later.");
+           QStringLiteral(
+               ".\nTavorine is released under the GNU General Public License v3.0 "
+               "or later.");
   return QString::fromUtf8(f.readAll());
 }

@@ -37,7 +37,8 @@ class HelpBrowser : public QTextBrowser {
   const AppState& state_;
 };
 
-HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::Window), state_(state) {
+HelpWindow::HelpWindow(AppState& state, QWidget* parent)
+    : QWidget(parent, Qt::Window), state_(state) {
   setObjectName(QStringLiteral("HelpWindow"));
   KeepWindowPlacement(this, state);
   setWindowTitle(QStringLiteral("Tavorine Online Help"));
@@ -66,11 +67,10 @@ HelpWindow::HelpWindow(AppState& state, QWidget* parent) : QWidget(parent, Qt::W
 
   redScreen_ = state_.RedScreenOn;
   const QString path = state_.helpPath();
-  if (QFileInfo::exists(path))
-    txtHelp->setSource(QUrl::fromLocalFile(path));
+  if (QFileInfo::exists(path)) txtHelp->setSource(QUrl::fromLocalFile(path));
   else
     txtHelp->setPlainText(QStringLiteral("The help file was not found at ") + path +
-                           QLatin1Char('.'));
+                          QLatin1Char('.'));
 }
 
 void HelpWindow::showAndRaise() {

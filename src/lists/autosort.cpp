@@ -17,8 +17,7 @@ double AutoSortKey(double altitude, double azimuth) {
 std::vector<int> AutoSortOrder(const std::vector<double>& keys) {
   std::vector<int> order(keys.size());
   std::iota(order.begin(), order.end(), 0);
-  std::stable_sort(order.begin(), order.end(),
-                   [&keys](int l, int r) { return keys[l] < keys[r]; });
+  std::stable_sort(order.begin(), order.end(), [&keys](int l, int r) { return keys[l] < keys[r]; });
   return order;
 }
 

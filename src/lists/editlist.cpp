@@ -257,9 +257,7 @@ void EditList::writeCounter() {
 
 // ---- the chart ------------------------------------------------------------------------------
 
-void EditList::DrawSkyChart() {
-  Sky->DrawSkyChart(mapStars_);
-}
+void EditList::DrawSkyChart() { Sky->DrawSkyChart(mapStars_); }
 
 void EditList::PlotSelected() {
   const quint32 colour = EditListMarkerColour(MarkerSource, state_.settings.ObjectColor);
@@ -362,10 +360,9 @@ void EditList::cmdMove_Click(bool down) {
 void EditList::cmdAutoSort_Click() {
   RunGuarded(
       [&] {
-        if (state_.prompter().ask(QStringLiteral("Confirm"),
-                                  QStringLiteral("Permanently re-sort the list?"),
-                                  Prompter::Buttons::YesNo,
-                                  Prompter::Answer::Yes) != Prompter::Answer::Yes) {
+        if (state_.prompter().ask(
+                QStringLiteral("Confirm"), QStringLiteral("Permanently re-sort the list?"),
+                Prompter::Buttons::YesNo, Prompter::Answer::Yes) != Prompter::Answer::Yes) {
           setPointer(kPointerDefault);
           return;
         }
@@ -478,7 +475,8 @@ bool EditList::eventFilter(QObject* watched, QEvent* event) {
   const bool backwards = key->key() == Qt::Key_Backtab ||
                          (key->key() == Qt::Key_Tab && (key->modifiers() & Qt::ShiftModifier));
   if (key->key() != Qt::Key_Tab && key->key() != Qt::Key_Backtab) return false;
-  RunIgnoringErrors([&] { SSTab1->setCurrentIndex(NeighbourTab(SSTab1->currentIndex(), backwards)); });
+  RunIgnoringErrors(
+      [&] { SSTab1->setCurrentIndex(NeighbourTab(SSTab1->currentIndex(), backwards)); });
   return true;
 }
 

@@ -79,7 +79,7 @@ class EditList : public QDialog {
   bool FirstActivate = true;
   bool FirstCount = true;
   int MarkerSource = 2;
-  bool quiet_ = false;      // a batch is running: no marker per row
+  bool quiet_ = false;  // a batch is running: no marker per row
   bool closed_ = false;
   int pointerDepth_ = 0;
 

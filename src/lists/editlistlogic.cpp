@@ -49,10 +49,10 @@ qint32 NextDisplayOrder(const QString& currentDisplayOrderText) {
 
 const QStringList& CopiedObjectColumns() {
   static const QStringList columns = {
-      QStringLiteral("Category"),  QStringLiteral("ObjectNum"),     QStringLiteral("Name"),
-      QStringLiteral("Type"),      QStringLiteral("Constellation"), QStringLiteral("Magnitude"),
-      QStringLiteral("RAHour"),    QStringLiteral("RAMinute"),      QStringLiteral("DecSign"),
-      QStringLiteral("DecDeg"),    QStringLiteral("DecMinute"),     QStringLiteral("Info")};
+      QStringLiteral("Category"), QStringLiteral("ObjectNum"),     QStringLiteral("Name"),
+      QStringLiteral("Type"),     QStringLiteral("Constellation"), QStringLiteral("Magnitude"),
+      QStringLiteral("RAHour"),   QStringLiteral("RAMinute"),      QStringLiteral("DecSign"),
+      QStringLiteral("DecDeg"),   QStringLiteral("DecMinute"),     QStringLiteral("Info")};
   return columns;
 }
 
@@ -176,21 +176,21 @@ void AutoSortList(const AppState& state, Recordset& list) {
 
 ColumnLayouts EditorColumnLayouts() {
   ColumnLayouts c;
-  c << ColumnLayout::hiddenColumn()                                     // DisplayOrder
-    << ColumnLayout::hiddenColumn()                                     // Goto or Observed
-    << ColumnLayout::named(1050)                                        // Category
+  c << ColumnLayout::hiddenColumn()  // DisplayOrder
+    << ColumnLayout::hiddenColumn()  // Goto or Observed
+    << ColumnLayout::named(1050)     // Category
     << ColumnLayout::captioned(QStringLiteral("Number"), 1000, Qt::AlignRight)
-    << ColumnLayout::named(2300)                                        // Name
-    << ColumnLayout::named(1650)                                        // Type
-    << ColumnLayout::named(1350)                                        // Constellation
-    << ColumnLayout::named(1250)                                        // Magnitude
-    << ColumnLayout::captioned(QStringLiteral("RA"), 600)               // RAHour
-    << ColumnLayout::captioned(QStringLiteral("RA"), 600)               // RAMinute
-    << ColumnLayout::captioned(QString(), 300, Qt::AlignHCenter)        // DecSign
-    << ColumnLayout::captioned(QStringLiteral("Dec"), 600)              // DecDeg
-    << ColumnLayout::captioned(QStringLiteral("Dec"), 600)              // DecMinute
-    << ColumnLayout::named(2500)                                        // Info
-    << ColumnLayout::hiddenColumn();                                    // Observed or Goto
+    << ColumnLayout::named(2300)                                  // Name
+    << ColumnLayout::named(1650)                                  // Type
+    << ColumnLayout::named(1350)                                  // Constellation
+    << ColumnLayout::named(1250)                                  // Magnitude
+    << ColumnLayout::captioned(QStringLiteral("RA"), 600)         // RAHour
+    << ColumnLayout::captioned(QStringLiteral("RA"), 600)         // RAMinute
+    << ColumnLayout::captioned(QString(), 300, Qt::AlignHCenter)  // DecSign
+    << ColumnLayout::captioned(QStringLiteral("Dec"), 600)        // DecDeg
+    << ColumnLayout::captioned(QStringLiteral("Dec"), 600)        // DecMinute
+    << ColumnLayout::named(2500)                                  // Info
+    << ColumnLayout::hiddenColumn();                              // Observed or Goto
   return c;
 }
 

@@ -75,11 +75,11 @@ constexpr int EditListMinHeight = 7245;
 
 // Where the controls go for a client area of W × H twips.
 struct EditListLayout {
-  int gridHeight;          // grdDataGrid
-  int moveTop;             // cmdMoveUp, cmdMoveDown (and the counter beside them)
-  int buttonTop;           // cmdClose, cmdAutoSort, cmdDelete, cmdFilterAlt
-  int filterLabelTop;      // lblFilter
-  int tabWidth, tabHeight; // SSTab1
+  int gridHeight;           // grdDataGrid
+  int moveTop;              // cmdMoveUp, cmdMoveDown (and the counter beside them)
+  int buttonTop;            // cmdClose, cmdAutoSort, cmdDelete, cmdFilterAlt
+  int filterLabelTop;       // lblFilter
+  int tabWidth, tabHeight;  // SSTab1
   int pageGridWidth, pageGridHeight;
 };
 EditListLayout EditListLayoutFor(int clientWidth, int clientHeight);

@@ -25,11 +25,12 @@ std::optional<SortChoice> ListSortChoice(int column) {
                         QStringLiteral("NameDesc"), QStringLiteral("ORDER BY Name DESC")};
     case 6:
       return SortChoice{QStringLiteral("Type"), QStringLiteral("ORDER BY Type, Magnitude"),
-                        QStringLiteral("TypeDesc"), QStringLiteral("ORDER BY Type DESC, Magnitude")};
+                        QStringLiteral("TypeDesc"),
+                        QStringLiteral("ORDER BY Type DESC, Magnitude")};
     case 7:
-      return SortChoice{QStringLiteral("Const"), QStringLiteral("ORDER BY Constellation, Magnitude"),
-                        QStringLiteral("ConstDesc"),
-                        QStringLiteral("ORDER BY Constellation DESC, Magnitude")};
+      return SortChoice{
+          QStringLiteral("Const"), QStringLiteral("ORDER BY Constellation, Magnitude"),
+          QStringLiteral("ConstDesc"), QStringLiteral("ORDER BY Constellation DESC, Magnitude")};
     case 8:
       return SortChoice{QStringLiteral("Mag"), QStringLiteral("ORDER BY Magnitude"),
                         QStringLiteral("MagDesc"), QStringLiteral("ORDER BY Magnitude DESC")};
@@ -50,8 +51,7 @@ std::optional<SortChoice> ListSortChoice(int column) {
           QStringLiteral("ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) DESC"),
           QStringLiteral("DECDesc"),
           QStringLiteral("ORDER BY (val(DecSign & '1') * (DecDeg + DecMinute/60)) ")};
-    default:
-      return std::nullopt;
+    default: return std::nullopt;
   }
 }
 

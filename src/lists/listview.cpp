@@ -33,10 +33,10 @@ SkyCoordinates RowPosition(const Recordset& rs) { return PositionColumns(rs).cur
 
 const QStringList& ObjectDetailFields() {
   static const QStringList fields{
-      QStringLiteral("Category"), QStringLiteral("ObjectNum"), QStringLiteral("Name"),
+      QStringLiteral("Category"), QStringLiteral("ObjectNum"),     QStringLiteral("Name"),
       QStringLiteral("Type"),     QStringLiteral("Constellation"), QStringLiteral("Magnitude"),
-      QStringLiteral("RAHour"),   QStringLiteral("RAMinute"), QStringLiteral("DecSign"),
-      QStringLiteral("DecDeg"),   QStringLiteral("DecMinute"), QStringLiteral("Info")};
+      QStringLiteral("RAHour"),   QStringLiteral("RAMinute"),      QStringLiteral("DecSign"),
+      QStringLiteral("DecDeg"),   QStringLiteral("DecMinute"),     QStringLiteral("Info")};
   return fields;
 }
 

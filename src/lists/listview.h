@@ -59,14 +59,14 @@ QString ListVariantName(ListVariant variant);
 
 // Sizes in twips. Width is the window's outer width, height the height of its client area.
 struct ListFormLayout {
-  int openWidth, openHeight;            // size given when the document is opened
+  int openWidth, openHeight;                  // size given when the document is opened
   int maximizedMinWidth, maximizedMinHeight;  // a maximized window goes back to normal below these
-  int minWidth, minHeight;              // smaller sizes are set back to these
-  int gridWidthLess, gridHeightLess;    // grid size: width - a, height - b
-  int skyRightOffset;                   // Sky's left at width - this; 0: Sky stays where it is
+  int minWidth, minHeight;                    // smaller sizes are set back to these
+  int gridWidthLess, gridHeightLess;          // grid size: width - a, height - b
+  int skyRightOffset;  // Sky's left at width - this; 0: Sky stays where it is
   struct Follower {
     QString control;
-    int bottomOffset;                   // top at height - this
+    int bottomOffset;  // top at height - this
   };
   std::vector<Follower> followers;
 };
@@ -75,11 +75,11 @@ const ListFormLayout& ListFormLayoutFor(ListVariant variant);
 // What the resize rule decides for a window of the given size inside a child area of the given
 // size (all twips).
 struct ListResize {
-  bool restoreNormal = false;   // maximized in too small an area: back to normal, nothing else
+  bool restoreNormal = false;  // maximized in too small an area: back to normal, nothing else
   bool setWidth = false, setHeight = false;  // set back to the smallest size
-  int width = 0, height = 0;    // the size the window ends with
+  int width = 0, height = 0;                 // the size the window ends with
   int gridWidth = 0, gridHeight = 0;
-  int skyLeft = -1;             // -1: not moved
+  int skyLeft = -1;                           // -1: not moved
   std::vector<std::pair<QString, int>> tops;  // control name, new top
 };
 ListResize ListResizeRule(ListVariant variant, bool maximized, int areaWidth, int areaHeight,

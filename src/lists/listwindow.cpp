@@ -21,11 +21,11 @@
 #include "charts/skywidget.h"
 #include "core/appstate.h"
 #include "core/handler.h"
+#include "core/hourglass.h"
 #include "core/mainwindow.h"
 #include "core/numtext.h"
 #include "core/opendocuments.h"
 #include "core/settings.h"
-#include "core/hourglass.h"
 #include "core/twips.h"
 #include "lists/objectdetails.h"
 #include "scope/chartlink.h"
@@ -139,9 +139,10 @@ void CurrentList::buildControls() {
   txtObserverTitle = hiddenField("txtObserverTitle");
   txtShortFileName = hiddenField("txtShortFileName");
 
-  sky_ = new SkyWidget(compact ? ChartWindow::CurrentListFixed : ChartWindow::CurrentList,
-                       [this](const SkyCoordinates& p) { return AltitudeNow(state_, p); },
-                       [this](const SkyCoordinates& p) { return AzimuthNow(state_, p); }, this);
+  sky_ = new SkyWidget(
+      compact ? ChartWindow::CurrentListFixed : ChartWindow::CurrentList,
+      [this](const SkyCoordinates& p) { return AltitudeNow(state_, p); },
+      [this](const SkyCoordinates& p) { return AzimuthNow(state_, p); }, this);
   sky_->placeAt(sky_->constants().left, sky_->constants().top);
   sky_->followRedScreen([this] { return state_.RedScreenOn; });
 
@@ -233,9 +234,7 @@ void CurrentList::refreshDetails() {
   if (!row) text(13)->clear();
 }
 
-QMdiSubWindow* CurrentList::frame() const {
-  return qobject_cast<QMdiSubWindow*>(parentWidget());
-}
+QMdiSubWindow* CurrentList::frame() const { return qobject_cast<QMdiSubWindow*>(parentWidget()); }
 
 int CurrentList::twipsOf(int pixels) const { return PixelsToTwips(pixels, this); }
 
@@ -444,13 +443,9 @@ bool CurrentList::eventFilter(QObject* watched, QEvent* event) {
     case Qt::Key_End: GoToLastRow(); return true;
     case Qt::Key_Home: GoToFirstRow(); return true;
     case Qt::Key_Up:
-    case Qt::Key_PageUp:
-      ctrl ? GoToFirstRow() : cmdPrevious_Click();
-      return true;
+    case Qt::Key_PageUp: ctrl ? GoToFirstRow() : cmdPrevious_Click(); return true;
     case Qt::Key_Down:
-    case Qt::Key_PageDown:
-      ctrl ? GoToLastRow() : cmdNext_Click();
-      return true;
+    case Qt::Key_PageDown: ctrl ? GoToLastRow() : cmdNext_Click(); return true;
     default: return QWidget::eventFilter(watched, event);
   }
 }
@@ -470,8 +465,8 @@ void CurrentList::placeControls() {
     areaW = twipsOf(f->mdiArea()->viewport()->width());
     areaH = twipsOf(f->mdiArea()->viewport()->height());
   }
-  const ListResize r = ListResizeRule(variant_, f && f->isMaximized(), areaW, areaH, outer,
-                                      twipsOf(height()));
+  const ListResize r =
+      ListResizeRule(variant_, f && f->isMaximized(), areaW, areaH, outer, twipsOf(height()));
   if (r.restoreNormal) {
     f->showNormal();
     resizing_ = false;
@@ -479,8 +474,8 @@ void CurrentList::placeControls() {
   }
   if (f && (r.setWidth || r.setHeight)) {
     const int w = r.setWidth ? TwipsToPixels(r.width, this) : f->width();
-    const int h = r.setHeight ? f->height() - height() + TwipsToPixels(r.height, this)
-                              : f->height();
+    const int h =
+        r.setHeight ? f->height() - height() + TwipsToPixels(r.height, this) : f->height();
     f->resize(w, h);
   }
   const auto px = [this](int twips) { return TwipsToPixels(twips, this); };
@@ -498,8 +493,7 @@ void CurrentList::placeControls() {
   if (compact)  // between the grid and the chart, however wide the grid has grown
     details_->setGeometry(px(std::max(3720, gridLeft + r.gridWidth + 60)), 0, px(3900),
                           std::max(0, px(r.height - 480)));
-  else
-    details_->setGeometry(px(45), px(4030), px(4000), std::max(0, px(r.height - 30 - 4030)));
+  else details_->setGeometry(px(45), px(4030), px(4000), std::max(0, px(r.height - 30 - 4030)));
   resizing_ = false;
 }
 

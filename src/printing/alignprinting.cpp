@@ -30,16 +30,14 @@ void AlignPrintingJob::Run(int copies) {
 
     // Every alignment star is named, whatever the window shows.
     std::vector<AlignmentCandidate> candidates;
-    PrintChartStars(s_, state_, datMapStars_,
-                    [&](const Recordset& star, double alt, QPointF at) {
-                      if (!flag(star, "Alignment")) return;
-                      const QString name = star.text(QStringLiteral("AlignmentName"));
-                      s_.setPosition(at.x() + 40, at.y());
-                      s_.print(name);
-                      if (InAlignmentBand(alt))
-                        candidates.push_back(
-                            {name, RowPosition(star), flag(star, "autoalignment")});
-                    });
+    PrintChartStars(s_, state_, datMapStars_, [&](const Recordset& star, double alt, QPointF at) {
+      if (!flag(star, "Alignment")) return;
+      const QString name = star.text(QStringLiteral("AlignmentName"));
+      s_.setPosition(at.x() + 40, at.y());
+      s_.print(name);
+      if (InAlignmentBand(alt))
+        candidates.push_back({name, RowPosition(star), flag(star, "autoalignment")});
+    });
     PrintChartLegend(s_, LeftMargin);
     PrintBestPairs(candidates);
     s_.endDocument();

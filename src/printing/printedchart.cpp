@@ -44,11 +44,10 @@ void PrintChartHeading(PrintSurface& s, const AppState& state, const QString& ti
   s.print(ShortDate(state.UserDate.date()) + QLatin1Char(' ') + ShortTime(state.UserDate.time()),
           false);
   const ProgramSettings& site = state.settings;
-  const QString location =
-      QStringLiteral("Long: ") + site.LongHemi + PlainNumber(site.LongDeg) +
-      QStringLiteral("° ") + PlainNumber(site.LongMin) + QStringLiteral("'   Lat: ") +
-      site.LatHemi + PlainNumber(site.LatDeg) + QStringLiteral("° ") +
-      PlainNumber(site.LatMin) + QLatin1Char('\'');
+  const QString location = QStringLiteral("Long: ") + site.LongHemi + PlainNumber(site.LongDeg) +
+                           QStringLiteral("° ") + PlainNumber(site.LongMin) +
+                           QStringLiteral("'   Lat: ") + site.LatHemi + PlainNumber(site.LatDeg) +
+                           QStringLiteral("° ") + PlainNumber(site.LatMin) + QLatin1Char('\'');
   s.setCurrentX(P - s.textWidth(location) - leftMargin);
   s.print(location);
 

@@ -153,8 +153,8 @@ void PrintOptions::showEvent(QShowEvent* event) {
 PrintRequest PrintOptions::chosenRequest() {
   PrintRequest r = request_;
   if (r.kind == PrintKind::List)
-    r.style = PrintStyleOf(optCompact->isChecked(), optComments->isChecked(),
-                           optChart->isChecked());
+    r.style =
+        PrintStyleOf(optCompact->isChecked(), optComments->isChecked(), optChart->isChecked());
   r.copies = CInt(txtCopies->text());
   return r;
 }
@@ -183,8 +183,7 @@ void PrintOptions::cmdPreview_Click() {
   RunGuarded(state_.prompter(), [&] {
     const PrintRequest r = chosenRequest();
     if (r.kind == PrintKind::List && IsChartStyle(r.style)) askUserDate();
-    const std::unique_ptr<QPrinter> printer =
-        makePrinter(cmbCurrentPrinter->currentText(), true);
+    const std::unique_ptr<QPrinter> printer = makePrinter(cmbCurrentPrinter->currentText(), true);
     showPreview(*printer, [&](QPrinter& target) {
       RunGuarded(state_.prompter(), [&] {
         Hourglass hourglass;
@@ -275,14 +274,14 @@ void PrintingWait::Form_Activate() {
     repaint();
     const bool pdf = printer_.outputFormat() == QPrinter::PdfFormat;
     const AppError openError =
-        pdf ? AppError(ErrNo::PathFileAccess, QStringLiteral("Unable to write the file ") +
-                                                  QDir::toNativeSeparators(
-                                                      printer_.outputFileName()))
+        pdf ? AppError(ErrNo::PathFileAccess,
+                       QStringLiteral("Unable to write the file ") +
+                           QDir::toNativeSeparators(printer_.outputFileName()))
             : AppError::of(ErrNo::PrinterError);
-    PrintToDevice(state_, request_, printer_,
-                  pdf ? PainterPrintSurface::Documents::OneFile
-                      : PainterPrintSurface::Documents::Separate,
-                  openError);
+    PrintToDevice(
+        state_, request_, printer_,
+        pdf ? PainterPrintSurface::Documents::OneFile : PainterPrintSurface::Documents::Separate,
+        openError);
   });
   accept();
 }
@@ -299,8 +298,8 @@ void ShowPrintOptions(AppState& state, const QString& documentPath, const QStrin
 }
 
 void ShowAlignPrintOptions(AppState& state, QWidget* parent) {
-  auto* dialog = parent ? parent->findChild<PrintOptions*>(QStringLiteral("AlignPrintOptions"))
-                        : nullptr;
+  auto* dialog =
+      parent ? parent->findChild<PrintOptions*>(QStringLiteral("AlignPrintOptions")) : nullptr;
   if (!dialog) {
     PrintRequest request;
     request.kind = PrintKind::AlignmentChart;

@@ -88,9 +88,8 @@ QByteArray MoveChartCommand(double raHours, double raMinutes, const QString& dec
   const ChartPosition p = chartPosition(raHours, raMinutes, decSign, decDegrees, decMinutes);
   const QString text = QStringLiteral("MOVE RA:") + p.raHours + QLatin1Char('h') + p.raMinutes +
                        QStringLiteral("m00.00s DEC:") + p.decSign + p.decDegrees + QChar(0xB0) +
-                       p.decMinutes +
-                       QStringLiteral("'00\" FOV:+") + whole(fieldDegrees) + QChar(0xB0) +
-                       QStringLiteral("00'00\"");
+                       p.decMinutes + QStringLiteral("'00\" FOV:+") + whole(fieldDegrees) +
+                       QChar(0xB0) + QStringLiteral("00'00\"");
   return text.toLatin1();
 }
 
@@ -106,12 +105,11 @@ QStringList ChartServerCommands(double raHours, double raMinutes, const QString&
 }
 
 bool MoveChart(AppState& state, const ScopeLink& link, double raHours, double raMinutes,
-               const QString& decSign, double decDegrees, double decMinutes,
-               double fieldDegrees) {
+               const QString& decSign, double decDegrees, double decMinutes, double fieldDegrees) {
   return RunGuarded(
       [&] {
-        const QStringList commands = ChartServerCommands(raHours, raMinutes, decSign, decDegrees,
-                                                         decMinutes, fieldDegrees);
+        const QStringList commands =
+            ChartServerCommands(raHours, raMinutes, decSign, decDegrees, decMinutes, fieldDegrees);
         QTcpSocket socket;
         socket.connectToHost(link.chartHost, link.chartPort);
         if (!socket.waitForConnected(link.chartTimeoutMs)) {
@@ -131,8 +129,9 @@ bool MoveChart(AppState& state, const ScopeLink& link, double raHours, double ra
             answer = answerLine(socket, pending, deadline);
           } while (answer.startsWith("OK!") && answer.contains("id="));
           if (!answer.startsWith("OK!"))
-            throw AppError(kPeerRefused,
-                           QStringLiteral("Foreign application won't perform DDE method or operation"));
+            throw AppError(
+                kPeerRefused,
+                QStringLiteral("Foreign application won't perform DDE method or operation"));
         }
         // A graceful close, so the last command is not cut off by a reset.
         socket.disconnectFromHost();
@@ -144,8 +143,7 @@ bool MoveChart(AppState& state, const ScopeLink& link, double raHours, double ra
         if (e.number == ErrNo::NoDdePeer)
           state.prompter().message(QStringLiteral("Error"),
                                    QStringLiteral("Start CDC before using this feature."));
-        else
-          showCdcTrap(state, e);
+        else showCdcTrap(state, e);
       });
 }
 

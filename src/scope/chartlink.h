@@ -30,8 +30,7 @@ QStringList ChartServerCommands(double raHours, double raMinutes, const QString&
 // it went through. Nothing listening: "Start CDC before using this feature."; any other
 // failure: "Unable to communicate with CDC -<description> - <number>"; both titled "Error".
 bool MoveChart(AppState& state, const ScopeLink& link, double raHours, double raMinutes,
-               const QString& decSign, double decDegrees, double decMinutes,
-               double fieldDegrees);
+               const QString& decSign, double decDegrees, double decMinutes, double fieldDegrees);
 
 // cmdCDC of a window: MoveChart on the object in view with a field of 5 degrees, under the
 // handler's own trap ("Unable to communicate with CDC -..."). Nothing happens when there is no

@@ -78,7 +78,8 @@ bool QuickGoto(AppState& state, ScopeLink& link, const QuickGotoFields& fields, 
           return;
         }
         const QuickGotoTarget& t = check.target;
-        const SkyPosition target = SkyPosition::of(t.raHour, t.raMin, t.decSign, t.decDeg, t.decMin);
+        const SkyPosition target =
+            SkyPosition::of(t.raHour, t.raMin, t.decSign, t.decDeg, t.decMin);
         if (!AltitudeGuard(state, target)) return;
         if (beforeSlew) beforeSlew();
         sent = ScopeGoto(state, link, t.raHour, t.raMin, t.decSign, t.decDeg, t.decMin);

@@ -59,8 +59,7 @@ bool QuickGoto(AppState& state, ScopeLink& link, const QuickGotoFields& fields, 
 // marked.
 bool ListGoto(AppState& state, ScopeLink& link,
               const std::function<std::optional<SkyPosition>()>& currentRow,
-              const std::function<void()>& markGoto,
-              const std::function<void()>& beforeSlew = {});
+              const std::function<void()>& markGoto, const std::function<void()>& beforeSlew = {});
 
 // GoTo from the hand control window on the object in view. Returns what the slew returned
 // (false also when declined or trapped).

@@ -49,8 +49,7 @@ PropertySnapshot snapshotOf(const INDI::Property& p) {
       for (const auto& w : *p.getText())
         s.texts.insert(QString::fromUtf8(w.getName()), QString::fromUtf8(w.getText()));
       break;
-    default:
-      break;
+    default: break;
   }
   return s;
 }

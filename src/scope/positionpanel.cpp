@@ -25,7 +25,7 @@ void ShowScopePosition(AppState& state, ScopeLink& link, QWidget* panel) {
 
 QuickGotoFields QuickGotoFieldsOf(const QWidget* panel) {
   auto text = [panel](const char* name) { return field(panel, name)->text(); };
-  return {text("txtGotoRAHour"), text("txtGotoRAMin"),  text("txtGoToRASec"),
+  return {text("txtGotoRAHour"),  text("txtGotoRAMin"),  text("txtGoToRASec"),
           text("txtGotoDecSign"), text("txtGotoDecDeg"), text("txtGotoDecMin"),
           text("txtGotoDecSec")};
 }

@@ -33,9 +33,13 @@ double byteAt(const QByteArray& reply, int pos) {
 
 }  // namespace
 
-bool IsHexTextFamily(const QString& family) { return !isBinaryFamily(family) && !is(family, "ULTIMA"); }
+bool IsHexTextFamily(const QString& family) {
+  return !isBinaryFamily(family) && !is(family, "ULTIMA");
+}
 
-bool NeedsArrowReminder(const QString& family) { return is(family, "OLDGT") || is(family, "TASCO"); }
+bool NeedsArrowReminder(const QString& family) {
+  return is(family, "OLDGT") || is(family, "TASCO");
+}
 
 double RAUnits(double raHours, double raMinutes) {
   return Int(kScale * (3 * (15 * (raMinutes + raHours * 60))));
@@ -56,8 +60,7 @@ namespace {
 
 // A byte cannot hold what a 16-bit unit outside its range would split into.
 void checkUnits(double ra, double dec) {
-  if (!(ra >= 0 && ra <= 65535 && dec >= 0 && dec <= 65535))
-    throw AppError::of(ErrNo::InvalidCall);
+  if (!(ra >= 0 && ra <= 65535 && dec >= 0 && dec <= 65535)) throw AppError::of(ErrNo::InvalidCall);
 }
 
 }  // namespace

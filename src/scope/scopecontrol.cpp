@@ -99,8 +99,8 @@ QString ProxySend(AppState& state, const ScopeLink& link, const QString& command
   return QString::fromLatin1(reply);
 }
 
-bool ScopeGoto(AppState& state, ScopeLink& link, double raHours, double raMinutes,
-               QString decSign, double decDegrees, double decMinutes) {
+bool ScopeGoto(AppState& state, ScopeLink& link, double raHours, double raMinutes, QString decSign,
+               double decDegrees, double decMinutes) {
   bool ok = true;
   // A failing step shows its message and the slew goes on with the next one.
   const auto step = [&](const std::function<void()>& body) {
@@ -121,9 +121,8 @@ bool ScopeGoto(AppState& state, ScopeLink& link, double raHours, double raMinute
     // The device's answer to the GoTo takes the place of the fixed wait.
     step([&] {
       const EquatorialPlace target = GotoPlace(raHours, raMinutes, decSign, decDegrees, decMinutes);
-      WithIndiMount(state, link, [&](IndiMount& mount) {
-        mount.slewTo(J2000ToOfDate(target, state.now()));
-      });
+      WithIndiMount(state, link,
+                    [&](IndiMount& mount) { mount.slewTo(J2000ToOfDate(target, state.now())); });
     });
   } else {
     if (route.serial) step([&] { port->open(); });

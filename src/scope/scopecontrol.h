@@ -48,8 +48,8 @@ QString ProxySend(AppState& state, const ScopeLink& link, const QString& command
 // each failing step shows its message and the next step still runs. On the INDI route the
 // J2000 target goes to the mount on the equator of date, and the slew counts as sent once the
 // device has taken it.
-bool ScopeGoto(AppState& state, ScopeLink& link, double raHours, double raMinutes,
-               QString decSign, double decDegrees, double decMinutes);
+bool ScopeGoto(AppState& state, ScopeLink& link, double raHours, double raMinutes, QString decSign,
+               double decDegrees, double decMinutes);
 // The same for a position as the tables hold it (numbers as text, read by Val).
 bool ScopeGoto(AppState& state, ScopeLink& link, const SkyPosition& target);
 

@@ -64,21 +64,25 @@ QString PortOpenFailureText(const PortOpenProblem& p) {
              (p.portsFound.isEmpty()
                   ? QStringLiteral("No serial ports were found: is the telescope's cable or USB "
                                    "adapter plugged in?")
-                  : QStringLiteral("Ports found: %1.").arg(p.portsFound.join(QStringLiteral(", ")))) +
+                  : QStringLiteral("Ports found: %1.")
+                        .arg(p.portsFound.join(QStringLiteral(", ")))) +
              QStringLiteral("\nChoose the port in Tools, Setup.");
     case PortOpenProblem::NoPermission:
       if (p.groupPending)
-        return QStringLiteral("You were added to the group %1, which may use %2, after this "
-                              "session began.\nLog out and log in again (or restart the "
-                              "computer), then try again.")
+        return QStringLiteral(
+                   "You were added to the group %1, which may use %2, after this "
+                   "session began.\nLog out and log in again (or restart the "
+                   "computer), then try again.")
             .arg(p.group, p.device);
-      return QStringLiteral("You may not use %1: only members of the group %2 may.\nAdd "
-                            "yourself to it with the command\n    sudo usermod -aG %2 %3\nthen "
-                            "log out and log in again.")
+      return QStringLiteral(
+                 "You may not use %1: only members of the group %2 may.\nAdd "
+                 "yourself to it with the command\n    sudo usermod -aG %2 %3\nthen "
+                 "log out and log in again.")
           .arg(p.device, p.group, p.user);
     case PortOpenProblem::Busy:
-      return QStringLiteral("%1 is in use by another program, perhaps another copy of "
-                            "Tavorine.\nClose it, then try again.")
+      return QStringLiteral(
+                 "%1 is in use by another program, perhaps another copy of "
+                 "Tavorine.\nClose it, then try again.")
           .arg(p.device);
     case PortOpenProblem::Other: break;
   }
@@ -137,7 +141,8 @@ PortOpenProblem Diagnose(const QString& device, QSerialPort::SerialPortError err
     } else {
       p.fault = PortOpenProblem::NoPermission;
       p.group = file.group();
-      if (p.group.isEmpty() || p.group == QLatin1String("root")) p.group = QStringLiteral("dialout");
+      if (p.group.isEmpty() || p.group == QLatin1String("root"))
+        p.group = QStringLiteral("dialout");
       p.user = UserName();
       p.groupPending = GroupIsPending(p.group, p.user);
     }
@@ -161,7 +166,8 @@ void SerialScopePort::open() {
   port_->setStopBits(QSerialPort::OneStop);
   port_->setFlowControl(QSerialPort::NoFlowControl);
   if (!port_->open(QIODevice::ReadWrite)) {
-    const QString why = PortOpenFailureText(Diagnose(device_, port_->error(), port_->errorString()));
+    const QString why =
+        PortOpenFailureText(Diagnose(device_, port_->error(), port_->errorString()));
     port_->clearError();
     throw AppError(ErrNo::PortOpen, why);
   }

@@ -14,7 +14,7 @@ class QSerialPort;
 struct ScopeRoute {
   bool serial = false;
   bool indi = false;
-  QString device;                                  // serial: the device to open
+  QString device;                                   // serial: the device to open
   QString proxyHost = QStringLiteral("127.0.0.1");  // proxy: where the relay listens
   quint16 proxyPort = 2000;
 
@@ -29,11 +29,11 @@ struct PortOpenProblem {
   enum Fault { Missing, NoPermission, Busy, Other };
   Fault fault = Other;
   QString device;
-  QStringList portsFound;  // Missing: the serial ports this computer has
-  QString group;           // NoPermission: the group that may use the device
-  QString user;            // NoPermission: who runs the program
+  QStringList portsFound;     // Missing: the serial ports this computer has
+  QString group;              // NoPermission: the group that may use the device
+  QString user;               // NoPermission: who runs the program
   bool groupPending = false;  // NoPermission: the user is in the group since this session began
-  QString systemText;      // Other: the system's own words
+  QString systemText;         // Other: the system's own words
 };
 
 // The serial ports this computer has, by device path.

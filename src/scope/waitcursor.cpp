@@ -7,9 +7,7 @@
 
 void UseWaitCursor(ScopeLink& link) {
   link.busy = [](bool on) {
-    if (on)
-      QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
-    else
-      QGuiApplication::restoreOverrideCursor();
+    if (on) QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    else QGuiApplication::restoreOverrideCursor();
   };
 }

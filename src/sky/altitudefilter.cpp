@@ -9,8 +9,8 @@ QString AltitudeExpression(double latRadians, double siderealDegrees) {
   const QString dec = QStringLiteral("((DecDeg + DecMinute / 60) * Val(DecSign & '1')) * 0.017453");
   const QString ha = QStringLiteral("(%1 - ((RAHour + RAMinute / 60) * 15)) * 0.017453").arg(lst);
   // S, the sine of the altitude; the arcsine is written as Atn(S / Sqr(-S * S + 1)).
-  const QString s = QStringLiteral("Sin(%1) * Sin(%2) + Cos(%1) * Cos(%2) * Cos(%3)")
-                        .arg(lat, dec, ha);
+  const QString s =
+      QStringLiteral("Sin(%1) * Sin(%2) + Cos(%1) * Cos(%2) * Cos(%3)").arg(lat, dec, ha);
   return QStringLiteral("(Atn((%1) / Sqr(-1*(%1) * (%1) + 1)) * 57.2958)").arg(s);
 }
 

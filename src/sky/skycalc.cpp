@@ -3,8 +3,8 @@
 #include <QDateTime>
 #include <cmath>
 
-#include "core/appstate.h"
 #include "core/apperror.h"
+#include "core/appstate.h"
 #include "core/numtext.h"
 #include "core/prompter.h"
 
@@ -29,13 +29,9 @@ bool readNumber(const QVariant& value, double* out) {
     case QMetaType::Int:
     case QMetaType::LongLong:
     case QMetaType::UInt:
-    case QMetaType::ULongLong:
-      *out = value.toDouble();
-      return std::isfinite(*out);
-    case QMetaType::QString:
-      return readNumber(value.toString(), out);
-    default:
-      return false;
+    case QMetaType::ULongLong: *out = value.toDouble(); return std::isfinite(*out);
+    case QMetaType::QString: return readNumber(value.toString(), out);
+    default: return false;
   }
 }
 
@@ -68,8 +64,8 @@ double sidereal(const AppState& state, double clock, const QDateTime& now) {
   const QDate today = now.date();
   const double Y = today.year(), M = today.month(), D = today.day();
   const double jd = 367 * Y - Int(1.75 * (Y + Int((M + 9) / 12))) -
-                    Int(0.75 * (Int(0.01 * (Y + Int((M - 9) / 7))) + 1)) + Int(275 * M / 9) +
-                    D + 1721028.5;
+                    Int(0.75 * (Int(0.01 * (Y + Int((M - 9) / 7))) + 1)) + Int(275 * M / 9) + D +
+                    1721028.5;
   const double t = (jd - 2451545) / 36525;
   const double gst0 = 100.46061837 + 36000.770053608 * t + 0.000387933 * t * t;
   // Today at 0h as a date serial is the whole part of the present one.
@@ -127,8 +123,8 @@ SkyCoordinates::SkyCoordinates(const SkyPosition& p)
       readable(readNumber(p.raHours, &raHours) && readNumber(p.raMinutes, &raMinutes) &&
                readNumber(p.decDegrees, &decDegrees) && readNumber(p.decMinutes, &decMinutes)) {}
 
-SkyCoordinates SkyCoordinates::of(double raHours, double raMinutes, bool south,
-                                  double decDegrees, double decMinutes) {
+SkyCoordinates SkyCoordinates::of(double raHours, double raMinutes, bool south, double decDegrees,
+                                  double decMinutes) {
   SkyCoordinates c;
   c.raHours = raHours;
   c.raMinutes = raMinutes;
@@ -217,8 +213,7 @@ double SiderealDegreesAtUserDate(const AppState& state) {
   }
 }
 
-double AngularSeparation(const AppState& state, const SkyCoordinates& a,
-                         const SkyCoordinates& b) {
+double AngularSeparation(const AppState& state, const SkyCoordinates& a, const SkyCoordinates& b) {
   try {
     const double factor = kPi / 180;
     auto dec = [](const SkyCoordinates& p) {

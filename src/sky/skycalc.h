@@ -10,8 +10,8 @@ class AppState;
 struct SkyPosition {
   QString raHours, raMinutes, decSign, decDegrees, decMinutes;
 
-  static SkyPosition of(double raHours, double raMinutes, const QString& decSign,
-                        double decDegrees, double decMinutes);
+  static SkyPosition of(double raHours, double raMinutes, const QString& decSign, double decDegrees,
+                        double decMinutes);
 };
 
 // A position read as numbers, the form the routines compute from. Texts are read by the
@@ -49,5 +49,4 @@ double SiderealDegreesNow(const AppState& state);
 double SiderealDegreesAtUserDate(const AppState& state);
 
 // Angle between two positions in degrees, not rounded.
-double AngularSeparation(const AppState& state, const SkyCoordinates& a,
-                         const SkyCoordinates& b);
+double AngularSeparation(const AppState& state, const SkyCoordinates& a, const SkyCoordinates& b);

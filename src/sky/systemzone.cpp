@@ -23,8 +23,12 @@ SystemZone::FileIdentities SystemZone::lookAtFiles() {
   for (size_t i = 0; i < ids.size(); ++i) {
     struct stat st;
     if (::stat(paths[i], &st) != 0) continue;
-    ids[i] = {true,          quint64(st.st_dev),     quint64(st.st_ino), qint64(st.st_size),
-              qint64(st.st_ctim.tv_sec), qint64(st.st_ctim.tv_nsec)};
+    ids[i] = {true,
+              quint64(st.st_dev),
+              quint64(st.st_ino),
+              qint64(st.st_size),
+              qint64(st.st_ctim.tv_sec),
+              qint64(st.st_ctim.tv_nsec)};
   }
   return ids;
 }
@@ -59,8 +63,8 @@ std::optional<int> SystemZone::offsetSecondsAt(qint64 utcMSecs) {
     offset_ = zone_.offsetFromUtc(at);
     const QTimeZone::OffsetData next = zone_.nextTransition(at);
     validFrom_ = utcMSecs;
-    validUntil_ = next.atUtc.isValid() ? next.atUtc.toMSecsSinceEpoch()
-                                       : std::numeric_limits<qint64>::max();
+    validUntil_ =
+        next.atUtc.isValid() ? next.atUtc.toMSecsSinceEpoch() : std::numeric_limits<qint64>::max();
     offsetKnown_ = true;
   }
   return offset_;

@@ -90,8 +90,8 @@ void frmUserDate::load() {
 void frmUserDate::OKButton_Click() {
   QDateTime chosen;
   const bool ok = RunGuarded(state_.prompter(), [&] {
-    chosen = UserDateFromFields(PickDate->selectedDate(), PickTimeHour->text(),
-                                PickTimeMinute->text());
+    chosen =
+        UserDateFromFields(PickDate->selectedDate(), PickTimeHour->text(), PickTimeMinute->text());
   });
   if (!ok) return;
   state_.UserDate = chosen;

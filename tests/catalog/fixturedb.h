@@ -35,8 +35,8 @@ inline const char* kBrightView =
     "CREATE VIEW \"MapStars to 4_5\" AS SELECT RAHour, RAMinute, DecSign, DecDeg, DecMinute, "
     "Magnitude, Alignment, AlignmentName, autoalignment FROM MapStars WHERE Magnitude <= 4.5";
 
-inline const char* kCatalogTables[] = {"MessierObjects", "CaldwellObjects", "NGCObjects",
-                                       "ICObjects", "DeepSpaceObjects", "StarObjects",
+inline const char* kCatalogTables[] = {"MessierObjects",   "CaldwellObjects",  "NGCObjects",
+                                       "ICObjects",        "DeepSpaceObjects", "StarObjects",
                                        "DoubleStarObjects"};
 
 // One object row in the order of the twelve common columns.
@@ -56,10 +56,11 @@ inline std::shared_ptr<Database> create(const QString& path) {
 }
 
 inline void insert(const Database& db, const QString& table, const Obj& o) {
-  Statement st = db.prepare(QStringLiteral(
-      "INSERT INTO %1 (Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, RAHour, "
-      "RAMinute, DecSign, DecDeg, DecMinute) VALUES (?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11,?12)")
-                                .arg(QuoteIdentifier(table)));
+  Statement st = db.prepare(
+      QStringLiteral(
+          "INSERT INTO %1 (Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, RAHour, "
+          "RAMinute, DecSign, DecDeg, DecMinute) VALUES (?1,?2,?3,?4,?5,?6,?7,?8,?9,?10,?11,?12)")
+          .arg(QuoteIdentifier(table)));
   const QVariantList v{o.category, o.num,    o.name,     o.type,    o.constellation, o.magnitude,
                        o.info,     o.raHour, o.raMinute, o.decSign, o.decDeg,        o.decMinute};
   for (int i = 0; i < v.size(); ++i) st.bind(i + 1, v[i]);
@@ -84,7 +85,8 @@ inline std::shared_ptr<Database> userList(const QString& path) {
 inline std::shared_ptr<Database> list(const QString& path, const QList<int>& orders = {}) {
   auto db = create(path);
   db->exec(QStringLiteral("CREATE TABLE Objects (%1); CREATE INDEX ObjectsOrder ON Objects "
-                          "(DisplayOrder);").arg(kListColumns));
+                          "(DisplayOrder);")
+               .arg(kListColumns));
   for (int o : orders)
     db->exec(QStringLiteral("INSERT INTO Objects (DisplayOrder, Category, ObjectNum, Name, "
                             "Magnitude, RAHour, RAMinute, DecSign, DecDeg, DecMinute) VALUES "

@@ -13,9 +13,9 @@
 #include "core/appstate.h"
 #include "core/numtext.h"
 #include "core/paths.h"
+#include "fixturedb.h"
 #include "sky/skycalc.h"
 #include "support/scriptedprompter.h"
-#include "fixturedb.h"
 
 namespace {
 
@@ -211,7 +211,8 @@ class TestCatalogData : public QObject {
       const QString table = category == "PGC" ? "DeepSpace" : category == "SAO" ? "Star" : category;
       const auto found = rows(QStringLiteral("SELECT Name, Type, Magnitude, RAHour, RAMinute, "
                                              "DecSign, DecDeg, DecMinute FROM %1Objects WHERE "
-                                             "Category = ? AND ObjectNum = ?").arg(table),
+                                             "Category = ? AND ObjectNum = ?")
+                                  .arg(table),
                               {category, QString::fromLatin1(k.object).section(' ', 1).toInt()});
       QVERIFY2(found.size() == 1, k.object);
       const QVariantList& r = found.first();
@@ -221,10 +222,11 @@ class TestCatalogData : public QObject {
       if (*k.magnitude)
         QVERIFY2(qAbs(Val(r[2].toString()) - Val(k.magnitude)) <= magnitudeWithin, k.object);
       const QStringList p = QString::fromLatin1(k.position).split(' ');
-      const double arcmin = 60 * AngularSeparation(state,
-          SkyPosition::of(p[0].toDouble(), p[1].toDouble(), p[2].left(1), p[2].mid(1).toDouble(),
-                          p[3].toDouble()),
-          SkyCoordinates::of(r[3], r[4], r[5], r[6], r[7]));
+      const double arcmin =
+          60 * AngularSeparation(state,
+                                 SkyPosition::of(p[0].toDouble(), p[1].toDouble(), p[2].left(1),
+                                                 p[2].mid(1).toDouble(), p[3].toDouble()),
+                                 SkyCoordinates::of(r[3], r[4], r[5], r[6], r[7]));
       QVERIFY2(arcmin <= k.within, k.object);
     }
   }

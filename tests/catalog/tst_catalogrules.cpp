@@ -121,8 +121,7 @@ class TestCatalogRules : public QObject {
     QCOMPARE(ToggledDecSign(QString()), QStringLiteral("+"));
     // Seconds typed become minutes, half to even: 0.3" is 0.005', 0.9" 0.015'.
     const QStringList seconds = {"42", "0.3", "0.9", "-42"}, minutes = {"0.7", "0", "0.02", "-0.7"};
-    for (int i = 0; i < seconds.size(); ++i)
-      QCOMPARE(SecondsToDecimalText(seconds[i]), minutes[i]);
+    for (int i = 0; i < seconds.size(); ++i) QCOMPARE(SecondsToDecimalText(seconds[i]), minutes[i]);
   }
 
   // The text the engine evaluates keeps the rows whose altitude at the observing date reaches
@@ -144,8 +143,9 @@ class TestCatalogRules : public QObject {
           // Both "+" and a blank sign mean north.
           const QString sign = d < 0 ? "-" : (d % 16 ? " " : "+");
           const int n = altitudes.size() + 1;
-          fixture::insert(*db, "NGCObjects", {"NGC", n, "", "", "", "", "", double(h), 17.5, sign,
-                                              double(qAbs(d)), 30});
+          fixture::insert(
+              *db, "NGCObjects",
+              {"NGC", n, "", "", "", "", "", double(h), 17.5, sign, double(qAbs(d)), 30});
           altitudes[n] = AltitudeAtUserDate(s, SkyPosition::of(h, 17.5, sign, qAbs(d), 30));
         }
       db->exec(QStringLiteral("COMMIT"));

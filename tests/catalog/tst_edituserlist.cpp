@@ -100,8 +100,7 @@ class TestEditUserList : public QObject {
     if (key)
       QTest::keyClick(f, Qt::Key(key & ~Qt::KeyboardModifierMask),
                       Qt::KeyboardModifiers(key & Qt::KeyboardModifierMask));
-    else
-      s.focus(0);
+    else s.focus(0);
     if (!kept.isEmpty()) {
       QVERIFY(env.prompter.entries.isEmpty());
       QCOMPARE(stored(env, column)[0], kept);

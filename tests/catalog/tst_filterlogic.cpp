@@ -55,9 +55,11 @@ class TestFilterLogic : public QObject {
     QFETCH(QString, messier);
     QFETCH(QString, deepSky);
     FilterForm form = defaults();
-    const std::pair<char, bool FilterForm::*> boxes[] = {
-        {'G', &FilterForm::chkGal}, {'C', &FilterForm::chkGC}, {'O', &FilterForm::chkOC},
-        {'P', &FilterForm::chkPN}, {'N', &FilterForm::chkNeb}};
+    const std::pair<char, bool FilterForm::*> boxes[] = {{'G', &FilterForm::chkGal},
+                                                         {'C', &FilterForm::chkGC},
+                                                         {'O', &FilterForm::chkOC},
+                                                         {'P', &FilterForm::chkPN},
+                                                         {'N', &FilterForm::chkNeb}};
     for (auto [letter, tick] : boxes) form.*tick = ticked.contains(QLatin1Char(letter));
     const QString ngc = QString(messier).replace(
         QStringLiteral("(Type = 'Open Cluster' and"),

@@ -205,14 +205,16 @@ class TestRecordset : public QObject {
       return rs().text(key);
     };
     static const QHash<QString, void (Recordset::*)()> plain = {
-        {"first", &Recordset::MoveFirst}, {"last", &Recordset::MoveLast},
-        {"next", &Recordset::MoveNext},   {"prev", &Recordset::MovePrevious},
-        {"delete", &Recordset::Delete},   {"add", &Recordset::AddNew},
-        {"edit", &Recordset::Edit},       {"update", &Recordset::Update},
+        {"first", &Recordset::MoveFirst},     {"last", &Recordset::MoveLast},
+        {"next", &Recordset::MoveNext},       {"prev", &Recordset::MovePrevious},
+        {"delete", &Recordset::Delete},       {"add", &Recordset::AddNew},
+        {"edit", &Recordset::Edit},           {"update", &Recordset::Update},
         {"cancel", &Recordset::CancelUpdate}, {"requery", &Recordset::Requery}};
     static const QHash<QString, void (Recordset::*)(const QString&)> finds = {
-        {"findfirst", &Recordset::FindFirst}, {"findnext", &Recordset::FindNext},
-        {"findprev", &Recordset::FindPrevious}, {"findlast", &Recordset::FindLast}};
+        {"findfirst", &Recordset::FindFirst},
+        {"findnext", &Recordset::FindNext},
+        {"findprev", &Recordset::FindPrevious},
+        {"findlast", &Recordset::FindLast}};
     static const QRegularExpression separator(QStringLiteral("; (?!=>)"));
     for (const QString& step : steps.split(separator)) {
       const QString command = step.section(" => ", 0, 0), verb = command.section(' ', 0, 0);

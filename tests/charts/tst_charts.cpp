@@ -37,10 +37,16 @@ namespace {
 struct FakeSky {
   int altitudeCalls = 0, azimuthCalls = 0;
   SkyChart::AltAzFunction altitude() {
-    return [this](const SkyCoordinates& p) { ++altitudeCalls; return p.raHours; };
+    return [this](const SkyCoordinates& p) {
+      ++altitudeCalls;
+      return p.raHours;
+    };
   }
   SkyChart::AltAzFunction azimuth() {
-    return [this](const SkyCoordinates& p) { ++azimuthCalls; return p.raMinutes; };
+    return [this](const SkyCoordinates& p) {
+      ++azimuthCalls;
+      return p.raMinutes;
+    };
   }
 };
 
@@ -128,7 +134,9 @@ struct Rig {
     hhc->Form_Activate();
   }
   AppState& state() { return *env.state; }
-  QLineEdit* edit(const char* name) const { return hhc->findChild<QLineEdit*>(QLatin1String(name)); }
+  QLineEdit* edit(const char* name) const {
+    return hhc->findChild<QLineEdit*>(QLatin1String(name));
+  }
   QString text(const char* name) const { return edit(name)->text(); }
   void click(const char* name) const { hhc->findChild<QPushButton*>(QLatin1String(name))->click(); }
   QPointF marker() const { return {hhc->sky()->chart().MarkerX, hhc->sky()->chart().MarkerY}; }
@@ -153,12 +161,13 @@ class TestCharts : public QObject {
     RecordingChartSurface surface;
     SkyChart chart(ChartWindow::CurrentList, surface, sky.altitude(), sky.azimuth());
     chart.MarkerX = 1234;
-    chart.DrawSkyChart({at(10, 0), at(0, 90), at(-5, 90), at(90, 45), at(0.1, 180),
-                        at(0.1, 270), at(60, -315)});
-    QCOMPARE(opsOf(surface), (QStringList{"clear 0,0 0 1 0", "circle 2000,2000 1800 1 80000014",
-                                          "point 2000,3600 0 1 ffffff", "point 2000,2000 0 1 ffffff",
-                                          "point 2000,202 0 1 ffffff", "point 202,2000 0 1 ffffff",
-                                          "point 2424.26,2424.26 0 1 ffffff"}));
+    chart.DrawSkyChart(
+        {at(10, 0), at(0, 90), at(-5, 90), at(90, 45), at(0.1, 180), at(0.1, 270), at(60, -315)});
+    QCOMPARE(opsOf(surface),
+             (QStringList{"clear 0,0 0 1 0", "circle 2000,2000 1800 1 80000014",
+                          "point 2000,3600 0 1 ffffff", "point 2000,2000 0 1 ffffff",
+                          "point 2000,202 0 1 ffffff", "point 202,2000 0 1 ffffff",
+                          "point 2424.26,2424.26 0 1 ffffff"}));
     QCOMPARE(sky.altitudeCalls, 7);
     QCOMPARE(sky.azimuthCalls, 5);  // only for the stars that are drawn
     QCOMPARE(chart.MarkerX, 1234.0);
@@ -372,7 +381,6 @@ class TestCharts : public QObject {
     QCOMPARE(w.sky()->surface().image(), normal);
     QCOMPARE(north->palette().color(QPalette::WindowText), letter);
 
-
     // An unchanged date draws nothing, even though the site has moved meanwhile.
     s.settings.LatHemi = QStringLiteral("S");
     w.showUserDateDialog = [](QWidget*) {};
@@ -404,8 +412,9 @@ class TestCharts : public QObject {
     QFETCH(int, tab);
     QFETCH(QString, result);
     auto db = Database::open(":memory:", Database::Mode::ReadWrite);
-    db->exec("CREATE TABLE T (Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, "
-             "RAHour, RAMinute, DecSign, DecDeg, DecMinute)");
+    db->exec(
+        "CREATE TABLE T (Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, "
+        "RAHour, RAMinute, DecSign, DecDeg, DecMinute)");
     db->exec("INSERT INTO T VALUES ('C', 1, 'N', 'T', 'Ori', '5', 'I', 5, 30, '-', 5, 23)");
     db->exec(QStringLiteral("UPDATE T SET %1 = NULL").arg(field));
     Recordset rs(db, QStringLiteral("T"));
@@ -428,7 +437,8 @@ class TestCharts : public QObject {
     QCOMPARE(tabs->currentIndex(), kDoubles);
     QTest::keyClick(tabs->searchBox(kDoubles), Qt::Key_Tab, Qt::ControlModifier);
     QCOMPARE(tabs->currentIndex(), kMessier);
-    QCOMPARE(rig.text("Text2") + ' ' + rig.text("Text3"), QStringLiteral("1 Crab Nebula; Taurus A"));
+    QCOMPARE(rig.text("Text2") + ' ' + rig.text("Text3"),
+             QStringLiteral("1 Crab Nebula; Taurus A"));
     QVERIFY(rig.text("Text13").toDouble() > 0);
     const QPointF crab = rig.marker();
     tabs->setCurrentIndex(kCaldwell);
@@ -500,7 +510,7 @@ class TestCharts : public QObject {
     QCOMPARE(sim.received(), QByteArray("R3B77,0FA7"));
 
     // Quick GoTo with seconds and the sign flipped: 5 34 30, -22 01 00.
-    const char* fields[] = {"txtGotoRAHour", "txtGotoRAMin", "txtGoToRASec",
+    const char* fields[] = {"txtGotoRAHour", "txtGotoRAMin",  "txtGoToRASec",
                             "txtGotoDecDeg", "txtGotoDecMin", "txtGotoDecSec"};
     const QStringList values = {"5", "34", "30", "22", "1", "0"};
     for (int i = 0; i < 6; ++i) rig.edit(fields[i])->setText(values[i]);

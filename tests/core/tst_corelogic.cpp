@@ -25,12 +25,12 @@ QString pathOf(int n) { return QStringLiteral("/home/ann/Data/list%1.tlf").arg(n
 // The opening fields of fresh settings with edits "field=text" ("@": the temporary folder).
 SetupFields fieldsWith(const QStringList& edits, const QString& folder) {
   static const std::map<QString, QString SetupFields::*> texts = {
-      {"commPort", &SetupFields::commPort},     {"longDeg", &SetupFields::longDeg},
-      {"longMin", &SetupFields::longMin},       {"latDeg", &SetupFields::latDeg},
-      {"latMin", &SetupFields::latMin},         {"myTimeZone", &SetupFields::myTimeZone},
-      {"minAlt", &SetupFields::minAlt},         {"maxAlt", &SetupFields::maxAlt},
-      {"dataDir", &SetupFields::dataDir},       {"indiHost", &SetupFields::indiHost},
-      {"indiPort", &SetupFields::indiPort},     {"indiDevice", &SetupFields::indiDevice}};
+      {"commPort", &SetupFields::commPort}, {"longDeg", &SetupFields::longDeg},
+      {"longMin", &SetupFields::longMin},   {"latDeg", &SetupFields::latDeg},
+      {"latMin", &SetupFields::latMin},     {"myTimeZone", &SetupFields::myTimeZone},
+      {"minAlt", &SetupFields::minAlt},     {"maxAlt", &SetupFields::maxAlt},
+      {"dataDir", &SetupFields::dataDir},   {"indiHost", &SetupFields::indiHost},
+      {"indiPort", &SetupFields::indiPort}, {"indiDevice", &SetupFields::indiDevice}};
   SetupFields f = SetupOpeningFields(ProgramSettings{});
   f.dataDir = folder;
   for (QString e : edits) {

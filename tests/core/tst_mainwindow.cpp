@@ -63,8 +63,8 @@ struct Rig {
     const QString p = env.path(QStringLiteral("lists/") + name + QStringLiteral(".tlf"));
     std::vector<ListRow> content;
     for (int i = 0; i < rows; ++i)
-      content.push_back(NamedRow(QStringLiteral("Object %1").arg(i + 1),
-                                 SkyPosition::of(i, 0, "+", 10, 0)));
+      content.push_back(
+          NamedRow(QStringLiteral("Object %1").arg(i + 1), SkyPosition::of(i, 0, "+", 10, 0)));
     MakeListDocument(*env.state, p, content);
     return p;
   }
@@ -264,8 +264,9 @@ class TestMainWindow : public QObject {
     });
     w.start();
     QCOMPARE(shown, QStringLiteral("Setup"));
-    const QString text = QStringLiteral("Path/File access error: %1/%2 (the folder %1 cannot be "
-                                        "made) - 75")
+    const QString text = QStringLiteral(
+                             "Path/File access error: %1/%2 (the folder %1 cannot be "
+                             "made) - 75")
                              .arg(env.state->configFolder);
     const QString list = text.arg("TavorineList.ini");
     QCOMPARE(env.prompter.texts(), QStringList({text.arg("Filter.ini"), list, list}));
@@ -303,10 +304,10 @@ class TestMainWindow : public QObject {
       rig.env.prompter.answer(answer);
     for (const QString& path : {old, t, older}) rig.open(path, "mnuNew");
     const QString overwrite = QStringLiteral("Confirm: This file\n%1\nalready exists.  Overwrite?");
-    QCOMPARE(said(rig.env), QStringList({overwrite.arg(old), overwrite.arg(t),
-                                         "Oops: Unable to overwrite - the file\n" + t +
-                                             "\nis already open",
-                                         overwrite.arg(older)}));
+    QCOMPARE(said(rig.env),
+             QStringList({overwrite.arg(old), overwrite.arg(t),
+                          "Oops: Unable to overwrite - the file\n" + t + "\nis already open",
+                          overwrite.arg(older)}));
     QCOMPARE(ListColumn(older, "Name").size(), 0);
     rig.env.prompter.clear();
 
@@ -442,7 +443,8 @@ class TestMainWindow : public QObject {
     QCOMPARE(child<QLineEdit>(dlg, "txtDataDir")->text(), gone + '/');
     QCOMPARE(env.readFile(QStringLiteral("config/TavorineList.ini")),
              R"("GT","INDI",")" + gone.toUtf8() +
-                 R"(/",0,#FALSE#,0,"E",3,40,"S",26,21,20,90,#FALSE#,1193046)" "\r\n");
+                 R"(/",0,#FALSE#,0,"E",3,40,"S",26,21,20,90,#FALSE#,1193046)"
+                 "\r\n");
   }
 };
 

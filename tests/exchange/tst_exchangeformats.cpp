@@ -126,11 +126,13 @@ class TestExchangeFormats : public QObject {
     QFETCH(QStringList, palmFiles);
     TestEnv env;
     const QString path = env.path(QStringLiteral("Deep.tlf"));
-    MakeExchangeList(*env.state, path, std::vector<ImportedObject>(size_t(count), AwkwardObjects()[0]));
+    MakeExchangeList(*env.state, path,
+                     std::vector<ImportedObject>(size_t(count), AwkwardObjects()[0]));
     const Database db(path, Database::Mode::ReadOnly);
     ListRows palm(db), tour(db), csv(db);
     QStringList made;
-    for (const PalmFile& f : WritePalm(palm, env.path(QStringLiteral("Deep")), QStringLiteral("Deep"))) {
+    for (const PalmFile& f :
+         WritePalm(palm, env.path(QStringLiteral("Deep")), QStringLiteral("Deep"))) {
       const QString name = f.path.mid(f.path.lastIndexOf(QLatin1Char('/')) + 1);
       QVERIFY(f.bytes.startsWith("\"" + name.toLatin1() + "\r\n"));
       made << name + QLatin1Char(':') + QString::number(f.bytes.count("\r\n") - 2);

@@ -48,8 +48,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const auto db = (EnsureCoreApplication(), MakeExchangeList(*env.state, path, {}),
                           Database::open(path, Database::Mode::ReadWrite));
   // Each run rewrites the list; nothing waits for the disk.
-  [[maybe_unused]] static const bool unsynced = (db->exec(QStringLiteral(
-      "PRAGMA synchronous = OFF; PRAGMA journal_mode = MEMORY")), true);
+  [[maybe_unused]] static const bool unsynced =
+      (db->exec(QStringLiteral("PRAGMA synchronous = OFF; PRAGMA journal_mode = MEMORY")), true);
   FuzzedDataProvider in(data, size);
   const int mode = in.ConsumeIntegralInRange(0, 2);
   if (mode == 0) {
@@ -66,8 +66,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
 
   ImportedObject o;
-  for (const int c : {ColCategory, ColObjectNum, ColName, ColType, ColMagnitude, ColConstellation,
-                      ColInfo})
+  for (const int c :
+       {ColCategory, ColObjectNum, ColName, ColType, ColMagnitude, ColConstellation, ColInfo})
     o[c] = codePageText(in);
   o[ColDecSign] = in.ConsumeBool() ? QStringLiteral("-") : QStringLiteral("+");
   o[ColRAHour] = double(in.ConsumeIntegralInRange(0, 23));

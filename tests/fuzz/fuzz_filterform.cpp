@@ -17,9 +17,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const int set = in.ConsumeIntegralInRange(0, QuerySet::Count - 1);
   for (QString* box : {&f.txtMinAltFilter, &f.txtGalMin, &f.txtGalMax, &f.txtGCMin, &f.txtGCMax,
                        &f.txtOCMin, &f.txtOCMax, &f.txtPNMin, &f.txtPNMax, &f.txtNebMin,
-                       &f.txtNebMax, &f.txtDSSepMin, &f.txtDSSepMax, &f.txtDSMagMin,
-                       &f.txtDSMagMax, &f.txtDSMagDifMin, &f.txtDSMagDifMax, &f.txtUserMagMin,
-                       &f.txtUserMagMax})
+                       &f.txtNebMax, &f.txtDSSepMin, &f.txtDSSepMax, &f.txtDSMagMin, &f.txtDSMagMax,
+                       &f.txtDSMagDifMin, &f.txtDSMagDifMax, &f.txtUserMagMin, &f.txtUserMagMax})
     *box = QString::fromStdString(in.ConsumeRandomLengthString(24));
 
   setup.env.prompter.clear();
@@ -39,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   q.Where = q.Filter;
   const QString source = PageRecordSource(state, set);
   q.Where = where;
-  RequireNoError("the filter's query runs",
-                 [&] { Recordset(setup.db[set], source).RecordCount(); }, source);
+  RequireNoError(
+      "the filter's query runs", [&] { Recordset(setup.db[set], source).RecordCount(); }, source);
   return 0;
 }

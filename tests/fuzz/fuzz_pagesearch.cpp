@@ -18,11 +18,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   rs.setAbsolutePosition(start);
   const QString criteria = SearchCriteria(set, option, typed);
-  RequireNoError("a typed search never ends in an error", [&] {
-    if (how == 0) rs.FindFirst(criteria);
-    else if (how == 1) rs.FindNext(criteria);
-    else rs.FindPrevious(criteria);
-  }, typed);
-  Require(!rs.NoMatch() || rs.currentRow() == start, "a search that finds nothing stays put", typed);
+  RequireNoError(
+      "a typed search never ends in an error",
+      [&] {
+        if (how == 0) rs.FindFirst(criteria);
+        else if (how == 1) rs.FindNext(criteria);
+        else rs.FindPrevious(criteria);
+      },
+      typed);
+  Require(!rs.NoMatch() || rs.currentRow() == start, "a search that finds nothing stays put",
+          typed);
   return 0;
 }

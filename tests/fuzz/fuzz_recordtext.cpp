@@ -44,10 +44,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   w.text(a).integer(i16).integer(i32).single(f).boolean(t).text(b).endRecord();
   RecordReader r(w.bytes());
   const QString detail = Shown(w.bytes());
-  RequireNoError("a record the program wrote reads back without an error", [&] {
-    Require(r.text() == a && r.int16() == i16 && r.int32() == i32 && r.single() == f &&
-                r.boolean() == t && r.text() == b && r.atEnd(),
-            "a record the program wrote reads back unchanged, to its end", detail);
-  }, detail);
+  RequireNoError(
+      "a record the program wrote reads back without an error",
+      [&] {
+        Require(r.text() == a && r.int16() == i16 && r.int32() == i32 && r.single() == f &&
+                    r.boolean() == t && r.text() == b && r.atEnd(),
+                "a record the program wrote reads back unchanged, to its end", detail);
+      },
+      detail);
   return 0;
 }

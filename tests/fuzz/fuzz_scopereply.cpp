@@ -4,9 +4,9 @@
 
 #include "core/apperror.h"
 #include "core/numtext.h"
+#include "fuzzsupport.h"
 #include "scope/scopecodec.h"
 #include "scope/scopetypes.h"
-#include "fuzzsupport.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FuzzedDataProvider in(data, size);

@@ -52,8 +52,8 @@ inline void RequireFilterFileInForce(const AppState& state) {
   FilterSettings onDisk;
   RequireNoError("Filter.ini reads back without an error",
                  [&] { ReadFilterFile(state.filterPath(), onDisk); });
-  Require(FilterRecord(onDisk) == FilterRecord(state.filter), "Filter.ini holds the filter in force",
-          QString::fromLatin1(FilterRecord(state.filter)));
+  Require(FilterRecord(onDisk) == FilterRecord(state.filter),
+          "Filter.ini holds the filter in force", QString::fromLatin1(FilterRecord(state.filter)));
 }
 
 inline void EnsureCoreApplication() {
@@ -95,12 +95,13 @@ struct SamplePages {
     CopySample(SourceDataFolder() + QStringLiteral("/TavorineList.mdb"), catalog);
     CopySample(SourceDataFolder() + QStringLiteral("/TavorineUserList.tmp"),
                dir.filePath(QStringLiteral("TavorineUserList.mdb")))
-        ->exec(QStringLiteral(
-            "ATTACH DATABASE '%1' AS cat; INSERT INTO UserObjects (Category, ObjectNum, Name, "
-            "Type, Constellation, Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, DecMinute) "
-            "SELECT Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, RAHour, "
-            "RAMinute, DecSign, DecDeg, DecMinute FROM cat.DeepSpaceObjects")
-                   .arg(catalog));
+        ->exec(
+            QStringLiteral(
+                "ATTACH DATABASE '%1' AS cat; INSERT INTO UserObjects (Category, ObjectNum, Name, "
+                "Type, Constellation, Magnitude, Info, RAHour, RAMinute, DecSign, DecDeg, DecMinute) "
+                "SELECT Category, ObjectNum, Name, Type, Constellation, Magnitude, Info, RAHour, "
+                "RAMinute, DecSign, DecDeg, DecMinute FROM cat.DeepSpaceObjects")
+                .arg(catalog));
     env.state->programFolder = dir.path();
     env.state->settings.DataDir = dir.path();
     for (int set = 0; set < QuerySet::Count; ++set) {

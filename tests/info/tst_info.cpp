@@ -1,8 +1,8 @@
 #include <QtTest>
 
 #include <QAbstractButton>
-#include <QLabel>
 #include <QIcon>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QTextBrowser>
 
@@ -36,9 +36,9 @@ class TestInfo : public QObject {
     const QStringList lines =
         about.findChild<QLabel*>(QStringLiteral("lblInfo"))->text().split(QLatin1Char('\n'));
     QVERIFY(lines.contains(QStringLiteral("Version " TAVORINE_VERSION)));
-    QCOMPARE(lines.mid(lines.indexOf(QStringLiteral("Catalog database:")), 4),
-             (QStringList{"Catalog database:", "  Built: 2026-11-01", "  Objects: 12345",
-                          "  Note: "}));
+    QCOMPARE(
+        lines.mid(lines.indexOf(QStringLiteral("Catalog database:")), 4),
+        (QStringList{"Catalog database:", "  Built: 2026-11-01", "  Objects: 12345", "  Note: "}));
     about.show();
     QTest::mouseClick(about.findChild<QAbstractButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
     QVERIFY(!about.isVisible());

@@ -13,8 +13,8 @@ namespace {
 
 // One column (or expression) of every list row in DisplayOrder, joined by `sep`.
 QString column(const Database& db, const QString& expr, QChar sep = QLatin1Char(' ')) {
-  Statement st = db.prepare(
-      QStringLiteral("SELECT %1 FROM Objects ORDER BY DisplayOrder, rowid").arg(expr));
+  Statement st =
+      db.prepare(QStringLiteral("SELECT %1 FROM Objects ORDER BY DisplayOrder, rowid").arg(expr));
   QStringList out;
   while (st.step()) out << st.value(0).toString();
   return out.join(sep);
@@ -38,19 +38,21 @@ class TestEditListLogic : public QObject {
   Recordset messier(const char* where = "True") {
     if (!catalog) {
       catalog = fixture::catalog(env->path("catalog.mdb"));
-      fixture::insert(*catalog, "MessierObjects", {"Messier", 31, "Andromeda Galaxy", "Galaxy",
-                                                   "Andromeda", "3.4", "Local Group", 0, 42.7,
-                                                   "+", 41, 16});
-      fixture::insert(*catalog, "MessierObjects", {"Messier", 42, "Orion Nebula", "Nebula",
-                                                   "Orion", "4", "", 5, 35.3, "-", 5, 23});
-      fixture::insert(*catalog, "MessierObjects", {"Messier", 45, "Pleiades", "Open Cluster",
-                                                   "Taurus", "1.6", "Seven sisters", 3, 47, "+",
-                                                   24, 7});
+      fixture::insert(*catalog, "MessierObjects",
+                      {"Messier", 31, "Andromeda Galaxy", "Galaxy", "Andromeda", "3.4",
+                       "Local Group", 0, 42.7, "+", 41, 16});
+      fixture::insert(
+          *catalog, "MessierObjects",
+          {"Messier", 42, "Orion Nebula", "Nebula", "Orion", "4", "", 5, 35.3, "-", 5, 23});
+      fixture::insert(*catalog, "MessierObjects",
+                      {"Messier", 45, "Pleiades", "Open Cluster", "Taurus", "1.6", "Seven sisters",
+                       3, 47, "+", 24, 7});
       catalog->exec(QStringLiteral(
           "INSERT INTO MessierObjects (Category, ObjectNum, Name) VALUES ('Messier', 99, '')"));
     }
     return Recordset(catalog, QStringLiteral("SELECT * From MessierObjects WHERE %1 ORDER BY "
-                                             "ObjectNum;").arg(QLatin1String(where)));
+                                             "ObjectNum;")
+                                  .arg(QLatin1String(where)));
   }
   std::shared_ptr<Database> list(const QString& orders = {}) {
     static int n = 0;
@@ -120,8 +122,9 @@ class TestEditListLogic : public QObject {
         QCOMPARE(AddSelectedRows(page, rows, selection), 3);
       } else if (step == "none") QCOMPARE(AddSelectedRows(none, rows, {}), 0);
       else if (step == "del") DeleteListRow(rows);
-      else QCOMPARE(MoveListRow(rows, step == "up" ? MoveDirection::Up : MoveDirection::Down),
-                    !refused);
+      else
+        QCOMPARE(MoveListRow(rows, step == "up" ? MoveDirection::Up : MoveDirection::Down),
+                 !refused);
     }
     const QString current = rows.AbsolutePosition() < 0 ? QString() : rows.text("Name");
     QCOMPARE(QStringLiteral("%1|%2|%3|%4")
@@ -170,14 +173,15 @@ class TestEditListLogic : public QObject {
     env->fixedOffsetHours = 9;
     state.UserDate = QDateTime(QDate(2026, 11, 21), QTime(21, 0));  // site 26.3 N, 127.7 E
     const QString path = env->path("sort.tlf");
-    MakeListDocument(state, path, {NamedRow("Vega", SkyPosition::of(18, 36, "+", 38, 48)),
-                                   NamedRow("Pleiades", SkyPosition::of(3, 48, "+", 24, 6)),
-                                   NamedRow("Andromeda", SkyPosition::of(0, 42, "+", 41, 18)),
-                                   NamedRow("Fomalhaut", SkyPosition::of(22, 57.6, "-", 29, 36)),
-                                   NamedRow("Polaris", SkyPosition::of(2, 30, "+", 89, 18)),
-                                   NamedRow("Betelgeuse", SkyPosition::of(5, 54, "+", 7, 24)),
-                                   NamedRow("Vega twin", SkyPosition::of(18, 36, "+", 38, 48)),
-                                   NamedRow("Deneb", SkyPosition::of(20, 42, "+", 45, 18))});
+    MakeListDocument(state, path,
+                     {NamedRow("Vega", SkyPosition::of(18, 36, "+", 38, 48)),
+                      NamedRow("Pleiades", SkyPosition::of(3, 48, "+", 24, 6)),
+                      NamedRow("Andromeda", SkyPosition::of(0, 42, "+", 41, 18)),
+                      NamedRow("Fomalhaut", SkyPosition::of(22, 57.6, "-", 29, 36)),
+                      NamedRow("Polaris", SkyPosition::of(2, 30, "+", 89, 18)),
+                      NamedRow("Betelgeuse", SkyPosition::of(5, 54, "+", 7, 24)),
+                      NamedRow("Vega twin", SkyPosition::of(18, 36, "+", 38, 48)),
+                      NamedRow("Deneb", SkyPosition::of(20, 42, "+", 45, 18))});
     auto db = Database::open(path, Database::Mode::ReadWrite);
     db->exec("UPDATE Objects SET DisplayOrder = DisplayOrder * 10");
     Recordset rows(db, "Objects");

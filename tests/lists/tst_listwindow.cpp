@@ -69,7 +69,9 @@ struct Rig {
   AppState& state() { return *env.state; }
   Recordset& rs() { return *list->datPrimary(); }
   DataGrid* grid() { return list->grdDataGrid(); }
-  QString cell(int row, int column) { return grid()->model()->index(row, column).data().toString(); }
+  QString cell(int row, int column) {
+    return grid()->model()->index(row, column).data().toString();
+  }
   QString text(const char* name) const { return list->findChild<QLineEdit*>(name)->text(); }
   QString counter() const { return text("txtRecordCounter"); }
   QString field(int n) const { return text(qPrintable(QStringLiteral("Text%1").arg(n))); }
@@ -145,7 +147,9 @@ class TestListWindow : public QObject {
     Rig rig;
     CurrentList& w = *rig.list;
     const std::vector<ListRow> rows = stars();
-    auto altitude = [&](size_t i) { return PlainNumber(AltitudeNow(rig.state(), rows[i].position)); };
+    auto altitude = [&](size_t i) {
+      return PlainNumber(AltitudeNow(rig.state(), rows[i].position));
+    };
     QCOMPARE((QStringList{w.windowTitle(), rig.text("txtDataSource"), rig.text("txtObserverTitle"),
                           rig.field(13)}),
              (QStringList{"Objects - tonight", rig.path, "tonight", altitude(0)}));
@@ -157,9 +161,9 @@ class TestListWindow : public QObject {
     const SkyChart& chart = w.Sky()->chart();
     auto markedAt = [&](size_t i) {
       const SkyPosition p = rows[i].position;
-      return QPointF(chart.MarkerX, chart.MarkerY) ==
-             ProjectSky(w.Sky()->constants(), AltitudeNow(rig.state(), p),
-                        AzimuthNow(rig.state(), p));
+      return QPointF(chart.MarkerX, chart.MarkerY) == ProjectSky(w.Sky()->constants(),
+                                                                 AltitudeNow(rig.state(), p),
+                                                                 AzimuthNow(rig.state(), p));
     };
     QVERIFY(markedAt(0));
     w.cmdPrevious_Click();
@@ -173,10 +177,16 @@ class TestListWindow : public QObject {
 
     // A walk of keys, each from where the last left the grid.
     const int ctrl = int(Qt::ControlModifier);
-    const struct { int key, row; } walk[] = {
-        {Qt::Key_Home, 0},         {Qt::Key_Down, 1},     {Qt::Key_End, 3},
-        {Qt::Key_PageUp, 2},       {ctrl | Qt::Key_Up, 0}, {Qt::Key_PageDown, 1},
-        {ctrl | Qt::Key_PageDown, 3}, {Qt::Key_Up, 2}};
+    const struct {
+      int key, row;
+    } walk[] = {{Qt::Key_Home, 0},
+                {Qt::Key_Down, 1},
+                {Qt::Key_End, 3},
+                {Qt::Key_PageUp, 2},
+                {ctrl | Qt::Key_Up, 0},
+                {Qt::Key_PageDown, 1},
+                {ctrl | Qt::Key_PageDown, 3},
+                {Qt::Key_Up, 2}};
     for (const auto& step : walk) {
       rig.key(step.key & ~Qt::KeyboardModifierMask,
               Qt::KeyboardModifiers(step.key & Qt::KeyboardModifierMask));
@@ -209,8 +219,9 @@ class TestListWindow : public QObject {
     // A write that fails is reported once and leaves the grid read-only, the row showing what
     // the file holds, and the window free to move on.
     Database(rig.path, Database::Mode::ReadWrite)
-        .exec(QStringLiteral("CREATE TRIGGER refuse BEFORE UPDATE ON Objects "
-                             "BEGIN SELECT RAISE(ABORT, 'attempt to write a readonly database'); END"));
+        .exec(QStringLiteral(
+            "CREATE TRIGGER refuse BEFORE UPDATE ON Objects "
+            "BEGIN SELECT RAISE(ABORT, 'attempt to write a readonly database'); END"));
     rig.list->cmdObserved_Click();
     QVERIFY(!rig.grid()->allowUpdate());
     QCOMPARE(rig.cell(1, 2), QStringLiteral(" "));
@@ -269,8 +280,9 @@ class TestListWindow : public QObject {
       timerStopped = !w.timerAltitude()->isActive();
       pointerHeld = QGuiApplication::overrideCursor() != nullptr;
       Database(rig.path, Database::Mode::ReadWrite)
-          .exec(QStringLiteral("INSERT INTO Objects (DisplayOrder, Name, RAHour, RAMinute, "
-                               "DecSign, DecDeg, DecMinute) VALUES (5, 'Aldebaran', 4, 36, '+', 16, 31)"));
+          .exec(QStringLiteral(
+              "INSERT INTO Objects (DisplayOrder, Name, RAHour, RAMinute, "
+              "DecSign, DecDeg, DecMinute) VALUES (5, 'Aldebaran', 4, 36, '+', 16, 31)"));
     };
     rig.list->findChild<QPushButton*>(QStringLiteral("cmdEdit"))->click();
     QVERIFY(timerStopped);
@@ -397,9 +409,9 @@ class TestListWindow : public QObject {
       QCOMPARE(s.FilterOn, !cancel);
       QCOMPARE(e->findChild<QLabel*>("lblFilter")->isVisible(), !cancel);
       const QString where = s.Pages[4].Where;
-      QVERIFY2(cancel ? where == "WHERE True"
-                      : where.startsWith("WHERE (Type = 'Galaxy') and (Atn("),
-               qPrintable(where));
+      QVERIFY2(
+          cancel ? where == "WHERE True" : where.startsWith("WHERE (Type = 'Galaxy') and (Atn("),
+          qPrintable(where));
     }
     QVERIFY(t.env.prompter.entries.isEmpty());
   }

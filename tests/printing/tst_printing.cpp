@@ -108,9 +108,14 @@ class TestPrinting : public QObject {
     row.position = SkyPosition::of(17, 53.9, QStringLiteral("-"), 34, 47);
     const RecordingPrintSurface s = printList({row}, PrintStyleCompact());
     // Each field cut to its column, in two lines of four.
-    const QStringList expected = {objectText, "Open Cluster with a ", "3.3,5.1,7.7,8.8,",
-                                  "17h 53.9m", "size 80', 80 stars, Ptolemy knew it",
-                                  "Ptolemy Cluster", "-34d 47m", "Scorpius"};
+    const QStringList expected = {objectText,
+                                  "Open Cluster with a ",
+                                  "3.3,5.1,7.7,8.8,",
+                                  "17h 53.9m",
+                                  "size 80', 80 stars, Ptolemy knew it",
+                                  "Ptolemy Cluster",
+                                  "-34d 47m",
+                                  "Scorpius"};
     QCOMPARE(s.textsAfter(QStringLiteral("Info/Constellation")), expected);
   }
 

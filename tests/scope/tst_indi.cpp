@@ -78,8 +78,8 @@ class TestIndi : public QObject {
     REQUIRE_COMMA_LOCALE(comma);
     Rig rig(many_.port, kDevice);
     const QString prefix = kDevice + QStringLiteral(".");
-    QVERIFY(QuickGoto(rig.s, rig.link, {"5", "34", "30", "+", "22", "1", "0"},
-                      GotoPanel::MainWindow));
+    QVERIFY(
+        QuickGoto(rig.s, rig.link, {"5", "34", "30", "+", "22", "1", "0"}, GotoPanel::MainWindow));
     const EquatorialPlace ofDate = J2000ToOfDate({5.575, 22 + 1 / 60.0}, rig.s.now());
     QVERIFY(std::fabs(many_.number(prefix + "TARGET_EOD_COORD.RA") - ofDate.raHours) < 1e-6);
     QVERIFY(std::fabs(many_.number(prefix + "TARGET_EOD_COORD.DEC") - ofDate.decDegrees) < 1e-6);

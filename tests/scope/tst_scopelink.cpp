@@ -78,7 +78,7 @@ class TestScopeLink : public QObject {
 
  private slots:
   void units() {
-    QCOMPARE(DecUnits("+", 90, 0), 16383.0);  // one below a quarter
+    QCOMPARE(DecUnits("+", 90, 0), 16383.0);   // one below a quarter
     QCOMPARE(DecUnits("-", -22, 1), 61527.0);  // south takes the degrees' size
   }
 
@@ -230,9 +230,10 @@ class TestScopeLink : public QObject {
     QFETCH(int, fault);
     QFETCH(bool, pending);
     QFETCH(QStringList, ports);
-    QTEST(PortOpenFailureText({PortOpenProblem::Fault(fault), "/dev/ttyUSB0", ports, "dialout",
-                               "ann", pending, {}}),
-          "text");
+    QTEST(
+        PortOpenFailureText(
+            {PortOpenProblem::Fault(fault), "/dev/ttyUSB0", ports, "dialout", "ann", pending, {}}),
+        "text");
   }
 
   // A telescope port another program holds is reported as busy, not as missing.
@@ -403,8 +404,8 @@ class TestScopeLink : public QObject {
     link.chartPort = greeting == "-" ? UnusedPort() : server.serverPort();
     link.chartTimeoutMs = 500;
     bool result = false;
-    std::unique_ptr<QThread> client(QThread::create(
-        [&] { result = MoveChart(*env.state, link, 5, 34.5, "-", 22, 1, 5); }));
+    std::unique_ptr<QThread> client(
+        QThread::create([&] { result = MoveChart(*env.state, link, 5, 34.5, "-", 22, 1, 5); }));
     client->start();
     const auto join = qScopeGuard([&] { client->wait(); });
     QTRY_VERIFY_WITH_TIMEOUT(client->isFinished(), 3000);

@@ -42,7 +42,8 @@ void addCsvRows(const char* file, std::initializer_list<int> name) {
 
 double arcsecBetween(const EquatorialPlace& a, const EquatorialPlace& b) {
   return eraSeps(a.raHours * M_PI / 12, a.decDegrees * M_PI / 180, b.raHours * M_PI / 12,
-                 b.decDegrees * M_PI / 180) * 180 * 3600 / M_PI;
+                 b.decDegrees * M_PI / 180) *
+         180 * 3600 / M_PI;
 }
 
 }  // namespace
@@ -245,8 +246,7 @@ class TestSkyCalc : public QObject {
     dlg.show();
     QCOMPARE(dlg.windowTitle(), QStringLiteral("Select Date and Time for Chart"));
     auto shown = [&] {
-      return date->selectedDate().toString(Qt::ISODate) + ' ' + hour->text() + ':' +
-             minute->text();
+      return date->selectedDate().toString(Qt::ISODate) + ' ' + hour->text() + ':' + minute->text();
     };
     QCOMPARE(shown(), QStringLiteral("2026-11-21 3:00"));
     date->setSelectedDate(QDate(2027, 1, 2));

@@ -13,8 +13,8 @@
 struct ListRow {
   QString name;
   SkyPosition position;
-  QString gotoMark;      // empty: NULL
-  QString observed;      // empty: NULL
+  QString gotoMark;  // empty: NULL
+  QString observed;  // empty: NULL
   QString category = QStringLiteral("Messier");
   int objectNum = 0;
   QString magnitude;
@@ -68,7 +68,8 @@ inline void MakeListDocument(const AppState& state, const QString& path,
 // One column of every row of a list document, in DisplayOrder (NULL reads as "<null>").
 inline QStringList ListColumn(const QString& path, const QString& column) {
   Database db(path, Database::Mode::ReadOnly);
-  Statement st = db.prepare(QStringLiteral("SELECT %1 FROM Objects ORDER BY DisplayOrder").arg(column));
+  Statement st =
+      db.prepare(QStringLiteral("SELECT %1 FROM Objects ORDER BY DisplayOrder").arg(column));
   QStringList out;
   while (st.step()) out << (st.isNull(0) ? QStringLiteral("<null>") : st.value(0).toString());
   return out;

@@ -2,9 +2,9 @@
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QTcpServer>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -26,9 +26,15 @@ class ScopeSim {
  public:
   bool start(const QString& family, const QString& mode = QStringLiteral("normal"),
              bool relay = false, const QStringList& extra = {}) {
-    QStringList args{QStringLiteral(SCOPE_SIM_PATH), QStringLiteral("--family"), family,
-                     QStringLiteral("--mode"), mode, QStringLiteral("--log"), logPath(),
-                     QStringLiteral("--slew-seconds"), QStringLiteral("0")};
+    QStringList args{QStringLiteral(SCOPE_SIM_PATH),
+                     QStringLiteral("--family"),
+                     family,
+                     QStringLiteral("--mode"),
+                     mode,
+                     QStringLiteral("--log"),
+                     logPath(),
+                     QStringLiteral("--slew-seconds"),
+                     QStringLiteral("0")};
     args << extra;
     if (relay) args << QStringLiteral("--tcp") << QStringLiteral("0");
     process.start(QStringLiteral("python3"), args);
