@@ -1,13 +1,13 @@
 #!/bin/bash
 # The whole suite built with AddressSanitizer and UndefinedBehaviorSanitizer in a folder of its
-# own (Debug at -O1, no benchmarks). With clang the same build holds the fuzz harnesses of
-# tests/fuzz, and CTest runs each for a short, fixed number of runs. CI runs it after the plain
-# suite; it takes as long as a second full build.
+# own (Debug at -O1, no benchmarks, warnings as errors). With clang the same build holds the
+# fuzz harnesses of tests/fuzz, and CTest runs each for a short, fixed number of runs. CI runs
+# it after the plain suite; it takes as long as a second full build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 start=$SECONDS
 san=(-DCMAKE_BUILD_TYPE=Debug "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -gline-tables-only"
-     -DTAVORINE_SANITIZE=ON -DTAVORINE_BUILD_BENCH=OFF)
+     -DTAVORINE_SANITIZE=ON -DTAVORINE_BUILD_BENCH=OFF -DTAVORINE_WERROR=ON)
 if command -v clang++ >/dev/null 2>&1; then
   san+=(-DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DTAVORINE_BUILD_FUZZ=ON)
 fi

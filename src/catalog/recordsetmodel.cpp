@@ -41,8 +41,11 @@ void RecordsetModel::resync() {
 }
 
 void RecordsetModel::setColumnCaption(int column, const QString& caption) {
-  if (caption.isNull()) captions_.remove(column);
-  else captions_.insert(column, caption);
+  if (caption.isNull()) {
+    captions_.remove(column);
+  } else {
+    captions_.insert(column, caption);
+  }
   emit headerDataChanged(Qt::Horizontal, column, column);
 }
 
