@@ -105,14 +105,15 @@ void EditUserList::build() {
     l->setEnabled(false);
     return l;
   };
-  grid->addWidget(label("Category (MGC, PGC, etc.)"), 0, 0);
-  grid->addWidget(txtFields[0], 0, 1, 1, 5);
-  grid->addWidget(label("Object Number"), 1, 0);
-  grid->addWidget(txtFields[1], 1, 1, 1, 5);
-  grid->addWidget(label("Common/Alt Name"), 2, 0);
-  grid->addWidget(txtFields[2], 2, 1, 1, 5);
-  grid->addWidget(label("Type (sub-category)"), 3, 0);
-  grid->addWidget(txtFields[3], 3, 1, 1, 5);
+  // A caption and a box across the five columns to its right.
+  auto wholeRow = [&](const char* caption, int field, int row) {
+    grid->addWidget(label(caption), row, 0);
+    grid->addWidget(txtFields[field], row, 1, 1, 5);
+  };
+  wholeRow("Category (MGC, PGC, etc.)", 0, 0);
+  wholeRow("Object Number", 1, 1);
+  wholeRow("Common/Alt Name", 2, 2);
+  wholeRow("Type (sub-category)", 3, 3);
 
   grid->addWidget(label("Right Ascension"), 4, 0);
   grid->addWidget(small(txtFields[4]), 4, 2);
@@ -144,12 +145,9 @@ void EditUserList::build() {
   grid->addWidget(named(new QLabel(QStringLiteral("Entries below this line are optional"), this),
                         QStringLiteral("lblOptional")),
                   10, 0, 1, 6);
-  grid->addWidget(label("Magnitude"), 11, 0);
-  grid->addWidget(txtFields[9], 11, 1, 1, 5);
-  grid->addWidget(label("Constellation"), 12, 0);
-  grid->addWidget(txtFields[10], 12, 1, 1, 5);
-  grid->addWidget(label("Additional Information"), 13, 0);
-  grid->addWidget(txtFields[11], 13, 1, 1, 5);
+  wholeRow("Magnitude", 9, 11);
+  wholeRow("Constellation", 10, 12);
+  wholeRow("Additional Information", 11, 13);
   grid->setColumnStretch(6, 1);
   body->addLayout(grid, 1);
 

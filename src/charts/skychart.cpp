@@ -13,21 +13,16 @@ quint32 ChartColourToRgb(quint32 colour, bool redScreen) {
 
 namespace {
 
+// clang-format off
 ChartConstants windowChart(int left) {
-  return ChartConstants{left,
-                        0,
-                        4020,
-                        4000,
-                        2000,
-                        2000,
-                        1800,
-                        SystemColour3DHighlight,
-                        SystemColour3DHighlight,
-                        {{QStringLiteral("N"), 0, 0, 4020, 190, Qt::AlignHCenter},
-                         {QStringLiteral("S"), 0, 3795, 4020, 190, Qt::AlignHCenter},
-                         {QStringLiteral("E"), 0, 1920, 255, 195, Qt::AlignLeft},
-                         {QStringLiteral("W"), 3730, 1920, 255, 195, Qt::AlignRight}}};
+  return ChartConstants{
+      left, 0, 4020, 4000, 2000, 2000, 1800, SystemColour3DHighlight, SystemColour3DHighlight,
+      {{QStringLiteral("N"), 0, 0, 4020, 190, Qt::AlignHCenter},
+       {QStringLiteral("S"), 0, 3795, 4020, 190, Qt::AlignHCenter},
+       {QStringLiteral("E"), 0, 1920, 255, 195, Qt::AlignLeft},
+       {QStringLiteral("W"), 3730, 1920, 255, 195, Qt::AlignRight}}};
 }
+// clang-format on
 
 }  // namespace
 
@@ -35,33 +30,19 @@ const ChartConstants& ChartConstantsFor(ChartWindow window) {
   static const ChartConstants hhc = windowChart(45);
   static const ChartConstants currentList = windowChart(45);
   static const ChartConstants currentListFixed = windowChart(7680);
+  // clang-format off
   // The list editor's date label takes the place of the "S".
   static const ChartConstants editList{
-      0,
-      0,
-      3150,
-      3150,
-      1550,
-      1550,
-      1350,
-      ChartWhite,
-      0x00E0E0E0u,
+      0, 0, 3150, 3150, 1550, 1550, 1350, ChartWhite, 0x00E0E0E0u,
       {{QStringLiteral("N"), 0, 0, 3150, 195, Qt::AlignHCenter},
        {QStringLiteral("E"), 0, 1440, 255, 195, Qt::AlignLeft},
        {QStringLiteral("W"), 2835, 1440, 255, 195, Qt::AlignRight}}};
   static const ChartConstants alignStars{
-      30,
-      0,
-      6400,
-      6400,
-      3200,
-      3200,
-      2800,
-      SystemColour3DHighlight,
-      SystemColour3DHighlight,
+      30, 0, 6400, 6400, 3200, 3200, 2800, SystemColour3DHighlight, SystemColour3DHighlight,
       {{QStringLiteral("N"), 0, 0, 6465, 195, Qt::AlignHCenter},
        {QStringLiteral("E"), 0, 3060, 255, 195, Qt::AlignLeft},
        {QStringLiteral("W"), 6120, 3060, 255, 195, Qt::AlignRight}}};
+  // clang-format on
   switch (window) {
     case ChartWindow::HHC: return hhc;
     case ChartWindow::CurrentList: return currentList;

@@ -110,6 +110,26 @@ double invalidCoordinates(const AppState& state) {
   return 0;
 }
 
+using AngleAt = double (*)(const AppState&, double, const QDateTime&, const SkyCoordinates&);
+
+double angleNow(AngleAt angle, const AppState& state, const SkyCoordinates& p) {
+  try {
+    const QDateTime now = state.now();
+    return angle(state, DateSerial(now), now, p);
+  } catch (const AppError&) {
+    return invalidCoordinates(state);
+  }
+}
+
+// The observing-date routines must not stop a list for one bad row: a failure gives 0.
+double angleAtUserDate(AngleAt angle, const AppState& state, const SkyCoordinates& p) {
+  try {
+    return angle(state, DateSerial(state.UserDate), state.now(), p);
+  } catch (const AppError&) {
+    return 0;
+  }
+}
+
 }  // namespace
 
 SkyPosition SkyPosition::of(double raHours, double raMinutes, const QString& decSign,
@@ -160,38 +180,19 @@ double GetTimeZoneHours(const AppState& state) {
 }
 
 double AltitudeNow(const AppState& state, const SkyCoordinates& p) {
-  try {
-    const QDateTime now = state.now();
-    return altitudeAt(state, DateSerial(now), now, p);
-  } catch (const AppError&) {
-    return invalidCoordinates(state);
-  }
+  return angleNow(altitudeAt, state, p);
 }
 
 double AzimuthNow(const AppState& state, const SkyCoordinates& p) {
-  try {
-    const QDateTime now = state.now();
-    return azimuthAt(state, DateSerial(now), now, p);
-  } catch (const AppError&) {
-    return invalidCoordinates(state);
-  }
+  return angleNow(azimuthAt, state, p);
 }
 
-// The observing-date routines must not stop a list for one bad row: a failure gives 0.
 double AltitudeAtUserDate(const AppState& state, const SkyCoordinates& p) {
-  try {
-    return altitudeAt(state, DateSerial(state.UserDate), state.now(), p);
-  } catch (const AppError&) {
-    return 0;
-  }
+  return angleAtUserDate(altitudeAt, state, p);
 }
 
 double AzimuthAtUserDate(const AppState& state, const SkyCoordinates& p) {
-  try {
-    return azimuthAt(state, DateSerial(state.UserDate), state.now(), p);
-  } catch (const AppError&) {
-    return 0;
-  }
+  return angleAtUserDate(azimuthAt, state, p);
 }
 
 double SiderealDegreesNow(const AppState& state) {
