@@ -26,11 +26,12 @@ bool isWordChar(QChar c) {
 }
 
 // The engine reads a statement only up to its first NUL, so a literal holding one (pasted
-// into a search box, say) is spelt with char(0) instead.
+// into a search box, say) is spelt as its UTF-8 bytes in hex: one term however many NULs.
 QString withoutNul(const QString& literal) {
   if (!literal.contains(QChar())) return literal;
-  return QLatin1Char('(') + QString(literal).replace(QChar(), QStringLiteral("' || char(0) || '")) +
-         QLatin1Char(')');
+  const QString body =
+      literal.mid(1, literal.size() - 2).replace(QStringLiteral("''"), QStringLiteral("'"));
+  return QStringLiteral("CAST(X'%1' AS TEXT)").arg(QString::fromLatin1(body.toUtf8().toHex()));
 }
 
 QVector<Token> tokenize(const QString& s) {

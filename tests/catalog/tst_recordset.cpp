@@ -53,6 +53,7 @@ class TestRecordset : public QObject {
     row("like", "('Andromeda Galaxy' Like '*andr*') & ('Orion Nebula' Like 'Orion Neb?la') & "
         "('100 sure' Like '*100%*') & ('100% sure' Like '*100%*') & ('exo' Like '*e_o*') & "
         "('sure_ok' Like '*e_o*')", "110101");
+    row("a literal of NULs", "Mid('a" + QString(1500, QChar()) + "''b', 1502)", "'b");
     row("sqr negative", "Sqr(-1)", {}, ErrNo::Database);
     row("mid start 0", "Mid('abc', 0)", {}, ErrNo::Database);
     // Nesting beyond what the reader follows is refused, however deep.
