@@ -321,24 +321,13 @@ void Recordset::find(const QString& criteria, FindFrom from) {
     while (st.step()) matches.insert(st.int64Value(0));
   }
   const int n = int(ids_.size());
-  int start = 0, step = 1;
+  const int step = from == FindFrom::First || from == FindFrom::Next ? 1 : -1;
+  int start = 0;
   switch (from) {
-    case FindFrom::First:
-      start = 0;
-      step = 1;
-      break;
-    case FindFrom::Last:
-      start = n - 1;
-      step = -1;
-      break;
-    case FindFrom::Next:
-      start = deleted_ ? pos_ : pos_ + 1;
-      step = 1;
-      break;
-    case FindFrom::Previous:
-      start = pos_ - 1;
-      step = -1;
-      break;
+    case FindFrom::First: start = 0; break;
+    case FindFrom::Last: start = n - 1; break;
+    case FindFrom::Next: start = deleted_ ? pos_ : pos_ + 1; break;
+    case FindFrom::Previous: start = pos_ - 1; break;
   }
   for (int i = qBound(-1, start, n); i >= 0 && i < n; i += step) {
     if (matches.contains(ids_[i])) {
